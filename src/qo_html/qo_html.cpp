@@ -1,0 +1,880 @@
+#include <qo_html/qo_html.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <json/json.h>
+
+#include <qo_html/qo_html_checks.h>
+#include <qo_html/qo_html_host.h>
+#include <qo_html/qo_html_parser.h>
+#include <qo_html/qo_html_selector.h>
+#include <qo_html/qo_html_walk.h>
+
+namespace {
+
+// --- Reading a node
+// ------------------------------------------------------------------------------------------
+
+std::string_view tag_name(const _qo_html& node) {
+  if (node.isText) return "textNode";
+  if (node.isRoot) return "documentRoot";
+  return node.tag;
+}
+
+Attribute* find_attribute(_qo_html& node, std::string_view name) {
+  for (Attribute& attribute : node.attributes) {
+    if (attribute.name == name) return &attribute;
+  }
+  return nullptr;
+}
+
+// The value of an attribute; empty as well when it is bare or missing.
+std::string_view attribute_value(_qo_html& node, std::string_view name) {
+  const Attribute* attribute = find_attribute(node, name);
+  return attribute == nullptr ? std::string_view() : attribute->value;
+}
+
+bool has_token(const std::vector<std::string>& tokens, std::string_view token) {
+  return std::find(tokens.begin(), tokens.end(), token) != tokens.end();
+}
+
+_qo_html* skip_text(_qo_html* node, _qo_html* _qo_html::*link) {
+  while (node != nullptr && node->isText) node = node->*link;
+  return node;
+}
+
+// --- Destroying
+// ----------------------------------------------------------------------------------------------
+
+// Destroys everything below `top`, in document order. The nodes themselves hold what is still to
+// do: a child vector is turned round when it is entered, then drained from its back.
+void destroy_children(_qo_html* top) noexcept {
+  _qo_html* node = top;
+  std::reverse(node->children.begin(), node->children.end());
+  for (;;) {
+    _qo_html* done = nullptr;
+    if (!node->children.empty()) {
+      _qo_html* child = node->children.back();
+      if (child != nullptr) {
+        child->parent = node;
+        if (!child->children.empty()) {
+          std::reverse(child->children.begin(), child->children.end());
+          node = child;
+          continue;
+        }
+      }
+      done = child;
+    } else if (node != top) {
+      done = node;
+      node = node->parent;
+    } else {
+      return;
+    }
+    node->children.pop_back();
+    delete done;
+  }
+}
+
+// A node without a parent owns the siblings behind it, up to the first that has a parent.
+void destroy_following_siblings(_qo_html* node) noexcept {
+  while (node->nextSibling != nullptr) {
+    _qo_html* sibling = node->nextSibling;
+    node->nextSibling = nullptr;
+    if (sibling->parent == nullptr) std::swap(node->nextSibling, sibling->nextSibling);
+    delete sibling;
+  }
+}
+
+// --- Editing
+// -------------------------------------------------------------------------------------------------
+
+using NodeOwner = std::unique_ptr<_qo_html>;
+
+Check child_check() {
+  return {"child != nullptr", "child must not be null bre some", "src/qo_html/qo_html"};
+}
+
+bool append_child(_qo_html* parent, _qo_html* child, Check check) {
+  std::move(check).report(child != nullptr);
+  if (child == nullptr) return false;
+  _qo_html* const last = parent->children.empty() ? nullptr : parent->children.back();
+  if (last != nullptr && last->nextSibling != nullptr) {
+    child->parent = parent;
+    std::cout << "child next is already set before?" << std::endl;
+    return false;
+  }
+  parent->children.push_back(child);
+  child->parent = parent;
+  if (last != nullptr) {
+    child->prevSibling = last;
+    last->nextSibling = child;
+  }
+  return true;
+}
+
+using ChildPosition = std::vector<_qo_html*>::iterator;
+
+ChildPosition find_child(_qo_html* parent, const _qo_html* child) {
+  return std::find(parent->children.begin(), parent->children.end(), child);
+}
+
+bool is_listed(const _qo_html* child, _qo_html* parent) {
+  return parent != nullptr && find_child(parent, child) != parent->children.end();
+}
+
+// The node, `top` or one below it, that lists `ref` among its children; the parent of `top` when
+// `ref` is `top`. The parent pointers are tried first, as far as the child vectors confirm them.
+_qo_html* find_parent(_qo_html* top, _qo_html* ref) {
+  for (_qo_html* node = ref; is_listed(node, node->parent); node = node->parent) {
+    if (node->parent == top || node == top) return ref->parent;
+  }
+  for (TreeWalk walk(top); _qo_html* node = walk.next();) {
+    if (is_listed(ref, node)) return node;
+  }
+  return nullptr;
+}
+
+void link(_qo_html* previous, _qo_html* next) {
+  if (previous != nullptr) previous->nextSibling = next;
+  if (next != nullptr) next->prevSibling = previous;
+}
+
+// --- Attributes and classes
+// ----------------------------------------------------------------------------------
+
+void store_attribute(_qo_html& node, std::string&& name, int has_value, std::string&& value) {
+  if (Attribute* attribute = find_attribute(node, name)) {
+    attribute->hasValue = has_value;
+    attribute->value = std::move(value);
+  } else {
+    node.attributes.push_back({std::move(name), has_value, std::move(value)});
+  }
+}
+
+void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
+  while (!value.empty()) {
+    const std::string_view token = value.substr(0, value.find(' '));
+    if (!token.empty()) tokens.emplace_back(token);
+    value.remove_prefix(std::min(token.size() + 1, value.size()));
+  }
+}
+
+// An empty token in front of all others leaves no trace.
+void append_joined(std::string& joined, std::string_view token) {
+  if (!joined.empty()) joined += ' ';
+  joined += token;
+}
+
+void store_class_attribute(_qo_html& node, std::string&& joined) {
+  if (joined.empty()) {
+    node.remove_attribute("class");
+  } else {
+    store_attribute(node, "class", 1, std::move(joined));
+  }
+}
+
+// --- Writing out
+// ---------------------------------------------------------------------------------------------
+
+enum class Markup { document, text, void_element, cdata, comment, element };
+
+Markup markup_of(const _qo_html& node) {
+  if (node.isRoot) return Markup::document;
+  if (node.isText) return Markup::text;
+  if (node.isVoid) return Markup::void_element;
+  if (node.isCdata) return Markup::cdata;
+  if (node.isComment) return Markup::comment;
+  return Markup::element;
+}
+
+void append_attributes(std::string& out, const _qo_html& node) {
+  for (const Attribute& attribute : node.attributes) {
+    out.append(1, ' ').append(attribute.name);
+    if (attribute.hasValue) out.append("=\"").append(attribute.value).append(1, '"');
+  }
+}
+
+void append_start(std::string& out, const _qo_html& node, Markup markup) {
+  switch (markup) {
+    case Markup::document:
+      break;
+    case Markup::text:
+      out.append(node.text);
+      break;
+    case Markup::void_element:
+      out.append(1, '<').append(node.tag);
+      append_attributes(out, node);
+      out.append(node.isDeclaration ? ">" : "/>");
+      break;
+    case Markup::cdata:
+      out.append(1, '<').append(node.tag);
+      break;
+    case Markup::comment:
+      out.append("<!--");
+      break;
+    case Markup::element:
+      out.append(1, '<').append(node.tag);
+      append_attributes(out, node);
+      out.append(1, '>');
+      break;
+  }
+}
+
+void append_end(std::string& out, const _qo_html& node, Markup markup) {
+  switch (markup) {
+    case Markup::document:
+    case Markup::text:
+    case Markup::void_element:
+      break;
+    case Markup::cdata:
+      out.append("]]>");
+      break;
+    case Markup::comment:
+      out.append("-->");
+      break;
+    case Markup::element:
+      out.append("</").append(node.tag).append(1, '>');
+      break;
+  }
+}
+
+// Appends the start of the node that `walk` has entered, and its end as well when nothing below it
+// is written.
+void append_entered(std::string& out, TreeWalk& walk) {
+  const _qo_html& node = *walk.node();
+  const Markup markup = markup_of(node);
+  append_start(out, node, markup);
+  if (markup == Markup::text || markup == Markup::void_element) {
+    walk.skip_children();
+  } else if (node.children.empty()) {
+    append_end(out, node, markup);
+  }
+}
+
+void append_markup(std::string& out, _qo_html* start) {
+  TreeWalk walk(start);
+  for (;;) {
+    switch (walk.step()) {
+      case TreeWalk::Event::enter:
+        append_entered(out, walk);
+        break;
+      case TreeWalk::Event::leave:
+        append_end(out, *walk.node(), markup_of(*walk.node()));
+        break;
+      case TreeWalk::Event::end:
+        return;
+    }
+  }
+}
+
+void append_text(std::string& out, _qo_html* start) {
+  for (TreeWalk walk(start); _qo_html* node = walk.next();) {
+    if (!node->isText) continue;
+    out.append(node->text);
+    walk.skip_children();
+  }
+}
+
+// --- Searching
+// -----------------------------------------------------------------------------------------------
+
+struct HasTagName {
+  std::string_view name;
+  bool any = name == "*";
+  bool operator()(_qo_html& node) const { return any ? !node.isText : tag_name(node) == name; }
+};
+
+struct HasId {
+  std::string_view id;
+  bool operator()(_qo_html& node) const {
+    const Attribute* attribute = find_attribute(node, "id");
+    return attribute != nullptr && attribute->value == id;
+  }
+};
+
+struct HasClass {
+  std::string_view name;
+  bool operator()(_qo_html& node) const { return has_token(node.classes, name); }
+};
+
+struct HasAttribute {
+  std::string_view name;
+  std::string_view value;
+  bool match_value;
+  bool operator()(_qo_html& node) const {
+    const Attribute* attribute = find_attribute(node, name);
+    return attribute != nullptr && (!match_value || attribute->value == value);
+  }
+};
+
+template <class Test>
+void search(_qo_html* start, std::vector<_qo_html*>& out, const _qo_html* child_of, Test test) {
+  for (TreeWalk walk(start); _qo_html* node = walk.next();) {
+    if (test(*node) && (child_of == nullptr || node->parent == child_of)) out.push_back(node);
+  }
+}
+
+template <class Test>
+void search_children(_qo_html* parent, std::vector<_qo_html*>& out, Test test) {
+  for (_qo_html* node : parent->children) {
+    if (node != nullptr && node->parent == parent && test(*node)) out.push_back(node);
+  }
+}
+
+// --- Queries
+// -------------------------------------------------------------------------------------------------
+
+// Evaluates a selector chain, step by step, on a set of its own.
+class Selection {
+ public:
+  Selection(_qo_html* context, const std::vector<_qo_html*>& nodes)
+      : context_(context), set_(nodes) {}
+
+  void apply(const htmlSelector& step) {
+    switch (step.type) {
+      case SEL_DESCENDANT:
+        descend_ = true;
+        break;
+      case SEL_CHILD:
+        descend_ = child_only_ = true;
+        break;
+      case SEL_PSEUDO:
+        break;
+      default:
+        apply_simple(step);
+        descend_ = child_only_ = false;
+        break;
+    }
+  }
+
+  std::vector<_qo_html*> take() { return std::move(set_); }
+
+ private:
+  void apply_simple(const htmlSelector& step) {
+    switch (step.type) {
+      case SEL_CLASS:
+        return select(HasClass{step.token});
+      case SEL_ID:
+        // As a filter, an empty id fits a node that has none.
+        return select(HasId{step.token}, [&step](_qo_html& node) {
+          return attribute_value(node, "id") == step.token;
+        });
+      case SEL_ATTR: {
+        std::string name;
+        std::string value;
+        const bool match_value = split_attribute_selector(step.token, name, value);
+        return select(HasAttribute{name, value, match_value});
+      }
+      default:
+        // As a filter, "*" keeps text nodes.
+        return select(HasTagName{step.token}, [&step](_qo_html& node) {
+          return step.token == "*" || tag_name(node) == step.token;
+        });
+    }
+  }
+
+  template <class Test>
+  void select(Test test) {
+    select(test, test);
+  }
+
+  template <class Test, class Filter>
+  void select(Test test, Filter stays) {
+    if (set_.empty()) {
+      if (context_ != nullptr) search_from(context_, test);
+    } else if (descend_) {
+      std::vector<_qo_html*> former;
+      former.swap(set_);
+      for (_qo_html* node : former) search_from(node, test);
+    } else {
+      set_.erase(std::remove_if(set_.begin(), set_.end(),
+                                [&stays](_qo_html* node) { return !stays(*node); }),
+                 set_.end());
+    }
+  }
+
+  template <class Test>
+  void search_from(_qo_html* node, Test test) {
+    if (child_only_) {
+      search_children(node, set_, test);
+    } else {
+      search(node, set_, nullptr, test);
+    }
+  }
+
+  _qo_html* context_;
+  std::vector<_qo_html*> set_;
+  bool descend_ = false;     // a combinator stood before the next simple selector
+  bool child_only_ = false;  // and it was ">"
+};
+
+// --- Form values
+// ---------------------------------------------------------------------------------------------
+
+// Where a control's value goes: name="name", name="name[]" or name="name[key]".
+struct Member {
+  Json::ValueType kind = Json::stringValue;
+  std::string name;
+  std::string key;
+};
+
+Member split_member_name(std::string_view name) {
+  const std::size_t open = name.find('[');
+  const std::size_t close = open == name.npos ? name.npos : name.find(']', open);
+  if (close == name.npos) return {Json::stringValue, std::string(name), {}};
+  const std::string_view key = name.substr(open + 1, close - open - 1);
+  return {key.empty() ? Json::arrayValue : Json::objectValue, std::string(name.substr(0, open)),
+          std::string(key)};
+}
+
+// Letters are those of the default locale, whatever locale the host has set.
+bool is_safe_byte(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ',' ||
+         c == '-' || c == '.' || c == '@' || c == '_';
+}
+
+std::string plain_value(std::string value) {
+  if (std::all_of(value.begin(), value.end(), is_safe_byte)) return value;
+  qo_decode_html_entities(value);
+  return "<![CDATA[" + value + "]]>";
+}
+
+void store_value(Json::Value& result, const Member& member, std::string value) {
+  switch (member.kind) {
+    case Json::arrayValue:
+      if (!result.isMember(member.name)) result[member.name] = Json::Value(Json::arrayValue);
+      result[member.name].append(Json::Value(value));
+      break;
+    case Json::objectValue:
+      if (!result.isMember(member.name)) result[member.name] = Json::Value(Json::objectValue);
+      result[member.name][member.key] = Json::Value(value);
+      break;
+    default:
+      result[member.name] = Json::Value(plain_value(std::move(value)));
+      break;
+  }
+}
+
+// Finds the first option below each select. Asked in document order, it serves all selects of a
+// form, nested ones included, with one walk.
+class FirstOptions {
+ public:
+  explicit FirstOptions(_qo_html* form) : walk_(form) {}
+
+  // `index` and `depth` tell where `select` stands in a walk over the form; the form itself has
+  // index 1.
+  _qo_html* below(const _qo_html* select, std::size_t index, std::size_t depth) {
+    while (index_ <= index || !at_option()) {
+      if (walk_.next() == nullptr) return nullptr;
+      ++index_;
+    }
+    return depth < walk_.depth() && walk_.path(depth) == select ? walk_.node() : nullptr;
+  }
+
+ private:
+  bool at_option() const { return walk_.node() != nullptr && tag_name(*walk_.node()) == "option"; }
+
+  TreeWalk walk_;
+  std::size_t index_ = 0;
+};
+
+class FormReader {
+ public:
+  FormReader(_qo_html* form, Json::Value& result)
+      : form_(form), walk_(form), first_options_(form), result_(result) {}
+
+  void read() {
+    while (_qo_html* node = walk_.next()) {
+      ++index_;
+      const Attribute* name = find_attribute(*node, "name");
+      if (name != nullptr && node != form_) read_control(*node, name->value);
+    }
+  }
+
+ private:
+  void read_control(_qo_html& control, std::string_view name) {
+    if (find_attribute(control, "disabled") != nullptr) return;
+    const std::string_view type = attribute_value(control, "type");
+    const bool checkable = type == "checkbox" || type == "radio";
+    if (checkable && find_attribute(control, "checked") == nullptr) return;
+    const Member member = split_member_name(name);
+    if (member.name.empty()) return;
+    store_value(result_, member, std::string(control_value(control, type, checkable ? "1" : "")));
+  }
+
+  std::string_view control_value(_qo_html& control, std::string_view type,
+                                 std::string_view otherwise) {
+    if (type.empty() && tag_name(control) == "select") {
+      _qo_html* option = first_options_.below(&control, index_, walk_.depth());
+      return option == nullptr ? std::string_view() : attribute_value(*option, "value");
+    }
+    const Attribute* value = find_attribute(control, "value");
+    return value == nullptr ? otherwise : value->value;
+  }
+
+  _qo_html* form_;
+  TreeWalk walk_;
+  std::size_t index_ = 0;  // of the node of walk_, from 1
+  FirstOptions first_options_;
+  Json::Value& result_;
+};
+
+}  // namespace
+
+// --- Nodes
+// ---------------------------------------------------------------------------------------------------
+
+_qo_html::_qo_html()
+    : parent(nullptr),
+      nextSibling(nullptr),
+      prevSibling(nullptr),
+      isComment(false),
+      isText(false),
+      isRoot(false),
+      isCdata(false),
+      isVoid(false),
+      closed(false),
+      isDeclaration(false) {
+  qo_object_ref_increment("[qo_html]");
+}
+
+_qo_html::~_qo_html() {
+  destroy_children(this);
+  attributes.clear();
+  classes.clear();
+  if (parent == nullptr) destroy_following_siblings(this);
+  nextSibling = nullptr;
+  prevSibling = nullptr;
+  parent = nullptr;
+  qo_object_ref_decrement("[qo_html]");
+}
+
+_qo_html* qo_html_document_new(std::string source) {
+  _qo_html* const node = new _qo_html;
+  node->isRoot = true;
+  node->source = std::move(source);
+  node->closed = true;
+  return node;
+}
+
+_qo_html* qo_html_element_new(std::string name) {
+  NodeOwner node(new _qo_html);
+  node->tag = std::move(name);
+  int kind = 1;
+  node->isVoid = is_void_tag(node->tag, &kind);
+  node->isDeclaration = kind != 1;
+  node->closed = true;
+  return node.release();
+}
+
+_qo_html* qo_html_text_node_new(std::string text) {
+  _qo_html* const node = new _qo_html;
+  node->closed = true;
+  node->isText = true;
+  node->text = std::move(text);
+  return node;
+}
+
+std::string _qo_html::tagName() {
+  return std::string(tag_name(*this));
+}
+
+_qo_html* _qo_html::next() {
+  return skip_text(nextSibling, &_qo_html::nextSibling);
+}
+
+_qo_html* _qo_html::prev() {
+  return skip_text(prevSibling, &_qo_html::prevSibling);
+}
+
+_qo_html* _qo_html::get_child_at(unsigned long index) {
+  return index < children.size() ? children[index] : nullptr;
+}
+
+// --- Editing
+// -------------------------------------------------------------------------------------------------
+
+bool _qo_html::add_child(_qo_html* child) {
+  return append_child(this, child, child_check());
+}
+
+void _qo_html::detach() {
+  if (parent != nullptr) {
+    const ChildPosition position = find_child(parent, this);
+    if (position != parent->children.end()) parent->children.erase(position);
+    parent = nullptr;
+  }
+  link(prevSibling, nextSibling);
+  nextSibling = nullptr;
+  prevSibling = nullptr;
+}
+
+bool _qo_html::insert_after(_qo_html* node, _qo_html* ref) {
+  if (node == nullptr || ref == nullptr) return false;
+  _qo_html* const place = find_parent(this, ref);
+  if (place == nullptr) return false;
+  const ChildPosition inserted = place->children.insert(std::next(find_child(place, ref)), node);
+  const ChildPosition following = std::next(inserted);
+  node->parent = place;
+  link(ref, node);
+  link(node, following == place->children.end() ? nullptr : *following);
+  return true;
+}
+
+bool _qo_html::insert_before(_qo_html* node, _qo_html* ref) {
+  if (node == nullptr || ref == nullptr) return false;
+  _qo_html* const place = find_parent(this, ref);
+  if (place == nullptr) return false;
+  place->children.insert(find_child(place, ref), node);
+  node->parent = place;
+  link(ref->prevSibling, node);
+  node->prevSibling = ref->prevSibling;
+  link(node, ref);
+  return true;
+}
+
+bool _qo_html::replace_with(_qo_html* oldNode, _qo_html* newNode) {
+  if (!insert_before(newNode, oldNode)) return false;
+  oldNode->detach();
+  delete oldNode;
+  return true;
+}
+
+bool _qo_html::set_text(std::string content) {
+  if (isText) {
+    text = std::move(content);
+    return true;
+  }
+  if (isVoid) return false;
+  // Whatever can fail for want of memory comes before the old children go.
+  std::unique_ptr<void, void (*)(void*)> storage(::operator new(sizeof(_qo_html)),
+                                                 [](void* memory) { ::operator delete(memory); });
+  children.reserve(1);
+  Check check = child_check();
+  destroy_children(this);
+  NodeOwner node(new (storage.get()) _qo_html);
+  storage.release();
+  node->isText = true;
+  node->text = std::move(content);
+  if (append_child(this, node.get(), std::move(check))) node.release();
+  return true;
+}
+
+bool _qo_html::set_html(std::string html) {
+  if (isVoid) return false;
+  _qo_html* parsed = nullptr;
+  if (!parseHtml(parsed, std::move(html), source, true, false)) return false;
+  const NodeOwner document(parsed);
+  destroy_children(this);
+  children.swap(document->children);
+  for (_qo_html* child : children) child->parent = this;
+  return true;
+}
+
+// --- Attributes and classes
+// ----------------------------------------------------------------------------------
+
+void _qo_html::addAttribute(std::string name, std::string value) {
+  if (name != "class") return set_attribute(std::move(name), std::move(value));
+  const std::size_t former = classes.size();
+  try {
+    append_tokens(classes, value);
+    set_attribute(std::move(name), std::move(value));
+  } catch (...) {
+    classes.resize(former);
+    throw;
+  }
+}
+
+void _qo_html::addAttribute(std::string name) {
+  set_attribute(std::move(name));
+}
+
+void _qo_html::set_attribute(std::string name, std::string value) {
+  store_attribute(*this, std::move(name), 1, std::move(value));
+}
+
+void _qo_html::set_attribute(std::string name) {
+  store_attribute(*this, std::move(name), 0, std::string());
+}
+
+void _qo_html::remove_attribute(std::string name) {
+  if (Attribute* attribute = find_attribute(*this, name)) {
+    attributes.erase(attributes.begin() + (attribute - attributes.data()));
+  }
+}
+
+bool _qo_html::has_attribute(std::string name) {
+  return find_attribute(*this, name) != nullptr;
+}
+
+std::string _qo_html::get_attribute(std::string name) {
+  return std::string(attribute_value(*this, name));
+}
+
+std::string _qo_html::id() {
+  return std::string(attribute_value(*this, "id"));
+}
+
+void _qo_html::add_class(std::string cls) {
+  if (has_token(classes, cls)) return;
+  std::string joined;
+  for (const std::string& token : classes) append_joined(joined, token);
+  append_joined(joined, cls);
+  classes.push_back(std::move(cls));
+  try {
+    store_class_attribute(*this, std::move(joined));
+  } catch (...) {
+    classes.pop_back();
+    throw;
+  }
+}
+
+void _qo_html::remove_class(std::string cls) {
+  const auto removed = std::find(classes.begin(), classes.end(), cls);
+  if (removed == classes.end()) return;
+  std::string joined;
+  for (auto token = classes.begin(); token != classes.end(); ++token) {
+    if (token != removed) append_joined(joined, *token);
+  }
+  store_class_attribute(*this, std::move(joined));
+  classes.erase(removed);
+}
+
+bool _qo_html::has_class(std::string cls) {
+  return has_token(classes, cls);
+}
+
+// --- Writing out
+// ---------------------------------------------------------------------------------------------
+
+std::string _qo_html::formatAttribute() {
+  std::string out;
+  try {
+    append_attributes(out, *this);
+  } catch (...) {
+    std::cerr << "bad alloc formatAttribute" << std::endl;
+    out.clear();
+  }
+  return out;
+}
+
+std::string _qo_html::outerHTML() {
+  const bool plain_text = markup_of(*this) == Markup::text;
+  try {
+    if (plain_text) return textContent();
+    std::string out;
+    append_markup(out, this);
+    return out;
+  } catch (...) {
+    if (plain_text) {
+      std::cerr << "bad alloc innerHtml  TextContent" << std::endl;
+    } else {
+      std::cerr << "fuck bad alloc outer HTML: " << tag_name(*this) << std::endl;
+    }
+    return std::string();
+  }
+}
+
+std::string _qo_html::innerHTML() {
+  if (isText) return textContent();
+  std::string out;
+  for (_qo_html* child : children) append_markup(out, child);
+  return out;
+}
+
+std::string _qo_html::textContent() {
+  if (isText) {
+    try {
+      return text;
+    } catch (...) {
+      std::cerr << "bad alloc textContent: " << std::endl;
+    }
+  }
+  std::string out;
+  for (_qo_html* child : children) append_text(out, child);
+  return out;
+}
+
+// --- Searching
+// -----------------------------------------------------------------------------------------------
+
+void _qo_html::getElementsByTagName(std::string name, std::vector<_qo_html*>& out,
+                                    _qo_html* childOf) {
+  search(this, out, childOf, HasTagName{name});
+}
+
+void _qo_html::getElementsById(std::string id, std::vector<_qo_html*>& out, _qo_html* childOf) {
+  search(this, out, childOf, HasId{id});
+}
+
+void _qo_html::getElementsByAttr(std::string name, std::vector<_qo_html*>& out, _qo_html* childOf,
+                                 std::string value, bool matchValue) {
+  search(this, out, childOf, HasAttribute{name, value, matchValue});
+}
+
+void _qo_html::getElementsByClassName(std::string name, std::vector<_qo_html*>& out,
+                                      _qo_html* childOf) {
+  search(this, out, childOf, HasClass{name});
+}
+
+// --- Queries
+// -------------------------------------------------------------------------------------------------
+
+qo_html_query::qo_html_query(_qo_html* node) : context(node) {}
+
+qo_html_query::~qo_html_query() {
+  context = nullptr;
+}
+
+qo_html_query& qo_html_query::find(std::string selector) {
+  const SelectorChain chain = parse_selector(selector);
+  Selection selection(context, nodes);
+  for (const auto& step : chain) selection.apply(*step);
+  nodes = selection.take();
+  return *this;
+}
+
+qo_html_query& qo_html_query::each(std::function<bool(unsigned long, _qo_html*)> visit) {
+  const unsigned long count = nodes.size();
+  for (unsigned long i = 0; i < count && visit(i, nodes[i]); ++i) {
+  }
+  return *this;
+}
+
+std::string qo_html_query::text() {
+  std::string out;
+  for (_qo_html* node : nodes) append_text(out, node);
+  return out;
+}
+
+unsigned long qo_html_query::length() {
+  return nodes.size();
+}
+
+_qo_html* qo_html_query::get(unsigned long index) {
+  return index < nodes.size() ? nodes[index] : nullptr;
+}
+
+qo_html_query& qo_html_query::use_one(unsigned long index) {
+  if (index < nodes.size()) context = nodes[index];
+  nodes.clear();
+  if (context != nullptr) nodes.push_back(context);
+  return *this;
+}
+
+// --- Form values
+// ---------------------------------------------------------------------------------------------
+
+bool _qo_html::get_form_values(Json::Value& result) {
+  if (!result.isObject()) result = Json::Value(Json::objectValue);
+  FormReader(this, result).read();
+  return true;
+}

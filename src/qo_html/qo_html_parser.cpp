@@ -1,0 +1,678 @@
+#include <qo_html/qo_html_parser.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <qo_html/qo_html_checks.h>
+
+namespace {
+
+using NodeOwner = std::unique_ptr<_qo_html>;
+
+// --- Character classes
+// ---------------------------------------------------------------------------------------
+
+enum CharClass : std::uint8_t {
+  in_element_name = 1 << 0,   // allowed in the name of an ordinary element
+  in_attribute_name = 1 << 1  // goes on with an attribute name
+};
+
+constexpr bool is_letter_or_digit(int c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+constexpr auto make_char_classes() {
+  std::array<std::uint8_t, 256> classes{};
+  for (int c = 0; c < 256; ++c) {
+    const bool ends_attribute_name =
+        c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '/' || c == '>' || c == '=';
+    std::uint8_t bits = 0;
+    if (is_letter_or_digit(c) || c == ':' || c == '_') bits |= in_element_name;
+    if (!ends_attribute_name) bits |= in_attribute_name;
+    classes[static_cast<std::size_t>(c)] = bits;
+  }
+  return classes;
+}
+
+constexpr std::array<std::uint8_t, 256> char_classes = make_char_classes();
+
+bool is(char c, CharClass char_class) {
+  return (char_classes[static_cast<unsigned char>(c)] & char_class) != 0;
+}
+
+// The default locale's lower case, whatever locale the host has set.
+constexpr char to_lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+// --- Tag names
+// -----------------------------------------------------------------------------------------------
+
+// Scans one tag name; the outputs are those of getElementTagName.
+class TagNameScanner {
+ public:
+  TagNameScanner(const std::string& html, std::size_t start)
+      : html_(html), i_(start), name_start_(start), end_(start) {}
+
+  void scan() {
+    while (i_ < html_.size() && !done_) scan_byte(html_[i_]);
+  }
+
+  bool found() const { return end_ > name_start_; }
+  std::size_t position() const { return i_; }
+  std::size_t name_start() const { return name_start_; }
+  std::size_t name_length() const { return name_length_; }
+  bool saw_slash() const { return saw_slash_; }
+  bool done() const { return done_; }
+  bool attributes_follow() const { return attributes_follow_; }
+
+ private:
+  void scan_byte(char c) {
+    if (c == '/') return skip_slash();
+    if (!begun_) {
+      if (c == ' ') {
+        ++i_;
+        return;
+      }
+      name_start_ = i_;
+      if (c == '!') ++markers_;
+    }
+    switch (c) {
+      case '-':
+      case '[':
+        if (++markers_ == 3) return end_at_marker();
+        break;
+      case ' ':
+      case '\t':
+      case '\n':
+      case '\r':
+        return end_at_space();
+      case '>':
+        return end_at_bracket();
+      default:
+        break;
+    }
+    begun_ = true;
+    ++i_;
+  }
+
+  void skip_slash() {
+    saw_slash_ = true;
+    if (!begun_) leading_slash_ = true;
+    ++i_;
+  }
+
+  // The third marker byte belongs to the name: "!--" and "![CDATA[".
+  void end_at_marker() {
+    end_name(i_ + 1);
+    ++i_;
+  }
+
+  void end_at_space() {
+    end_name(i_);
+    attributes_follow_ = true;
+  }
+
+  // The slash of a self-closing tag is the last byte in front of the ">".
+  void end_at_bracket() {
+    const bool self_closing = saw_slash_ && !leading_slash_;
+    end_name(self_closing ? i_ - 1 : i_);
+    ++i_;
+  }
+
+  void end_name(std::size_t name_end) {
+    name_length_ = name_end - name_start_;
+    end_ = i_;
+    done_ = true;
+  }
+
+  const std::string& html_;
+  std::size_t i_;
+  std::size_t name_start_;
+  std::size_t name_length_ = 0;
+  std::size_t end_;  // index of the byte that ended the name
+  int markers_ = 0;  // a leading "!", and every "-" and "["
+  bool begun_ = false;
+  bool leading_slash_ = false;
+  bool saw_slash_ = false;
+  bool attributes_follow_ = false;
+  bool done_ = false;
+};
+
+constexpr std::string_view void_tags[] = {"br",   "input",  "img",   "hr",     "area",
+                                          "base", "col",    "embed", "keygen", "link",
+                                          "meta", "source", "track", "wbr"};
+
+bool equals_lowered(std::string_view name, std::string_view lower) {
+  if (name.size() != lower.size()) return false;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (to_lower(name[i]) != lower[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string getElementTagName(std::string& html, std::size_t& position, std::size_t& nameStart,
+                              std::size_t& nameLength, bool& has_attributes, bool& sawSlash) {
+  try {
+    TagNameScanner scanner(html, position);
+    scanner.scan();
+    position = scanner.position();
+    nameStart = scanner.name_start();
+    nameLength = scanner.name_length();
+    sawSlash = scanner.saw_slash();
+    if (scanner.done()) has_attributes = scanner.attributes_follow();
+    if (scanner.found()) return html.substr(nameStart, nameLength);
+    const std::string_view rest =
+        std::string_view(html).substr(std::min(nameStart, html.size()), 20);
+    std::cout << "unable to get element tag name: " << rest << std::endl;
+  } catch (...) {
+    std::cerr << "exception in getElementTagName" << std::endl;
+  }
+  return std::string();
+}
+
+bool is_void_tag(const std::string& name, int* kind) {
+  *kind = 1;
+  for (const std::string_view tag : void_tags) {
+    if (equals_lowered(name, tag)) return true;
+  }
+  if (equals_lowered(name, "!doctype")) *kind = 2;
+  if (equals_lowered(name, "?xml")) *kind = 3;
+  return *kind != 1;
+}
+
+bool is_script_tag(const std::string& name) {
+  return name == "script" || name == "SCRIPT";
+}
+
+bool is_style_tag(const std::string& name) {
+  return name == "style" || name == "STYLE";
+}
+
+bool is_comment_tag(const std::string& name) {
+  return name == "!--";
+}
+
+bool is_cdata_tag(const std::string& name) {
+  return name == "![CDATA[";
+}
+
+// --- Attributes
+// ----------------------------------------------------------------------------------------------
+
+namespace {
+
+// The state machine that reads the attributes of one start tag. Runs of bytes that mean nothing to
+// it are taken at once.
+class AttributeLexer {
+ public:
+  AttributeLexer(_qo_html* node, const std::string& html, std::size_t position)
+      : node_(node), i_(html.data() + position), end_(html.data() + html.size()) {}
+
+  void read() {
+    while (i_ != end_ && !finished_) {
+      if (!in_value_) {
+        name_state();
+      } else if (quote_ != '\0') {
+        quoted_run();
+      } else {
+        value_state();
+      }
+    }
+    if (finished_ && self_closing_) node_->closed = true;
+  }
+
+  const char* stopped_at() const { return i_; }
+
+ private:
+  void name_state() {
+    switch (*i_) {
+      case '\r':
+      case '\n':
+        break;
+      case '\t':
+      case ' ':
+        add_bare();
+        break;
+      case '/':
+        self_closing_ = true;
+        break;
+      case '>':
+        add_bare();
+        finished_ = true;
+        break;
+      case '=':
+        in_value_ = true;
+        break;
+      default:
+        return name_run();
+    }
+    ++i_;
+  }
+
+  void name_run() {
+    const char* const start = i_;
+    while (i_ != end_ && is(*i_, in_attribute_name)) ++i_;
+    name_.append(start, i_);
+  }
+
+  // Outside quotes.
+  void value_state() {
+    switch (*i_) {
+      case '\'':
+      case '"':
+        quote_ = *i_;
+        break;
+      case '/':
+        self_closing_ = true;
+        quote_closed_ = false;
+        break;
+      case '>':
+        add_valued();
+        finished_ = true;
+        break;
+      case ' ':
+        add_valued();
+        break;
+      default:
+        // What follows a value begins the next name; what precedes it is dropped.
+        if (quote_closed_ || !value_.empty()) return add_valued();
+        break;
+    }
+    ++i_;
+  }
+
+  void quoted_run() {
+    const char* const start = i_;
+    const void* close = std::memchr(i_, quote_, static_cast<std::size_t>(end_ - i_));
+    i_ = close == nullptr ? end_ : static_cast<const char*>(close);
+    value_.append(start, i_);
+    if (close == nullptr) return;
+    quote_ = '\0';
+    quote_closed_ = true;
+    ++i_;
+  }
+
+  void add_bare() {
+    if (!name_.empty()) node_->addAttribute(std::move(name_));
+    name_.clear();
+  }
+
+  void add_valued() {
+    node_->addAttribute(std::move(name_), std::move(value_));
+    name_.clear();
+    value_.clear();
+    in_value_ = false;
+    quote_closed_ = false;
+  }
+
+  _qo_html* node_;
+  const char* i_;
+  const char* end_;
+  std::string name_;
+  std::string value_;
+  char quote_ = '\0';  // the quote character that the value is in
+  bool in_value_ = false;
+  bool quote_closed_ = false;
+  bool self_closing_ = false;
+  bool finished_ = false;
+};
+
+}  // namespace
+
+void parse_attribute(_qo_html*& node, std::string& html, std::size_t& position) {
+  if (position >= html.size()) return;
+  try {
+    AttributeLexer lexer(node, html, position);
+    lexer.read();
+    position = static_cast<std::size_t>(lexer.stopped_at() - html.data());
+  } catch (...) {
+    std::cout << "exception in parse attribute" << std::endl;
+  }
+}
+
+// --- Raw content
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::size_t not_found = std::string::npos;
+
+// Appends html[start, end) to `node` as one text child.
+bool append_raw_text(_qo_html* node, const std::string& html, std::size_t start, std::size_t end) {
+  NodeOwner text(qo_html_text_node_new(html.substr(start, end - start)));
+  if (!node->add_child(text.get())) return false;
+  text.release();
+  return true;
+}
+
+bool fail_at_end(const std::string& html, std::size_t& position) {
+  position = std::max(position, html.size());
+  return false;
+}
+
+using TagTest = bool (*)(const std::string& name);
+
+// Whether an end tag "</name>" whose name is `length` bytes long stands at `at`, where a "<" is.
+bool end_tag_at(const std::string& html, std::size_t at, std::size_t length, TagTest accepts) {
+  const std::size_t bracket = at + 2 + length;
+  return bracket < html.size() && html[at + 1] == '/' && html[bracket] == '>' &&
+         accepts(html.substr(at + 2, length));
+}
+
+// Gives `node` the content up to `end`, where the end tag of a name of `length` bytes stands.
+bool close_raw_element(_qo_html* node, const std::string& html, std::size_t& position,
+                       std::size_t end, std::size_t length) {
+  node->closed = true;
+  if (!append_raw_text(node, html, position, end)) return false;
+  position = end + length + 3;
+  return true;
+}
+
+// Runs a reader; an exception costs a line on standard error and gives null or false.
+template <class Reader>
+auto guarded(const char* line, Reader reader) -> decltype(reader()) {
+  try {
+    return reader();
+  } catch (...) {
+    std::cerr << line << std::endl;
+    return {};
+  }
+}
+
+// The end tag of a script is not looked for within quotes. They know nothing of escapes and
+// comments.
+std::size_t find_script_end(const std::string& html, std::size_t from, std::size_t length) {
+  for (std::size_t i = from; i < html.size(); ++i) {
+    const char c = html[i];
+    if (c == '\'' || c == '"') {
+      i = html.find(c, i + 1);
+      if (i == not_found) break;
+    } else if (c == '<' && end_tag_at(html, i, length, is_script_tag)) {
+      return i;
+    }
+  }
+  return not_found;
+}
+
+std::size_t find_style_end(const std::string& html, std::size_t from, std::size_t length) {
+  std::size_t i = html.find('<', from);
+  while (i != not_found && !end_tag_at(html, i, length, is_style_tag)) i = html.find('<', i + 1);
+  return i;
+}
+
+}  // namespace
+
+_qo_html* parse_comment_node(std::string& html, std::size_t& position) {
+  return guarded("exception in parse_comment_node", [&]() -> _qo_html* {
+    const std::size_t end = html.find("-->", position);
+    if (end == not_found) {
+      fail_at_end(html, position);
+      return nullptr;
+    }
+    NodeOwner comment(new _qo_html);
+    comment->isComment = true;
+    comment->closed = true;
+    append_raw_text(comment.get(), html, position, end);
+    position = end + 3;
+    return comment.release();
+  });
+}
+
+bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  return guarded("exception in parse_cdata_node", [&] {
+    const std::size_t end = html.find("]]>", position);
+    if (end == not_found) return fail_at_end(html, position);
+    node->closed = true;
+    node->isCdata = true;
+    if (!append_raw_text(node, html, position, end)) return false;
+    position = end + 3;
+    return true;
+  });
+}
+
+bool parse_script_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  return guarded("exception in parse_script_node", [&] {
+    const std::size_t length = 6;
+    const std::size_t end = find_script_end(html, position, length);
+    if (end == not_found) return fail_at_end(html, position);
+    return close_raw_element(node, html, position, end, length);
+  });
+}
+
+bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  return guarded("exception in get element tag", [&] {
+    const std::size_t length = 5;
+    const std::size_t end = find_style_end(html, position, length);
+    if (end == not_found) return fail_at_end(html, position);
+    return close_raw_element(node, html, position, end, length);
+  });
+}
+
+// --- The main loop
+// -------------------------------------------------------------------------------------------
+
+namespace {
+
+class ContentParser {
+ public:
+  ContentParser(_qo_html*& root, std::string& html, bool drop_comments)
+      : root_(root), html_(html), drop_comments_(drop_comments) {}
+
+  bool run() {
+    for (;;) {
+      const std::size_t start = position_;
+      position_ = std::min(html_.find('<', start), html_.size());
+      if (position_ == html_.size()) return end_of_text(start);
+      switch (markup(start)) {
+        case Outcome::go_on:
+          break;
+        case Outcome::finished:
+          return true;
+        case Outcome::failed:
+          return false;
+      }
+    }
+  }
+
+ private:
+  enum class Outcome { go_on, finished, failed };
+
+  // At a "<"; the text in front of it begins at `text_start`.
+  Outcome markup(std::size_t text_start) {
+    if (!root_->isRoot) {
+      report(root_->parent != nullptr, "root->parent !=nullptr",
+             "element must have a parent " + root_->tagName());
+    }
+    append_pending_text(text_start);
+    ++position_;
+    bool saw_slash = false;
+    has_attributes_ = false;
+    tag_name_ =
+        getElementTagName(html_, position_, name_start_, name_length_, has_attributes_, saw_slash);
+    report(!tag_name_.empty(), "tagName.length()", "tagName find fail");
+
+    int kind = 1;
+    if (is_void_tag(tag_name_, &kind)) return void_element(kind);
+    if (saw_slash) return end_tag();
+    if (is_cdata_tag(tag_name_)) return cdata_section();
+    if (is_script_tag(tag_name_)) return raw_element(parse_script_node);
+    if (is_style_tag(tag_name_)) return raw_element(parse_style_node);
+    if (!is_comment_tag(tag_name_)) return ordinary_element();
+    return comment();
+  }
+
+  Outcome void_element(int kind) {
+    NodeOwner node = new_element();
+    node->isDeclaration = kind != 1;
+    node->closed = true;
+    node->isVoid = true;
+    read_attributes(node);
+    append(std::move(node));
+    return Outcome::go_on;
+  }
+
+  // Only an end tag named like the current node closes anything.
+  Outcome end_tag() {
+    report(root_ != nullptr, "root != nullptr", "root must not be null");
+    return tag_name_ == root_->tagName() ? close_root() : stray_end_tag();
+  }
+
+  Outcome stray_end_tag() {
+    NodeOwner node(new _qo_html);
+    node->closed = true;
+    node->tag = tag_name_;
+    append(std::move(node));
+    return Outcome::go_on;
+  }
+
+  Outcome close_root() {
+    report(!root_->closed, "root->closed == false", "should not close same tag twice");
+    root_->closed = true;
+    if (root_->parent == nullptr) return root_->isRoot ? Outcome::finished : Outcome::failed;
+    if (root_->parent->closed) return Outcome::failed;
+    root_ = root_->parent;
+    return Outcome::go_on;
+  }
+
+  Outcome cdata_section() {
+    NodeOwner node = new_element();
+    node->isCdata = true;
+    report(!has_attributes_, "!has_attributes", "CDATA section must not have attributes");
+    _qo_html* const section = node.get();
+    if (!read_content(parse_cdata_node, node) || !append(std::move(node))) return Outcome::failed;
+    return section->closed ? Outcome::go_on : Outcome::failed;
+  }
+
+  using ContentReader = bool (*)(_qo_html*& node, std::string& html, std::size_t& position);
+
+  Outcome raw_element(ContentReader reader) {
+    NodeOwner node = new_element();
+    read_attributes(node);
+    _qo_html* const element = node.get();
+    if (!read_content(reader, node) || !append(std::move(node))) return Outcome::failed;
+    if (!element->closed) root_ = element;
+    return Outcome::go_on;
+  }
+
+  Outcome ordinary_element() {
+    NodeOwner node = new_element();
+    read_attributes(node);
+    report(!root_->closed, "root->closed == false",
+           "root element must not be closed before appending child " + root_->tagName());
+    _qo_html* const element = node.get();
+    if (!append(std::move(node)) || !name_is_valid(element->tag)) return Outcome::failed;
+    if (element->closed) {
+      report(!root_->closed, "root->closed==false", "Next root must not be closed");
+    } else {
+      root_ = element;
+    }
+    return Outcome::go_on;
+  }
+
+  Outcome comment() {
+    NodeOwner node(parse_comment_node(html_, position_));
+    if (node == nullptr) return Outcome::failed;
+    if (drop_comments_) return Outcome::go_on;
+    set_tag(*node);
+    node->isComment = true;
+    return append(std::move(node)) ? Outcome::go_on : Outcome::failed;
+  }
+
+  // Whatever is still open is closed here.
+  bool end_of_text(std::size_t text_start) {
+    append_pending_text(text_start);
+    while (!root_->isRoot && root_->parent != nullptr) {
+      root_->closed = true;
+      root_ = root_->parent;
+    }
+    report(root_->isRoot, "root->isRoot", "MUST END WITH THE ROOT");
+    report(root_->parent == nullptr, "root->parent == nullptr", "root must not have parent");
+    root_->closed = true;
+    return true;
+  }
+
+  void append_pending_text(std::size_t start) {
+    if (start == position_) return;
+    append(NodeOwner(qo_html_text_node_new(html_.substr(start, position_ - start))));
+  }
+
+  // A node named as written in the tag.
+  NodeOwner new_element() {
+    NodeOwner node(new _qo_html);
+    set_tag(*node);
+    return node;
+  }
+
+  void set_tag(_qo_html& node) { node.tag.assign(html_, name_start_, name_length_); }
+
+  void read_attributes(const NodeOwner& node) {
+    _qo_html* element = node.get();
+    if (has_attributes_) parse_attribute(element, html_, position_);
+  }
+
+  bool read_content(ContentReader reader, const NodeOwner& node) {
+    _qo_html* element = node.get();
+    return reader(element, html_, position_);
+  }
+
+  // Gives the node to the current node; a refused one is destroyed.
+  bool append(NodeOwner node) {
+    if (!root_->add_child(node.get())) return false;
+    node.release();
+    return true;
+  }
+
+  static bool name_is_valid(const std::string& name) {
+    for (std::size_t i = 0; i < name.size(); ++i) {
+      if (is(name[i], in_element_name)) continue;
+      std::cout << "invalid tag name 1: '" << name << "' at char index: " << i << " '" << name[i]
+                << "'" << std::endl;
+      return false;
+    }
+    return true;
+  }
+
+  static void report(bool condition, const char* condition_text, std::string message,
+                     int line = __builtin_LINE()) {
+    Check{condition_text, std::move(message), "src/qo_html/qo_html_parser"}.report(condition, line);
+  }
+
+  _qo_html*& root_;
+  std::string& html_;
+  const bool drop_comments_;
+  std::size_t position_ = 0;
+
+  // The tag at hand.
+  std::string tag_name_;
+  std::size_t name_start_ = 0;
+  std::size_t name_length_ = 0;
+  bool has_attributes_ = false;
+};
+
+}  // namespace
+
+bool parse_html_content(_qo_html*& root, std::string& html, bool dropComments,
+                        bool /*reservedFlag*/) {
+  return guarded("exception in parse html content",
+                 [&] { return ContentParser(root, html, dropComments).run(); });
+}
+
+bool parseHtml(_qo_html*& out, std::string html, std::string source, bool dropComments,
+               bool reservedFlag) {
+  NodeOwner document(qo_html_document_new(std::move(source)));
+  document->closed = false;
+  _qo_html* root = document.get();
+  if (!parse_html_content(root, html, dropComments, reservedFlag)) return false;
+  document.release();
+  out = root;
+  return true;
+}
