@@ -1,0 +1,110 @@
+#include "test_host.h"
+
+#include <gtest/gtest.h>
+
+thread_local TestHost test_host;
+
+void qo_object_ref_increment(std::string tag) {
+  ++test_host.live;
+  if (test_host.recording) test_host.events.push_back(tag == "[qo_html]" ? "+" : "+ " + tag);
+}
+
+void qo_object_ref_decrement(std::string tag) {
+  --test_host.live;
+  if (test_host.recording) test_host.events.push_back(tag == "[qo_html]" ? "-" : "- " + tag);
+}
+
+void qo_assertion_faild(bool condition, std::string text, std::string message, std::string file,
+                        int line) {
+  if (!test_host.recording) return;
+  EXPECT_GT(line, 0);
+  test_host.events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " + message);
+}
+
+Owned parse(const std::string& html, bool drop_comments) {
+  _qo_html* document = nullptr;
+  const bool parsed = parseHtml(document, html, "source", drop_comments, false);
+  EXPECT_EQ(parsed, document != nullptr);
+  return Owned(document);
+}
+
+namespace {
+
+std::string quoted(const std::string& text) {
+  std::string out = "'";
+  for (const char c : text) {
+    if (c == '\n') {
+      out += "\\n";
+    } else if (c == '\r') {
+      out += "\\r";
+    } else if (c == '\t') {
+      out += "\\t";
+    } else {
+      out += c;
+    }
+  }
+  return out + "'";
+}
+
+std::string attribute_list(const _qo_html* node) {
+  std::string out;
+  for (const Attribute& attribute : node->attributes) {
+    out += (out.empty() ? "" : " ") + attribute.name;
+    if (attribute.hasValue != 0) out += "=" + quoted(attribute.value);
+  }
+  return out.empty() ? out : "[" + out + "]";
+}
+
+std::string label(const _qo_html* node) {
+  if (node->isText) return quoted(node->text);
+  std::string out = node->isComment ? "#comment" : node->isCdata ? "#cdata" : node->tag;
+  if (node->isVoid) out += node->isDeclaration ? "!" : "/";
+  return out + attribute_list(node);
+}
+
+}  // namespace
+
+std::string dump(const _qo_html* top) {
+  std::string children;
+  for (const _qo_html* child : top->children)
+    children += (children.empty() ? "" : " ") + dump(child);
+  const std::string open = top->closed ? "" : "?";
+  if (top->isRoot) return children + open;
+  return label(top) + (children.empty() ? "" : "{" + children + "}") + open;
+}
+
+std::string broken_links(const _qo_html* top) {
+  const _qo_html* previous = nullptr;
+  for (const _qo_html* child : top->children) {
+    if (child->parent != top) return "parent of " + label(child);
+    if (child->prevSibling != previous) return "prevSibling of " + label(child);
+    if (previous != nullptr && previous->nextSibling != child)
+      return "nextSibling of " + label(previous);
+    if (const std::string below = broken_links(child); !below.empty()) return below;
+    previous = child;
+  }
+  return previous == nullptr || previous->nextSibling == nullptr
+             ? ""
+             : "nextSibling of " + label(previous);
+}
+
+namespace {
+
+class NoLiveNodes : public testing::EmptyTestEventListener {
+  void OnTestEnd(const testing::TestInfo&) override {
+    EXPECT_EQ(test_host.live, 0) << "nodes left behind";
+    test_host = TestHost();
+  }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  // In front of the printer, so that what it finds counts for the test at hand.
+  auto& listeners = testing::UnitTest::GetInstance()->listeners();
+  auto* printer = listeners.Release(listeners.default_result_printer());
+  listeners.Append(new NoLiveNodes);
+  listeners.Append(printer);
+  return RUN_ALL_TESTS();
+}
