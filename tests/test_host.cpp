@@ -57,7 +57,9 @@ std::string attribute_list(const _qo_html* node) {
 
 std::string label(const _qo_html* node) {
   if (node->isText) return quoted(node->text);
-  std::string out = node->isComment ? "#comment" : node->isCdata ? "#cdata" : node->tag;
+  if (node->isComment) return "#comment";
+  if (node->isCdata) return "#cdata";
+  std::string out = node->tag.empty() ? "#unnamed" : node->tag;
   if (node->isVoid) out += node->isDeclaration ? "!" : "/";
   return out + attribute_list(node);
 }

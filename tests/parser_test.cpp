@@ -1,0 +1,322 @@
+// The parser: names, attributes, raw content, the main loop. docs/markup.md holds the plain cases.
+
+#include <qo_html/qo_html_parser.h>
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "test_host.h"
+
+namespace {
+
+std::string unescaped(std::string text) {
+  for (const auto& [from, to] : {std::pair("\\n", "\n"), std::pair("\\t", "\t")}) {
+    for (std::size_t at; (at = text.find(from)) != text.npos;) text.replace(at, 2, to);
+  }
+  return text;
+}
+
+// Splits a row "| `input` | `tree` | remark |"; empty unless it is one.
+std::vector<std::string> cells(const std::string& row) {
+  std::vector<std::string> out;
+  if (row.rfind("| `", 0) != 0) return out;
+  for (std::size_t start = 2, end; (end = row.find(" |", start)) != row.npos; start = end + 3) {
+    std::string cell = row.substr(start, end - start);
+    if (cell.size() > 1 && cell.front() == '`' && cell.back() == '`')
+      cell = cell.substr(1, cell.size() - 2);
+    out.push_back(cell);
+  }
+  return out;
+}
+
+TEST(Parser, DoesWhatTheDocumentationSays) {
+  std::ifstream file(QO_HTML_DOCS_DIR "/markup.md");
+  int rows = 0;
+  for (std::string line; std::getline(file, line);) {
+    const auto row = cells(line);
+    if (row.empty()) continue;
+    ++rows;
+    ASSERT_GE(row.size(), 2u) << line;
+    const Lines lines;
+    const Owned document = parse(unescaped(row[0]));
+    EXPECT_EQ(document ? dump(document.get()) : "*refused*", row[1]) << row[0];
+    EXPECT_EQ(document ? broken_links(document.get()) : "", "") << row[0];
+  }
+  EXPECT_GT(rows, 50);
+}
+
+TEST(TagName, IsCutOutAsWritten) {
+  struct {
+    const char* html;
+    std::size_t position;
+    const char* name;
+    char has_attributes;  // '0', '1', or '-': left alone
+    bool slash;
+    const char* line;
+  } const cases[] = {
+      {"div class", 3, "div", '1', false, ""},
+      {"DIV>", 4, "DIV", '0', false, ""},
+      {"br/>", 4, "br", '0', true, ""},
+      {"br/ >", 3, "br/", '1', true, ""},
+      {"/p>", 3, "p", '0', true, ""},
+      {" / /p\r>", 5, "p", '1', true, ""},
+      {" p>", 3, "p", '0', false, ""},
+      {"a/b>", 4, "a/", '0', true, ""},
+      {"!-- x", 3, "!--", '0', false, ""},
+      {"![CDATA[x", 8, "![CDATA[", '0', false, ""},
+      {"a!-->", 5, "a!--", '0', false, ""},
+      {"a-b-c-d>", 6, "a-b-c-", '0', false, ""},
+      {">", 1, "", '0', false, "unable to get element tag name: >\n"},
+      {"/>", 2, "", '0', true, "unable to get element tag name: >\n"},
+      {"\tp>", 0, "", '1', false, "unable to get element tag name: \tp>\n"},
+      {"div", 3, "", '-', false, "unable to get element tag name: div\n"},
+      {"", 0, "", '-', false, "unable to get element tag name: \n"},
+      {" 12345678901234567890123", 24, "", '-', false,
+       "unable to get element tag name: 12345678901234567890\n"},
+  };
+  for (const auto& test : cases) {
+    for (const bool before : {false, true}) {
+      std::string html = "<" + std::string(test.html);
+      std::size_t position = 1, start = 99, length = 99;
+      bool has_attributes = before, slash = !test.slash;
+      const Lines lines;
+      EXPECT_EQ(getElementTagName(html, position, start, length, has_attributes, slash), test.name)
+          << html;
+      EXPECT_EQ(position, test.position + 1) << html;
+      EXPECT_EQ(has_attributes, test.has_attributes == '-' ? before : test.has_attributes == '1')
+          << html;
+      EXPECT_EQ(slash, test.slash) << html;
+      EXPECT_EQ(html.substr(start, length), test.name) << html;
+      EXPECT_EQ(lines.out(), test.line) << html;
+    }
+  }
+}
+
+TEST(TagName, KindsAndPredicates) {
+  int kind = 0;
+  EXPECT_TRUE(is_void_tag("Br", &kind) && kind == 1);
+  EXPECT_TRUE(is_void_tag("!DocType", &kind) && kind == 2);
+  EXPECT_TRUE(is_void_tag("?XML", &kind) && kind == 3);
+  for (const char* name : {"param", "br/", "", "b", "brr", "?xml-stylesheet"}) {
+    kind = 0;
+    EXPECT_FALSE(is_void_tag(name, &kind)) << name;
+    EXPECT_EQ(kind, 1) << name;
+  }
+  EXPECT_FALSE(is_void_tag(std::string("br\0", 3), &kind));
+  EXPECT_TRUE(is_script_tag("script") && is_script_tag("SCRIPT"));
+  EXPECT_TRUE(is_style_tag("style") && is_style_tag("STYLE"));
+  EXPECT_FALSE(is_script_tag("Script") || is_script_tag("script ") || is_style_tag("sTyle"));
+  EXPECT_TRUE(is_comment_tag("!--") && is_cdata_tag("![CDATA["));
+  EXPECT_FALSE(is_comment_tag("!-") || is_cdata_tag("![cdata["));
+}
+
+TEST(Attributes, AreLexedByteByByte) {
+  struct {
+    const char* text;
+    const char* node;  // "?" behind it: not closed by a "/"
+    std::size_t left;  // bytes not read
+  } const cases[] = {
+      {" id=\"a\" class='b c' hidden>rest", "n[id='a' class='b c' hidden]?", 4},
+      {" disabled >", "n[disabled]?", 0},
+      {" class=\"x\" />", "n[class='x']", 0},
+      {" class=\"x\"/>", "n[class='x']", 0},
+      {" a b/c>", "n[a bc]", 0},
+      {" a=b>", "n[a='']?", 0},
+      {" a=\"1\"'2'\"3\"b>", "n[a='123' b]?", 0},
+      {" a=\"1\"/b>", "n[a='1' b]", 0},
+      {" a=\"\"/b>", "n[a='']", 0},
+      {" a=x\"1\">", "n[a='1']?", 0},
+      {" a=\"x\"\tb>", "n[a='x' b]?", 0},
+      {" a=\"\"\nb>", "n[a='' b]?", 0},
+      {" a= b>", "n[a='' b]?", 0},
+      {" =\"x\">", "n[='x']?", 0},
+      {" a=\"x\"=\"y\">", "n[a='x' ='y']?", 0},
+      {" \"q\">", "n[\"q\"]?", 0},
+      {" disabled\nvalue=\"x\">", "n[disabledvalue='x']?", 0},
+      {" a=\"x\" b", "n[a='x']?", 0},
+      {" a=\"x / >", "n?", 0},
+      {" a='1' / b='2", "n[a='1']?", 0},
+      {"", "n?", 0},
+  };
+  for (const auto& test : cases) {
+    Owned node(qo_html_element_new("n"));
+    node->closed = false;
+    std::string html = std::string("<n") + test.text;
+    std::size_t position = 2;
+    _qo_html* element = node.get();
+    parse_attribute(element, html, position);
+    EXPECT_EQ(dump(element), test.node) << html;
+    EXPECT_EQ(html.size() - position, test.left) << html;
+  }
+}
+
+TEST(Parser, RawReadersStopBehindTheEndMarker) {
+  using Reader = bool (*)(_qo_html*&, std::string&, std::size_t&);
+  struct {
+    Reader read;
+    const char* html;
+    const char* text;      // null: no end marker
+    std::size_t position;  // afterwards
+  } const cases[] = {
+      {parse_script_node, "x</script>y", "x", 10},
+      {parse_script_node, "'\"</script>'\"'\"</SCRIPT>", "'\"</script>'\"'\"", 24},
+      {parse_script_node, "'\\'</script>", "'\\'", 12},
+      {parse_script_node, "<</Script></script", nullptr, 18},
+      {parse_style_node, "</styles></style>", "</styles>", 17},
+      {parse_style_node, "'</STYLE>'", "'", 9},
+      {parse_style_node, "</style", nullptr, 7},
+      {parse_cdata_node, "]]]>", "]", 4},
+      {parse_cdata_node, "]]", nullptr, 2},
+  };
+  for (const auto& test : cases) {
+    _qo_html node;
+    _qo_html* element = &node;
+    std::string html = test.html;
+    std::size_t position = 0;
+    EXPECT_EQ(test.read(element, html, position), test.text != nullptr) << html;
+    EXPECT_EQ(position, test.position) << html;
+    EXPECT_EQ(node.textContent(), test.text ? test.text : "") << html;
+    EXPECT_EQ(node.closed, test.text != nullptr);
+    position = 99;
+    EXPECT_FALSE(test.read(element, html, position));
+    EXPECT_EQ(position, 99u);
+  }
+  std::string html = "<!-- a -- b -->c";
+  std::size_t position = 4;
+  const Owned comment(parse_comment_node(html, position));
+  EXPECT_EQ(dump(comment.get()), "#comment{' a -- b '}");
+  EXPECT_EQ(position, 15u);
+  EXPECT_EQ(parse_comment_node(html, position), nullptr);
+  EXPECT_EQ(position, html.size());
+}
+
+TEST(Parser, DropsCommentsOnRequest) {
+  EXPECT_EQ(dump(parse("a<!-- b -->c<p><!----></p>", true).get()), "'a' 'c' p");
+}
+
+TEST(Parser, ReportsEveryCheckToTheHost) {
+  test_host.record();
+  const Owned document = parse("a<p b>c</p><br></x><![CDATA[d]]><!--e--><i j/>", true);
+  const auto events = test_host.take();
+  std::string log;
+  for (const std::string& event : events) {
+    const std::string at = "src/qo_html/qo_html";
+    const bool check = event.compare(0, at.size(), at) == 0;
+    log += check ? event.substr(at.size()) + "\n" : event + "\n";
+  }
+  const std::string name = "_parser: tagName.length(): tagName find fail\n";
+  const std::string child = ": child != nullptr: child must not be null bre some\n";
+  const std::string in_p = "_parser: root->parent !=nullptr: element must have a parent p\n";
+  const std::string open =
+      "_parser: root->closed == false: root element must not be closed before appending child "
+      "documentRoot\n";
+  EXPECT_EQ(log,
+            "+\n"  // the document
+            "+\n" +
+                child + name + "+\n" + open + child +                // a<p b>
+                in_p + "+\n" + child + name +                        // c</p>
+                "_parser: root != nullptr: root must not be null\n"  //
+                "_parser: root->closed == false: should not close same tag twice\n" +
+                name + "+\n" + child +  // <br>
+                name +
+                "_parser: root != nullptr: root must not be null\n"  // </x>
+                "+\n" +
+                child +         //
+                name + "+\n" +  // CDATA
+                "_parser: !has_attributes: CDATA section must not have attributes\n" + "+\n" +
+                child + child +                       //
+                name + "+\n+\n" + child + "-\n-\n" +  // the dropped comment
+                name + "+\n" + open + child +         // <i j/>
+                "_parser: root->closed==false: Next root must not be closed\n"
+                "_parser: root->isRoot: MUST END WITH THE ROOT\n"
+                "_parser: root->parent == nullptr: root must not have parent\n");
+  EXPECT_EQ(dump(document.get()), "'a' p[b]{'c'} br/ x #cdata{'d'} i[j]");
+
+  test_host.record();
+  const Lines lines;
+  parse("<");
+  EXPECT_EQ(test_host.take()[1],
+            "FAILED src/qo_html/qo_html_parser: tagName.length(): tagName find fail");
+}
+
+TEST(Parser, RefusesWithoutTouchingTheResult) {
+  struct {
+    const char* html;
+    const char* out;
+  } const cases[] = {
+      {"<p><my-widget>", "invalid tag name 1: 'my-widget' at char index: 2 '-'\n"},
+      {"<\xC3\xA9>", "invalid tag name 1: '\xC3\xA9' at char index: 0 '\xC3'\n"},
+      {"<p><!-- a -- >", ""},
+      {"<p><script></p>", ""},
+  };
+  for (const auto& test : cases) {
+    _qo_html placeholder;
+    _qo_html* out = &placeholder;
+    const Lines lines;
+    EXPECT_FALSE(parseHtml(out, test.html, "", false, true)) << test.html;
+    EXPECT_EQ(out, &placeholder);
+    EXPECT_EQ(lines.out(), test.out);
+    EXPECT_EQ(lines.err(), "");
+  }
+}
+
+TEST(SetHtml, ReplacesTheContent) {
+  const Owned document = parse("<div a>old<b></b></div><br>");
+  _qo_html* const div = document->children[0];
+  EXPECT_TRUE(div->set_html("<i>x</i><!-- c -->y"));
+  EXPECT_EQ(dump(document.get()), "div[a]{i{'x'} 'y'} br/");
+  const Lines lines;
+  EXPECT_FALSE(div->set_html("<!-- c"));
+  EXPECT_FALSE(document->children[1]->set_html("x"));
+  EXPECT_EQ(dump(document.get()), "div[a]{i{'x'} 'y'} br/");
+  EXPECT_TRUE(div->set_html(""));
+  EXPECT_TRUE(document->set_html("<u>"));
+  EXPECT_EQ(dump(document.get()), "u");
+  EXPECT_EQ(broken_links(document.get()), "");
+}
+
+TEST(Parser, GivesBackWhatItRead) {
+  struct {
+    const char* html;
+    const char* written;  // null: as read
+  } const cases[] = {
+      {"<!DOCTYPE html><html>\n<p class=\"a b\" hidden>x<br/></p><!-- c --></html>", nullptr},
+      {"<?xml version=\"1.0\"?>", "<?xml version=\"1.0\" ?>"},
+      {"<script>a < b && c</script><style></style><![CDATA[x]]y]]>", nullptr},
+      {"<br><img src='a\"b'><p>x", "<br/><img src=\"a\"b\"/><p>x</p>"},
+      {"</x>", "<x></x>"},
+      {"", nullptr},
+  };
+  for (const auto& test : cases) {
+    const Owned document = parse(test.html);
+    EXPECT_EQ(document->outerHTML(), test.written ? test.written : test.html);
+    EXPECT_EQ(document->outerHTML(), document->innerHTML());
+  }
+}
+
+TEST(Serialiser, ReadsTheFlagsInOrder) {
+  const Owned document = parse("<a b c=''>t<u>v</u></a>");
+  _qo_html* const a = document->children[0];
+  EXPECT_EQ(a->formatAttribute(), " b c=\"\"");
+  EXPECT_EQ(document->formatAttribute(), "");
+  EXPECT_EQ(a->textContent(), "tv");
+  EXPECT_EQ(a->children[0]->outerHTML() + a->children[0]->innerHTML(), "tt");
+  struct {
+    bool _qo_html::*flag;
+    const char* outer;
+  } const cases[] = {
+      {&_qo_html::isComment, "<!--t<u>v</u>-->"}, {&_qo_html::isCdata, "<at<u>v</u>]]>"},
+      {&_qo_html::isVoid, "<a b c=\"\"/>"},       {&_qo_html::isText, ""},
+      {&_qo_html::isRoot, "t<u>v</u>"},
+  };
+  for (const auto& test : cases) {  // each outranks those before it
+    a->*test.flag = true;
+    EXPECT_EQ(a->outerHTML(), test.outer);
+    EXPECT_EQ(a->innerHTML(), a->isText ? "" : "t<u>v</u>");
+    EXPECT_EQ(document->outerHTML(), test.outer);
+    EXPECT_EQ(document->textContent(), a->isText ? "" : "tv");
+  }
+}
+
+}  // namespace
