@@ -1,0 +1,224 @@
+// Fails the first, second, third, ... allocation of an operation until it succeeds. Whatever fails
+// must leave the tree as it was, or done; write no other line than its own; and leave nothing
+// behind.
+
+#include <cstdlib>
+#include <functional>
+#include <new>
+
+#include <gtest/gtest.h>
+#include <json/json.h>
+
+#include "test_host.h"
+
+namespace {
+
+thread_local long allocations_left = -1;  // before the one that fails; negative: none fails
+
+void* allocate(std::size_t size) {
+  if (allocations_left == 0) {
+    allocations_left = -1;
+    throw std::bad_alloc();
+  }
+  if (allocations_left > 0) --allocations_left;
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace {
+
+// Long enough for no small-string buffer.
+const char long_text[] = "a text that is longer than any buffer for small strings";
+const std::string long_name = "a_name_that_is_longer_than_any_buffer_for_small_strings";
+const std::string page_html = "<p class='" + std::string(long_text) + "' hidden>" + long_text +
+                              "<" + long_name + "></" + long_name + "><!--" + long_text +
+                              "--></p><ul><li>1</li><li>2</li></ul>";
+const std::string every_kind = page_html + "<script>" + long_text + "</script><style>" + long_text +
+                               "</style><![CDATA[" + long_text + "]]><br " + long_name + "/></" +
+                               long_name + ">";
+
+struct Setting {
+  Owned page = parse(page_html);
+  _qo_html* p = page->children[0];
+  _qo_html* ul = page->children[1];
+  Owned node{qo_html_element_new("n")};
+  qo_html_query query{page.get()};
+  Json::Value values;
+  std::string result = "-";
+
+  std::string state() {
+    std::string out = dump(page.get()) + " " + dump(node.get()) + " " + broken_links(page.get());
+    for (const std::string& token : p->classes) out += "," + token;
+    return out + " " + std::to_string(query.length()) + " " + result;
+  }
+};
+
+struct Operation {
+  const char* name;
+  std::function<void(Setting&)> run;
+  const char* line =
+      "";  // on standard error or output, when an allocation fails and the operation takes it
+};
+
+const char parse_lines[] =
+    "||exception in parse html content\n|exception in parse_comment_node\n|exception in "
+    "parse_cdata_node\n"
+    "|exception in parse_script_node\n|exception in get element tag\n|";
+
+const Operation operations[] = {
+    {"document", [](Setting&) { Owned(qo_html_document_new(long_text)); }},
+    {"element", [](Setting&) { Owned(qo_html_element_new(long_text)); }},
+    {"text node", [](Setting&) { Owned(qo_html_text_node_new(long_text)); }},
+    {"add_child",
+     [](Setting& s) { s.p->add_child(s.node.get()) ? s.p = s.node.release()->parent : nullptr; }},
+    {"insert_after",
+     [](Setting& s) {
+       s.page->insert_after(s.node.get(), s.ul->children[0]) ? s.node.release() : nullptr;
+     }},
+    {"insert_before",
+     [](Setting& s) { s.page->insert_before(s.node.get(), s.ul) ? s.node.release() : nullptr; }},
+    {"replace_with",
+     [](Setting& s) {
+       s.page->replace_with(s.ul->children[1], s.node.get()) ? s.node.release() : nullptr;
+     }},
+    {"set_text", [](Setting& s) { s.p->set_text(long_text); }},
+    {"set_text of a leaf", [](Setting& s) { s.node->set_text(long_text); }},
+    {"addAttribute", [](Setting& s) { s.p->addAttribute(long_name, long_text); }},
+    {"addAttribute class",
+     [](Setting& s) { s.node->addAttribute("class", std::string("x y ") + long_name); }},
+    {"set_attribute",
+     [](Setting& s) { s.p->set_attribute("class", std::string("x") + long_text); }},
+    {"bare attribute", [](Setting& s) { s.p->set_attribute(long_name); }},
+    {"add_class", [](Setting& s) { s.p->add_class(long_name); }},
+    {"add_class to none", [](Setting& s) { s.node->add_class(long_name); }},
+    {"remove_class", [](Setting& s) { s.p->remove_class("text"); }},
+    {"find", [](Setting& s) { s.query.find("ul > li.none [class=x]"); }},
+    {"use_one", [](Setting& s) { s.query.use_one(5); }},
+    {"innerHTML", [](Setting& s) { s.result = s.page->innerHTML(); }},
+    {"textContent", [](Setting& s) { s.result = s.page->textContent(); }},
+    {"outerHTML", [](Setting& s) { s.result = s.page->outerHTML(); },
+     "fuck bad alloc outer HTML: documentRoot\n"},
+    {"outerHTML of a text", [](Setting& s) { s.result = s.p->children[0]->outerHTML(); },
+     "bad alloc textContent: \n"},
+    {"textContent of a text", [](Setting& s) { s.result = s.p->children[0]->textContent(); },
+     "bad alloc textContent: \n"},
+    {"formatAttribute", [](Setting& s) { s.result = s.p->formatAttribute(); },
+     "bad alloc formatAttribute\n"},
+};
+
+// Runs the operation with its n-th allocation failing; false when it had fewer. `lines` is what it
+// wrote.
+bool run_with_failure(const Operation& operation, Setting& setting, long n, bool& thrown,
+                      std::string& written) {
+  const Lines lines;
+  thrown = false;
+  allocations_left = n;
+  try {
+    operation.run(setting);
+  } catch (const std::bad_alloc&) {
+    thrown = true;
+  }
+  const bool failed = allocations_left < 0;
+  allocations_left = -1;
+  written = lines.err() + lines.out();
+  return failed;
+}
+
+TEST(Allocation, FailureLeavesATreeAsItWasOrDone) {
+  for (const Operation& operation : operations) {
+    for (long n = 0;; ++n) {
+      ASSERT_LT(n, 1000) << operation.name;
+      Setting setting;
+      const std::string before = setting.state();
+      bool thrown;
+      std::string written;
+      if (!run_with_failure(operation, setting, n, thrown, written)) {
+        EXPECT_EQ(written, "") << operation.name;
+        EXPECT_GT(n, 0) << operation.name << " allocates nothing";
+        break;
+      }
+      if (thrown) {
+        EXPECT_EQ(written, "") << operation.name << " " << n;
+        EXPECT_EQ(setting.state(), before) << operation.name << " " << n;
+      } else {
+        EXPECT_EQ(written, operation.line) << operation.name << " " << n;
+        EXPECT_TRUE(setting.result.empty()) << operation.name << " " << n;
+      }
+    }
+  }
+}
+
+TEST(Allocation, FailureInTheParserGivesFalseAndItsLine) {
+  for (const bool in_set_html : {false, true}) {
+    for (long n = 0;; ++n) {
+      ASSERT_LT(n, 10000);
+      Setting setting;
+      const std::string before = setting.state();
+      _qo_html* out = nullptr;
+      bool parsed = false;
+      const Operation operation = {"parse", [&](Setting& s) {
+                                     parsed = in_set_html ? s.p->set_html(every_kind)
+                                                          : parseHtml(out, every_kind, long_text,
+                                                                      false, false);
+                                   }};
+      bool thrown;
+      std::string written;
+      const bool failed = run_with_failure(operation, setting, n, thrown, written);
+      const Owned document(out);
+      if (!failed) {
+        EXPECT_TRUE(parsed && written.empty());
+        break;
+      }
+      // Where a name or an attribute is cut short, the parser says so and goes on.
+      const bool goes_on = written == "exception in getElementTagName\n" ||
+                           written == "exception in parse attribute\n";
+      if (goes_on) continue;
+      EXPECT_FALSE(parsed) << n << written;
+      EXPECT_NE(std::string(parse_lines).find("|" + written + "|"), std::string::npos)
+          << n << written;
+      EXPECT_EQ(thrown, written.empty()) << n;
+      EXPECT_EQ(setting.state(), before) << n;
+    }
+  }
+}
+
+TEST(Allocation, FailureInFormValuesKeepsWhatWasStored) {
+  const std::string form = "<i name='a' value='1'></i><i name='b[]' value='" +
+                           std::string(long_text) + "'></i><i name='c[k]' value='3'></i>";
+  for (long n = 0;; ++n) {
+    ASSERT_LT(n, 1000);
+    Setting setting;
+    setting.page = parse(form);
+    const Operation operation = {"form", [](Setting& s) { s.page->get_form_values(s.values); }};
+    bool thrown;
+    std::string written;
+    const bool failed = run_with_failure(operation, setting, n, thrown, written);
+    EXPECT_EQ(thrown, failed);
+    if (!failed) break;
+    EXPECT_TRUE(!setting.values.isMember("c") || setting.values["a"] == "1");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,95 @@
+// A million nested elements, in a thread whose stack is far too small for recursion.
+
+#include <pthread.h>
+
+#include <functional>
+
+#include <gtest/gtest.h>
+#include <json/json.h>
+
+#include "test_host.h"
+
+namespace {
+
+constexpr std::size_t levels = 1000000;
+constexpr std::size_t stack_size = 256 * 1024;
+
+void run_with_small_stack(std::function<void()> work) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack_size), 0);
+  pthread_t thread;
+  const auto enter = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    EXPECT_EQ(test_host.live, 0);
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, enter, &work), 0);
+  ASSERT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+}
+
+std::string repeated(const std::string& piece) {
+  std::string out;
+  out.reserve(piece.size() * levels);
+  for (std::size_t i = 0; i < levels; ++i) out += piece;
+  return out;
+}
+
+_qo_html* deepest(_qo_html* node) {
+  while (!node->children.empty()) node = node->children[0];
+  return node;
+}
+
+TEST(Depth, EveryOperationWorksOnAMillionLevels) {
+  run_with_small_stack([] {
+    const std::string open = repeated("<b>"), close = repeated("</b>");
+    EXPECT_EQ(test_host.live, 0);
+    Owned document = parse(open + "x" + close);
+    EXPECT_EQ(test_host.live, static_cast<long>(levels) + 2);
+    EXPECT_TRUE(document->outerHTML() == open + "x" + close);
+    EXPECT_EQ(document->textContent(), "x");
+
+    std::vector<_qo_html*> found;
+    document->getElementsByTagName("b", found, nullptr);
+    EXPECT_EQ(found.size(), levels);
+    qo_html_query query(document.get());
+    EXPECT_EQ(query.find("b").length(), levels);
+    EXPECT_EQ(query.find(".none").length(), 0u);
+    EXPECT_EQ(query.find("b > textNode").text(), "x");
+
+    _qo_html* const text = deepest(document.get());
+    EXPECT_TRUE(document->insert_before(qo_html_element_new("i"), text));
+    EXPECT_TRUE(document->replace_with(text, qo_html_element_new("u")));
+    _qo_html stranger;
+    EXPECT_FALSE(document->insert_after(&stranger, &stranger));
+    EXPECT_EQ(dump(deepest(document.get())->parent), "b{i u}");
+    EXPECT_TRUE(document->set_html(open));
+    EXPECT_TRUE(document->set_text(""));
+    EXPECT_EQ(test_host.live, 3);
+  });
+}
+
+TEST(Depth, NestedControlsAndDroppedCommentsStayLinear) {
+  run_with_small_stack([] {
+    const Owned comments = parse(repeated("<!---->"), true);
+    EXPECT_EQ(test_host.live, 1);
+    // Each of these selects has its first option a million levels further down, or none.
+    const Owned form = parse(repeated("<select name='a[]'>") + "<option value='v'></option>");
+    Json::Value values;
+    EXPECT_TRUE(form->get_form_values(values));
+    EXPECT_EQ(values["a"].size(), levels);
+    EXPECT_EQ(values["a"][static_cast<int>(levels) - 1], "v");
+  });
+}
+
+TEST(Width, AMillionSiblingsAreDestroyedReplacedAndFilteredInLinearTime) {
+  const Owned document = parse(repeated("<b></b><i></i>"));
+  qo_html_query query(document.get());
+  EXPECT_EQ(query.find("*").find("b").length(), levels);
+  EXPECT_TRUE(document->set_html(repeated("<u></u>")));
+  EXPECT_EQ(document->children.size(), levels);
+  EXPECT_TRUE(document->set_text(""));
+}
+
+}  // namespace
