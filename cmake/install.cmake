@@ -24,5 +24,6 @@ install(FILES
   ${PROJECT_BINARY_DIR}/qo_htmlConfigVersion.cmake
   DESTINATION ${package_dir})
 
+file(RELATIVE_PATH pkgconfig_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qo_html.pc.in ${PROJECT_BINARY_DIR}/qo_html.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/qo_html.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,31 @@
+#!/bin/sh
+# Installs the Debian packages that are missing, as root or with sudo.
+# usage: install_packages.sh [build|check]...   (default: build)
+set -eu
+
+build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal libpython3-stdlib"
+check="clang clang-format git"
+
+wanted=""
+for group in "${@:-build}"; do
+  case "$group" in
+    build) wanted="$wanted $build" ;;
+    check) wanted="$wanted $check" ;;
+    *) echo "install_packages.sh: no group called '$group'" >&2; exit 2 ;;
+  esac
+done
+
+missing=""
+for package in $wanted; do
+  status=$(dpkg-query -W -f '${Status}' "$package" 2>/dev/null || true)
+  [ "$status" = "install ok installed" ] || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+as_root=""
+[ "$(id -u)" = 0 ] || as_root=sudo
+echo "Installing:$missing"
+export DEBIAN_FRONTEND=noninteractive
+$as_root apt-get update -q
+# shellcheck disable=SC2086  # a list of words
+$as_root apt-get install -q -y --no-install-recommends $missing
