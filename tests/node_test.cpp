@@ -79,10 +79,10 @@ TEST(Node, DestroysItsSubtreeInDocumentOrder) {
     branch->add_child(new Logged(log, static_cast<char>(name - 'a' + 'A')));
   }
   top->children.insert(top->children.begin() + 1, nullptr);
-  test_host.record();
+  test_host().record();
   top.reset();
   EXPECT_EQ(log, "aAbBcC");
-  EXPECT_EQ(test_host.take(), Events(10, "-"));
+  EXPECT_EQ(test_host().take(), Events(10, "-"));
 }
 
 TEST(Node, WithoutParentTakesTheFollowingSiblingsAlong) {
@@ -105,17 +105,17 @@ TEST(Node, WithoutParentTakesTheFollowingSiblingsAlong) {
 
 TEST(AddChild, ReportsItsCheckAndRefuses) {
   Family family;
-  test_host.record();
+  test_host().record();
   EXPECT_FALSE(family.p->add_child(nullptr));
-  EXPECT_EQ(test_host.take(), Events{"FAILED " + std::string(child_check)});
+  EXPECT_EQ(test_host().take(), Events{"FAILED " + std::string(child_check)});
   EXPECT_EQ(family.state(), "p{a b{d} c}");
 
   const Owned refused(qo_html_element_new("r"));
   family.c->nextSibling = refused.get();
   Lines lines;
-  test_host.record();
+  test_host().record();
   EXPECT_FALSE(family.p->add_child(refused.get()));
-  EXPECT_EQ(test_host.take(), Events{child_check});
+  EXPECT_EQ(test_host().take(), Events{child_check});
   EXPECT_EQ(lines.out(), "child next is already set before?\n");
   EXPECT_EQ(refused->parent, family.p.get());
   EXPECT_EQ(family.p->children.size(), 3u);
@@ -185,9 +185,9 @@ TEST(Editing, FindsAReferenceThatOnlyTheChildVectorsKnow) {
 TEST(Editing, ReplaceDestroysAWholeSubtree) {
   Family family;
   _qo_html* const node = qo_html_element_new("n");
-  test_host.record();
+  test_host().record();
   EXPECT_TRUE(family.p->replace_with(family.b, node));
-  EXPECT_EQ(test_host.take(), Events(2, "-"));
+  EXPECT_EQ(test_host().take(), Events(2, "-"));
 }
 
 TEST(Editing, DetachLeavesTheRestLinked) {
@@ -201,9 +201,9 @@ TEST(Editing, DetachLeavesTheRestLinked) {
 
 TEST(SetText, ReplacesTheContent) {
   Family family;
-  test_host.record();
+  test_host().record();
   EXPECT_TRUE(family.p->set_text("new"));
-  EXPECT_EQ(test_host.take(), (Events{"-", "-", "-", "-", "+", child_check}));
+  EXPECT_EQ(test_host().take(), (Events{"-", "-", "-", "-", "+", child_check}));
   EXPECT_EQ(family.state(), "p{'new'?}");
   EXPECT_TRUE(family.p->children[0]->set_text("newer"));
   EXPECT_EQ(family.state(), "p{'newer'?}");
@@ -212,8 +212,7 @@ TEST(SetText, ReplacesTheContent) {
   EXPECT_EQ(dump(image.get()), "img/");
 }
 
-// --- Attributes and classes
-// ----------------------------------------------------------------------------------
+// --- Attributes and classes ---
 
 // The attributes, then " | " and the classes with "," between them.
 std::string state(const _qo_html& node) {

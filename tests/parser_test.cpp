@@ -196,9 +196,9 @@ TEST(Parser, DropsCommentsOnRequest) {
 }
 
 TEST(Parser, ReportsEveryCheckToTheHost) {
-  test_host.record();
+  test_host().record();
   const Owned document = parse("a<p b>c</p><br></x><![CDATA[d]]><!--e--><i j/>", true);
-  const auto events = test_host.take();
+  const auto events = test_host().take();
   std::string log;
   for (const std::string& event : events) {
     const std::string at = "src/qo_html/qo_html";
@@ -233,10 +233,10 @@ TEST(Parser, ReportsEveryCheckToTheHost) {
                 "_parser: root->parent == nullptr: root must not have parent\n");
   EXPECT_EQ(dump(document.get()), "'a' p[b]{'c'} br/ x #cdata{'d'} i[j]");
 
-  test_host.record();
+  test_host().record();
   const Lines lines;
   parse("<");
-  EXPECT_EQ(test_host.take()[1],
+  EXPECT_EQ(test_host().take()[1],
             "FAILED src/qo_html/qo_html_parser: tagName.length(): tagName find fail");
 }
 

@@ -2,23 +2,26 @@
 
 #include <gtest/gtest.h>
 
-thread_local TestHost test_host;
+TestHost& test_host() {
+  static thread_local TestHost host;
+  return host;
+}
 
 void qo_object_ref_increment(std::string tag) {
-  ++test_host.live;
-  if (test_host.recording) test_host.events.push_back(tag == "[qo_html]" ? "+" : "+ " + tag);
+  ++test_host().live;
+  if (test_host().recording) test_host().events.push_back(tag == "[qo_html]" ? "+" : "+ " + tag);
 }
 
 void qo_object_ref_decrement(std::string tag) {
-  --test_host.live;
-  if (test_host.recording) test_host.events.push_back(tag == "[qo_html]" ? "-" : "- " + tag);
+  --test_host().live;
+  if (test_host().recording) test_host().events.push_back(tag == "[qo_html]" ? "-" : "- " + tag);
 }
 
 void qo_assertion_faild(bool condition, std::string text, std::string message, std::string file,
                         int line) {
-  if (!test_host.recording) return;
+  if (!test_host().recording) return;
   EXPECT_GT(line, 0);
-  test_host.events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " + message);
+  test_host().events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " + message);
 }
 
 Owned parse(const std::string& html, bool drop_comments) {
@@ -94,8 +97,8 @@ namespace {
 
 class NoLiveNodes : public testing::EmptyTestEventListener {
   void OnTestEnd(const testing::TestInfo&) override {
-    EXPECT_EQ(test_host.live, 0) << "nodes left behind";
-    test_host = TestHost();
+    EXPECT_EQ(test_host().live, 0) << "nodes left behind";
+    test_host() = TestHost();
   }
 };
 

@@ -30,7 +30,7 @@ struct TestHost {
   }
 };
 
-extern thread_local TestHost test_host;
+TestHost& test_host();  // of this thread
 
 // Catches the diagnostic lines of its lifetime.
 class Lines {

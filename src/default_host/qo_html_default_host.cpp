@@ -9,7 +9,8 @@
 
 namespace {
 
-// Counters by tag. A tag's counter, once made, stays where it is, so that counting needs no exclusive lock.
+// Counters by tag. A tag's counter, once made, stays where it is, so that counting needs no
+// exclusive lock.
 class Counters {
  public:
   std::atomic<long>& of(const std::string& tag) {
@@ -35,11 +36,17 @@ Counters& counters() {
 
 }  // namespace
 
-void qo_object_ref_increment(std::string tag) { ++counters().of(tag); }
+void qo_object_ref_increment(std::string tag) {
+  ++counters().of(tag);
+}
 
-void qo_object_ref_decrement(std::string tag) { --counters().of(tag); }
+void qo_object_ref_decrement(std::string tag) {
+  --counters().of(tag);
+}
 
-long qo_object_ref_count(const std::string& tag) { return counters().of(tag); }
+long qo_object_ref_count(const std::string& tag) {
+  return counters().of(tag);
+}
 
 void qo_assertion_faild(bool condition, std::string condition_text, std::string message,
                         std::string file, int line) {

@@ -19,8 +19,7 @@
 
 namespace {
 
-// --- Reading a node
-// ------------------------------------------------------------------------------------------
+// --- Reading a node ---
 
 std::string_view tag_name(const _qo_html& node) {
   if (node.isText) return "textNode";
@@ -50,8 +49,7 @@ _qo_html* skip_text(_qo_html* node, _qo_html* _qo_html::*link) {
   return node;
 }
 
-// --- Destroying
-// ----------------------------------------------------------------------------------------------
+// --- Destroying ---
 
 // Destroys everything below `top`, in document order. The nodes themselves hold what is still to
 // do: a child vector is turned round when it is entered, then drained from its back.
@@ -92,8 +90,7 @@ void destroy_following_siblings(_qo_html* node) noexcept {
   }
 }
 
-// --- Editing
-// -------------------------------------------------------------------------------------------------
+// --- Editing ---
 
 using NodeOwner = std::unique_ptr<_qo_html>;
 
@@ -146,8 +143,7 @@ void link(_qo_html* previous, _qo_html* next) {
   if (next != nullptr) next->prevSibling = previous;
 }
 
-// --- Attributes and classes
-// ----------------------------------------------------------------------------------
+// --- Attributes and classes ---
 
 void store_attribute(_qo_html& node, std::string&& name, int has_value, std::string&& value) {
   if (Attribute* attribute = find_attribute(node, name)) {
@@ -180,8 +176,7 @@ void store_class_attribute(_qo_html& node, std::string&& joined) {
   }
 }
 
-// --- Writing out
-// ---------------------------------------------------------------------------------------------
+// --- Writing out ---
 
 enum class Markup { document, text, void_element, cdata, comment, element };
 
@@ -282,8 +277,7 @@ void append_text(std::string& out, _qo_html* start) {
   }
 }
 
-// --- Searching
-// -----------------------------------------------------------------------------------------------
+// --- Searching ---
 
 struct HasTagName {
   std::string_view name;
@@ -328,8 +322,7 @@ void search_children(_qo_html* parent, std::vector<_qo_html*>& out, Test test) {
   }
 }
 
-// --- Queries
-// -------------------------------------------------------------------------------------------------
+// --- Queries ---
 
 // Evaluates a selector chain, step by step, on a set of its own.
 class Selection {
@@ -415,8 +408,7 @@ class Selection {
   bool child_only_ = false;  // and it was ">"
 };
 
-// --- Form values
-// ---------------------------------------------------------------------------------------------
+// --- Form values ---
 
 // Where a control's value goes: name="name", name="name[]" or name="name[key]".
 struct Member {
@@ -528,8 +520,7 @@ class FormReader {
 
 }  // namespace
 
-// --- Nodes
-// ---------------------------------------------------------------------------------------------------
+// --- Nodes ---
 
 _qo_html::_qo_html()
     : parent(nullptr),
@@ -598,8 +589,7 @@ _qo_html* _qo_html::get_child_at(unsigned long index) {
   return index < children.size() ? children[index] : nullptr;
 }
 
-// --- Editing
-// -------------------------------------------------------------------------------------------------
+// --- Editing ---
 
 bool _qo_html::add_child(_qo_html* child) {
   return append_child(this, child, child_check());
@@ -678,8 +668,7 @@ bool _qo_html::set_html(std::string html) {
   return true;
 }
 
-// --- Attributes and classes
-// ----------------------------------------------------------------------------------
+// --- Attributes and classes ---
 
 void _qo_html::addAttribute(std::string name, std::string value) {
   if (name != "class") return set_attribute(std::move(name), std::move(value));
@@ -752,8 +741,7 @@ bool _qo_html::has_class(std::string cls) {
   return has_token(classes, cls);
 }
 
-// --- Writing out
-// ---------------------------------------------------------------------------------------------
+// --- Writing out ---
 
 std::string _qo_html::formatAttribute() {
   std::string out;
@@ -803,8 +791,7 @@ std::string _qo_html::textContent() {
   return out;
 }
 
-// --- Searching
-// -----------------------------------------------------------------------------------------------
+// --- Searching ---
 
 void _qo_html::getElementsByTagName(std::string name, std::vector<_qo_html*>& out,
                                     _qo_html* childOf) {
@@ -825,8 +812,7 @@ void _qo_html::getElementsByClassName(std::string name, std::vector<_qo_html*>& 
   search(this, out, childOf, HasClass{name});
 }
 
-// --- Queries
-// -------------------------------------------------------------------------------------------------
+// --- Queries ---
 
 qo_html_query::qo_html_query(_qo_html* node) : context(node) {}
 
@@ -870,8 +856,7 @@ qo_html_query& qo_html_query::use_one(unsigned long index) {
   return *this;
 }
 
-// --- Form values
-// ---------------------------------------------------------------------------------------------
+// --- Form values ---
 
 bool _qo_html::get_form_values(Json::Value& result) {
   if (!result.isObject()) result = Json::Value(Json::objectValue);

@@ -77,10 +77,9 @@ class QO_HTML_API _qo_html {
   // The child at a 0-based position, text nodes counted, or null when there are not so many.
   _qo_html* get_child_at(unsigned long index);
 
-  // --- Editing the tree
-  // ------------------------------------------------------------------------------------- A node
-  // that is put in must stand outside any tree and must not be an ancestor of its new place; on
-  // success it belongs to its new parent, on refusal it still belongs to the caller.
+  // --- Editing the tree ---
+  // A node that is put in must stand outside any tree and must not be an ancestor of its new place;
+  // on success it belongs to its new parent, on refusal it still belongs to the caller.
 
   // Appends `child`. Checks with qo_assertion_faild that it is not null; refuses null. Refuses as
   // well, with the line "child next is already set before?" on standard output, when the last child
@@ -110,8 +109,7 @@ class QO_HTML_API _qo_html {
   // False, with nothing changed, when this node is void or parseHtml refuses the text.
   bool set_html(std::string html);
 
-  // --- Attributes
-  // -------------------------------------------------------------------------------------------
+  // --- Attributes ---
   // Setting an attribute that exists changes it in place; a new one goes to the end. References
   // into `attributes` and `classes` do not survive a call that changes them.
 
@@ -135,8 +133,7 @@ class QO_HTML_API _qo_html {
   // get_attribute("id").
   std::string id();
 
-  // --- Classes
-  // ----------------------------------------------------------------------------------------------
+  // --- Classes ---
 
   // Adds a token that is not there (removes the first one equal to `cls`) and then rewrites the
   // "class" attribute from `classes`, removing it when no token is left. Otherwise nothing changes.
@@ -145,8 +142,7 @@ class QO_HTML_API _qo_html {
 
   bool has_class(std::string cls);
 
-  // --- Writing out
-  // ------------------------------------------------------------------------------------------
+  // --- Writing out ---
   // Everything is written as stored, nothing is escaped and no white space is added. When memory
   // runs out, formatAttribute and outerHTML write one line to standard error and answer with the
   // empty string; innerHTML and textContent let std::bad_alloc pass.
@@ -166,8 +162,7 @@ class QO_HTML_API _qo_html {
   // empty string.
   std::string textContent();
 
-  // --- Searching
-  // --------------------------------------------------------------------------------------------
+  // --- Searching ---
   // Each appends to `out`, in document order, the nodes that match among this node and all nodes
   // below it; if `childOf` is not null, only those whose parent it is. `out` is never cleared and
   // may list a node twice; when memory runs out it keeps what was found so far.
@@ -186,17 +181,14 @@ class QO_HTML_API _qo_html {
   // By one whole token of `classes`.
   void getElementsByClassName(std::string name, std::vector<_qo_html*>& out, _qo_html* childOf);
 
-  // --- Forms
-  // ------------------------------------------------------------------------------------------------
+  // --- Forms ---
 
   // Adds the values of the named controls below this node to `result`, which is first replaced by
   // an empty object unless it is one. Members are strings (name="a"), arrays of strings ("a[]") or
-  // objects of strings
-  // ("a[k]"). Disabled controls and unchecked check boxes and radio buttons are left out; a plain
-  // value with characters other than letters, digits and ,-.@_ has its character references decoded
-  // and is wrapped in
-  // <![CDATA[ ]]>. Returns true. Using one name in two of the three ways makes jsoncpp throw;
-  // `result` then keeps what was stored before.
+  // objects of strings ("a[k]"). Disabled controls and unchecked check boxes and radio buttons are
+  // left out; a plain value with characters other than letters, digits and ,-.@_ has its character
+  // references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name in two of the
+  // three ways makes jsoncpp throw; `result` then keeps what was stored before.
   bool get_form_values(Json::Value& result);
 };
 

@@ -21,8 +21,7 @@ constexpr Entity entities[] = {
 constexpr std::size_t entity_count = sizeof(entities) / sizeof(entities[0]);
 constexpr std::size_t longest_name = sizeof(Entity::name) - 1;
 
-// --- Looking a name up: a hash table of positions in `entities`, made by the compiler
-// --------------------------
+// --- Looking a name up: a hash table of positions in `entities`, made by the compiler ---
 
 constexpr std::size_t slot_count = 8192;  // a power of two; less than a quarter is taken
 constexpr std::uint16_t empty_slot = 0xFFFF;
@@ -62,8 +61,7 @@ const Entity* find_entity(std::string_view name) {
   return nullptr;
 }
 
-// --- Decoding
-// --------------------------------------------------------------------------------------------------
+// --- Decoding ---
 
 bool is_name_byte(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');

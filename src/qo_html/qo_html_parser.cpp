@@ -15,8 +15,7 @@ namespace {
 
 using NodeOwner = std::unique_ptr<_qo_html>;
 
-// --- Character classes
-// ---------------------------------------------------------------------------------------
+// --- Character classes ---
 
 enum CharClass : std::uint8_t {
   in_element_name = 1 << 0,   // allowed in the name of an ordinary element
@@ -51,8 +50,7 @@ constexpr char to_lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-// --- Tag names
-// -----------------------------------------------------------------------------------------------
+// --- Tag names ---
 
 // Scans one tag name; the outputs are those of getElementTagName.
 class TagNameScanner {
@@ -205,8 +203,7 @@ bool is_cdata_tag(const std::string& name) {
   return name == "![CDATA[";
 }
 
-// --- Attributes
-// ----------------------------------------------------------------------------------------------
+// --- Attributes ---
 
 namespace {
 
@@ -339,8 +336,7 @@ void parse_attribute(_qo_html*& node, std::string& html, std::size_t& position) 
   }
 }
 
-// --- Raw content
-// ---------------------------------------------------------------------------------------------
+// --- Raw content ---
 
 namespace {
 
@@ -457,8 +453,7 @@ bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position)
   });
 }
 
-// --- The main loop
-// -------------------------------------------------------------------------------------------
+// --- The main loop ---
 
 namespace {
 

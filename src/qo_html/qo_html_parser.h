@@ -8,8 +8,7 @@
 
 #include <qo_html/qo_html.h>
 
-// --- Tag names
-// ----------------------------------------------------------------------------------------------
+// --- Tag names ---
 
 // Reads the tag name behind a "<". `position` is the first byte after the "<" and is left where
 // scanning goes on: on the white space that ended the name (`has_attributes` is then set), or after
@@ -20,8 +19,7 @@ std::string getElementTagName(std::string& html, std::size_t& position, std::siz
                               std::size_t& nameLength, bool& has_attributes, bool& sawSlash);
 
 // Whether elements of that name, in any case, never have content. Sets `*kind` to 2 for "!doctype",
-// to 3 for
-// "?xml" and to 1 for every other name.
+// to 3 for "?xml" and to 1 for every other name.
 bool is_void_tag(const std::string& name, int* kind);
 
 bool is_script_tag(const std::string& name);   // "script" or "SCRIPT"
@@ -29,8 +27,7 @@ bool is_style_tag(const std::string& name);    // "style" or "STYLE"
 bool is_comment_tag(const std::string& name);  // "!--"
 bool is_cdata_tag(const std::string& name);    // "![CDATA["
 
-// --- Readers
-// ------------------------------------------------------------------------------------------------
+// --- Readers ---
 
 // Reads the attributes of a start tag into `node`, up to and including its ">", and sets `closed`
 // when a "/" stands among them. What the end of the text cuts off is dropped.
@@ -44,8 +41,7 @@ bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position)
 bool parse_script_node(_qo_html*& node, std::string& html, std::size_t& position);
 bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position);
 
-// --- The main loop
-// ------------------------------------------------------------------------------------------
+// --- The main loop ---
 
 // Parses the whole of `html` into the open document `root`. `root` moves with the current node and
 // is the document again when the result is true.
