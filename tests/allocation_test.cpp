@@ -68,6 +68,10 @@ struct Setting {
   Json::Value values;
   std::string result = "-";
 
+  Setting() {
+    for (_qo_html* parent : {page.get(), p, ul}) parent->children.shrink_to_fit();
+  }
+
   std::string state() {
     std::string out = dump(page.get()) + " " + dump(node.get()) + " " + broken_links(page.get());
     for (const std::string& token : p->classes) out += "," + token;

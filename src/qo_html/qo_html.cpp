@@ -11,8 +11,8 @@
 
 #include <json/json.h>
 
-#include <qo_html/qo_html_checks.h>
 #include <qo_html/qo_html_host.h>
+#include <qo_html/qo_html_node.h>
 #include <qo_html/qo_html_parser.h>
 #include <qo_html/qo_html_selector.h>
 #include <qo_html/qo_html_walk.h>
@@ -20,12 +20,6 @@
 namespace {
 
 // --- Reading a node ---
-
-std::string_view tag_name(const _qo_html& node) {
-  if (node.isText) return "textNode";
-  if (node.isRoot) return "documentRoot";
-  return node.tag;
-}
 
 Attribute* find_attribute(_qo_html& node, std::string_view name) {
   for (Attribute& attribute : node.attributes) {
@@ -92,30 +86,6 @@ void destroy_following_siblings(_qo_html* node) noexcept {
 
 // --- Editing ---
 
-using NodeOwner = std::unique_ptr<_qo_html>;
-
-Check child_check() {
-  return {"child != nullptr", "child must not be null bre some", "src/qo_html/qo_html"};
-}
-
-bool append_child(_qo_html* parent, _qo_html* child, Check check) {
-  std::move(check).report(child != nullptr);
-  if (child == nullptr) return false;
-  _qo_html* const last = parent->children.empty() ? nullptr : parent->children.back();
-  if (last != nullptr && last->nextSibling != nullptr) {
-    child->parent = parent;
-    std::cout << "child next is already set before?" << std::endl;
-    return false;
-  }
-  parent->children.push_back(child);
-  child->parent = parent;
-  if (last != nullptr) {
-    child->prevSibling = last;
-    last->nextSibling = child;
-  }
-  return true;
-}
-
 using ChildPosition = std::vector<_qo_html*>::iterator;
 
 ChildPosition find_child(_qo_html* parent, const _qo_html* child) {
@@ -126,12 +96,22 @@ bool is_listed(const _qo_html* child, _qo_html* parent) {
   return parent != nullptr && find_child(parent, child) != parent->children.end();
 }
 
+// Whether `ref` stands below `top`, as far as its parent pointers tell and the child vectors
+// confirm.
+bool stands_below(const _qo_html* ref, const _qo_html* top) {
+  const _qo_html* above = ref->parent;
+  while (above != nullptr && above != top) above = above->parent;
+  if (above == nullptr) return false;
+  while (ref != top && is_listed(ref, ref->parent)) ref = ref->parent;
+  return ref == top;
+}
+
 // The node, `top` or one below it, that lists `ref` among its children; the parent of `top` when
-// `ref` is `top`. The parent pointers are tried first, as far as the child vectors confirm them.
+// `ref` is `top`. Only child vectors count; the parent pointers are a short cut to the right one.
 _qo_html* find_parent(_qo_html* top, _qo_html* ref) {
-  for (_qo_html* node = ref; is_listed(node, node->parent); node = node->parent) {
-    if (node->parent == top || node == top) return ref->parent;
-  }
+  if (ref == top && is_listed(top, top->parent)) return top->parent;
+  if (top->children.empty()) return nullptr;
+  if (stands_below(ref, top)) return ref->parent;
   for (TreeWalk walk(top); _qo_html* node = walk.next();) {
     if (is_listed(ref, node)) return node;
   }
@@ -151,14 +131,6 @@ void store_attribute(_qo_html& node, std::string&& name, int has_value, std::str
     attribute->value = std::move(value);
   } else {
     node.attributes.push_back({std::move(name), has_value, std::move(value)});
-  }
-}
-
-void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
-  while (!value.empty()) {
-    const std::string_view token = value.substr(0, value.find(' '));
-    if (!token.empty()) tokens.emplace_back(token);
-    value.remove_prefix(std::min(token.size() + 1, value.size()));
   }
 }
 
@@ -323,6 +295,10 @@ void search_children(_qo_html* parent, std::vector<_qo_html*>& out, Test test) {
 }
 
 // --- Queries ---
+
+bool is_simple(const std::unique_ptr<htmlSelector>& step) {
+  return step->type != SEL_DESCENDANT && step->type != SEL_CHILD && step->type != SEL_PSEUDO;
+}
 
 // Evaluates a selector chain, step by step, on a set of its own.
 class Selection {
@@ -591,8 +567,30 @@ _qo_html* _qo_html::get_child_at(unsigned long index) {
 
 // --- Editing ---
 
+bool append_child(_qo_html* parent, _qo_html* child, ChildCheck& check) {
+  check.report(child != nullptr);
+  if (child == nullptr) return false;
+  std::vector<_qo_html*>& children = parent->children;
+  _qo_html* const last = children.empty() ? nullptr : children.back();
+  if (last != nullptr && last->nextSibling != nullptr) {
+    child->parent = parent;
+    std::cout << "child next is already set before?" << std::endl;
+    return false;
+  }
+  // The smallest heap block holds three pointers.
+  if (children.capacity() == 0) children.reserve(3);
+  children.push_back(child);
+  child->parent = parent;
+  if (last != nullptr) {
+    child->prevSibling = last;
+    last->nextSibling = child;
+  }
+  return true;
+}
+
 bool _qo_html::add_child(_qo_html* child) {
-  return append_child(this, child, child_check());
+  ChildCheck check;
+  return append_child(this, child, check);
 }
 
 void _qo_html::detach() {
@@ -625,7 +623,6 @@ bool _qo_html::insert_before(_qo_html* node, _qo_html* ref) {
   place->children.insert(find_child(place, ref), node);
   node->parent = place;
   link(ref->prevSibling, node);
-  node->prevSibling = ref->prevSibling;
   link(node, ref);
   return true;
 }
@@ -647,13 +644,14 @@ bool _qo_html::set_text(std::string content) {
   std::unique_ptr<void, void (*)(void*)> storage(::operator new(sizeof(_qo_html)),
                                                  [](void* memory) { ::operator delete(memory); });
   children.reserve(1);
-  Check check = child_check();
+  ChildCheck check;
+  check.prepare();
   destroy_children(this);
   NodeOwner node(new (storage.get()) _qo_html);
   storage.release();
   node->isText = true;
   node->text = std::move(content);
-  if (append_child(this, node.get(), std::move(check))) node.release();
+  if (append_child(this, node.get(), check)) node.release();
   return true;
 }
 
@@ -669,6 +667,14 @@ bool _qo_html::set_html(std::string html) {
 }
 
 // --- Attributes and classes ---
+
+void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
+  while (!value.empty()) {
+    const std::string_view token = value.substr(0, value.find(' '));
+    if (!token.empty()) tokens.emplace_back(token);
+    value.remove_prefix(std::min(token.size() + 1, value.size()));
+  }
+}
 
 void _qo_html::addAttribute(std::string name, std::string value) {
   if (name != "class") return set_attribute(std::move(name), std::move(value));
@@ -822,6 +828,7 @@ qo_html_query::~qo_html_query() {
 
 qo_html_query& qo_html_query::find(std::string selector) {
   const SelectorChain chain = parse_selector(selector);
+  if (std::none_of(chain.begin(), chain.end(), is_simple)) return *this;
   Selection selection(context, nodes);
   for (const auto& step : chain) selection.apply(*step);
   nodes = selection.take();

@@ -47,8 +47,8 @@ class QO_HTML_API _qo_html {
   bool isText;
   bool isRoot;
   bool isCdata;
-  bool isVoid;         // never has content or an end tag: br, img, the declarations, ...
-  bool closed;         // complete; false only while the parser has the element open
+  bool isVoid;         // has no content and no end tag: br, img, the declarations, ...
+  bool closed;         // complete, as is all that a factory or a finished parse has made
   bool isDeclaration;  // !doctype or ?xml
 
   std::string source;                 // what qo_html_document_new was given; never interpreted
@@ -91,8 +91,8 @@ class QO_HTML_API _qo_html {
   void detach();
 
   // Puts `node` right after (before) `ref`, which is this node itself, if that has a parent, or any
-  // node below it. False when an argument is null or `ref` is not found. Time: that of a search for
-  // `ref` below this node, or less.
+  // node below it. False when an argument is null or `ref` is not found. Time: at most that of
+  // going over everything below this node, and up from `ref`.
   bool insert_after(_qo_html* node, _qo_html* ref);
   bool insert_before(_qo_html* node, _qo_html* ref);
 
@@ -136,7 +136,8 @@ class QO_HTML_API _qo_html {
   // --- Classes ---
 
   // Adds a token that is not there (removes the first one equal to `cls`) and then rewrites the
-  // "class" attribute from `classes`, removing it when no token is left. Otherwise nothing changes.
+  // "class" attribute from `classes`, removing it when it would be empty. Otherwise nothing
+  // changes.
   void add_class(std::string cls);
   void remove_class(std::string cls);
 
@@ -150,16 +151,17 @@ class QO_HTML_API _qo_html {
   // The attributes as in a start tag, each with one space in front.
   std::string formatAttribute();
 
-  // This node with its markup and all that is below it; void elements end in "/>", declarations in
-  // ">".
+  // This node with its markup and all that is below it. Void elements end in "/>", declarations in
+  // ">"; what may stand below these and below text nodes is not written, nor are the attributes of
+  // comments and CDATA sections.
   std::string outerHTML();
 
-  // The same without this node's own markup.
+  // The outerHTML() of all children; on a text node, its text.
   std::string innerHTML();
 
-  // The text of all text nodes, those in comments, CDATA sections, scripts and styles included. On
-  // a text node whose text cannot be copied for want of memory: a line on standard error and the
-  // empty string.
+  // The text of all text nodes, those in comments, CDATA sections, scripts and styles included.
+  // When the text of the text node that this is called on cannot be copied for want of memory, a
+  // line on standard error says so and the text is left out.
   std::string textContent();
 
   // --- Searching ---
@@ -187,22 +189,24 @@ class QO_HTML_API _qo_html {
   // an empty object unless it is one. Members are strings (name="a"), arrays of strings ("a[]") or
   // objects of strings ("a[k]"). Disabled controls and unchecked check boxes and radio buttons are
   // left out; a plain value with characters other than letters, digits and ,-.@_ has its character
-  // references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name in two of the
-  // three ways makes jsoncpp throw; `result` then keeps what was stored before.
+  // references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name as
+  // an array or object after another of the three ways makes jsoncpp throw; `result` then keeps
+  // what was stored before.
   bool get_form_values(Json::Value& result);
 };
 
 // Factories. Each returns a closed node, outside any tree, that the caller owns.
 QO_HTML_API _qo_html* qo_html_document_new(std::string source);
-QO_HTML_API _qo_html* qo_html_element_new(
-    std::string name);  // void or a declaration if its name says so
+QO_HTML_API _qo_html* qo_html_element_new(std::string name);  // its name tells if it is void
 QO_HTML_API _qo_html* qo_html_text_node_new(std::string text);
 
 // Parses `html` into a new document, which `out` then points to and the caller owns; `source` is
 // kept in the document. `dropComments` leaves comments out; `reservedFlag` changes nothing. False,
 // with `out` as it was and nothing left behind, when a comment, CDATA section, script or style has
-// no end, when an element's name has a character other than letters, digits, ':' and '_' (said in a
-// line on standard output), or when memory runs out (said in a line on standard error or output).
+// no end, or when an element's name has a character other than letters, digits, ':' and '_', which
+// a line on standard output tells. A failed allocation gives a line and false as well; where it
+// hits an attribute or a long name, the line alone, and the parser goes on without; where it hits
+// the document, std::bad_alloc.
 QO_HTML_API bool parseHtml(_qo_html*& out, std::string html, std::string source, bool dropComments,
                            bool reservedFlag);
 
@@ -225,10 +229,10 @@ class QO_HTML_API qo_html_query {
   qo_html_query& operator=(const qo_html_query&) = default;
 
   // Applies a selector made of `tag`, `*`, `.class`, `#id`, `[name]`, `[name=value]`, blanks and
-  // `>`. Its first part fills an empty list from `context` and filters a list that is not empty;
-  // after a blank or `>` the search goes below each listed node (the node itself included after a
-  // blank). Every string has a meaning: what is no selector matches little or nothing. If it
-  // throws, the list is as it was.
+  // `>`; `:name` has no effect. A part of it that meets an empty list fills it from `context`; one
+  // behind a blank or `>` replaces each listed node by what it finds below it (the node itself
+  // included after a blank); any other filters the list. Every string has a meaning: what is no
+  // selector matches little or nothing. If it throws, the list is as it was.
   qo_html_query& find(std::string selector);
 
   // Calls `visit` with 0-based position and node, in order, until it returns false. `visit` must

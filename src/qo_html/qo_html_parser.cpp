@@ -9,17 +9,16 @@
 #include <string_view>
 #include <utility>
 
-#include <qo_html/qo_html_checks.h>
+#include <qo_html/qo_html_node.h>
 
 namespace {
-
-using NodeOwner = std::unique_ptr<_qo_html>;
 
 // --- Character classes ---
 
 enum CharClass : std::uint8_t {
-  in_element_name = 1 << 0,   // allowed in the name of an ordinary element
-  in_attribute_name = 1 << 1  // goes on with an attribute name
+  in_element_name = 1 << 0,    // allowed in the name of an ordinary element
+  in_attribute_name = 1 << 1,  // goes on with an attribute name
+  in_tag_name = 1 << 2         // goes on with a tag name, once that has begun
 };
 
 constexpr bool is_letter_or_digit(int c) {
@@ -29,11 +28,11 @@ constexpr bool is_letter_or_digit(int c) {
 constexpr auto make_char_classes() {
   std::array<std::uint8_t, 256> classes{};
   for (int c = 0; c < 256; ++c) {
-    const bool ends_attribute_name =
-        c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '/' || c == '>' || c == '=';
+    const bool ends_name = c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '/' || c == '>';
     std::uint8_t bits = 0;
     if (is_letter_or_digit(c) || c == ':' || c == '_') bits |= in_element_name;
-    if (!ends_attribute_name) bits |= in_attribute_name;
+    if (!ends_name && c != '=') bits |= in_attribute_name;
+    if (!ends_name && c != '-' && c != '[') bits |= in_tag_name;
     classes[static_cast<std::size_t>(c)] = bits;
   }
   return classes;
@@ -97,7 +96,8 @@ class TagNameScanner {
         break;
     }
     begun_ = true;
-    ++i_;
+    do ++i_;
+    while (i_ < html_.size() && is(html_[i_], in_tag_name));
   }
 
   void skip_slash() {
@@ -147,12 +147,35 @@ constexpr std::string_view void_tags[] = {"br",   "input",  "img",   "hr",     "
                                           "base", "col",    "embed", "keygen", "link",
                                           "meta", "source", "track", "wbr"};
 
+// By kind code, from 2.
+constexpr std::string_view declarations[] = {"!doctype", "?xml"};
+
 bool equals_lowered(std::string_view name, std::string_view lower) {
   if (name.size() != lower.size()) return false;
   for (std::size_t i = 0; i < name.size(); ++i) {
     if (to_lower(name[i]) != lower[i]) return false;
   }
   return true;
+}
+
+// For each length of a name, a bit for every letter that a void tag or declaration of that length
+// begins with: few other names need more than a look here.
+constexpr std::uint32_t first_letter_bit(char c) {
+  return std::uint32_t{1} << (c & 31);
+}
+
+constexpr auto make_first_letters() {
+  std::array<std::uint32_t, 9> letters{};
+  for (const std::string_view tag : void_tags) letters[tag.size()] |= first_letter_bit(tag[0]);
+  for (const std::string_view tag : declarations) letters[tag.size()] |= first_letter_bit(tag[0]);
+  return letters;
+}
+
+constexpr std::array<std::uint32_t, 9> first_letters = make_first_letters();
+
+bool may_be_void(std::string_view name) {
+  return !name.empty() && name.size() < first_letters.size() &&
+         (first_letters[name.size()] & first_letter_bit(name[0])) != 0;
 }
 
 }  // namespace
@@ -179,28 +202,30 @@ std::string getElementTagName(std::string& html, std::size_t& position, std::siz
 
 bool is_void_tag(const std::string& name, int* kind) {
   *kind = 1;
+  if (!may_be_void(name)) return false;
   for (const std::string_view tag : void_tags) {
     if (equals_lowered(name, tag)) return true;
   }
-  if (equals_lowered(name, "!doctype")) *kind = 2;
-  if (equals_lowered(name, "?xml")) *kind = 3;
+  for (int i = 0; i < 2; ++i) {
+    if (equals_lowered(name, declarations[i])) *kind = 2 + i;
+  }
   return *kind != 1;
 }
 
 bool is_script_tag(const std::string& name) {
-  return name == "script" || name == "SCRIPT";
+  return std::string_view(name) == "script" || std::string_view(name) == "SCRIPT";
 }
 
 bool is_style_tag(const std::string& name) {
-  return name == "style" || name == "STYLE";
+  return std::string_view(name) == "style" || std::string_view(name) == "STYLE";
 }
 
 bool is_comment_tag(const std::string& name) {
-  return name == "!--";
+  return std::string_view(name) == "!--";
 }
 
 bool is_cdata_tag(const std::string& name) {
-  return name == "![CDATA[";
+  return std::string_view(name) == "![CDATA[";
 }
 
 // --- Attributes ---
@@ -457,6 +482,24 @@ bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position)
 
 namespace {
 
+constexpr std::string_view this_file = "src/qo_html/qo_html_parser";
+
+constexpr CheckTexts parent_texts = {"root->parent !=nullptr", "element must have a parent ",
+                                     this_file};
+constexpr CheckTexts name_texts = {"tagName.length()", "tagName find fail", this_file};
+constexpr CheckTexts root_texts = {"root != nullptr", "root must not be null", this_file};
+constexpr CheckTexts close_texts = {"root->closed == false", "should not close same tag twice",
+                                    this_file};
+constexpr CheckTexts cdata_texts = {"!has_attributes", "CDATA section must not have attributes",
+                                    this_file};
+constexpr CheckTexts open_texts = {
+    "root->closed == false", "root element must not be closed before appending child ", this_file};
+constexpr CheckTexts next_root_texts = {"root->closed==false", "Next root must not be closed",
+                                        this_file};
+constexpr CheckTexts end_texts = {"root->isRoot", "MUST END WITH THE ROOT", this_file};
+constexpr CheckTexts no_parent_texts = {"root->parent == nullptr", "root must not have parent",
+                                        this_file};
+
 class ContentParser {
  public:
   ContentParser(_qo_html*& root, std::string& html, bool drop_comments)
@@ -484,8 +527,7 @@ class ContentParser {
   // At a "<"; the text in front of it begins at `text_start`.
   Outcome markup(std::size_t text_start) {
     if (!root_->isRoot) {
-      report(root_->parent != nullptr, "root->parent !=nullptr",
-             "element must have a parent " + root_->tagName());
+      parent_check_.report(root_->parent != nullptr, tag_name(*root_));
     }
     append_pending_text(text_start);
     ++position_;
@@ -493,7 +535,7 @@ class ContentParser {
     has_attributes_ = false;
     tag_name_ =
         getElementTagName(html_, position_, name_start_, name_length_, has_attributes_, saw_slash);
-    report(!tag_name_.empty(), "tagName.length()", "tagName find fail");
+    name_check_.report(!tag_name_.empty());
 
     int kind = 1;
     if (is_void_tag(tag_name_, &kind)) return void_element(kind);
@@ -517,8 +559,8 @@ class ContentParser {
 
   // Only an end tag named like the current node closes anything.
   Outcome end_tag() {
-    report(root_ != nullptr, "root != nullptr", "root must not be null");
-    return tag_name_ == root_->tagName() ? close_root() : stray_end_tag();
+    root_check_.report(root_ != nullptr);
+    return tag_name_ == tag_name(*root_) ? close_root() : stray_end_tag();
   }
 
   Outcome stray_end_tag() {
@@ -530,7 +572,7 @@ class ContentParser {
   }
 
   Outcome close_root() {
-    report(!root_->closed, "root->closed == false", "should not close same tag twice");
+    close_check_.report(!root_->closed);
     root_->closed = true;
     if (root_->parent == nullptr) return root_->isRoot ? Outcome::finished : Outcome::failed;
     if (root_->parent->closed) return Outcome::failed;
@@ -541,7 +583,7 @@ class ContentParser {
   Outcome cdata_section() {
     NodeOwner node = new_element();
     node->isCdata = true;
-    report(!has_attributes_, "!has_attributes", "CDATA section must not have attributes");
+    cdata_check_.report(!has_attributes_);
     _qo_html* const section = node.get();
     if (!read_content(parse_cdata_node, node) || !append(std::move(node))) return Outcome::failed;
     return section->closed ? Outcome::go_on : Outcome::failed;
@@ -561,12 +603,11 @@ class ContentParser {
   Outcome ordinary_element() {
     NodeOwner node = new_element();
     read_attributes(node);
-    report(!root_->closed, "root->closed == false",
-           "root element must not be closed before appending child " + root_->tagName());
+    open_check_.report(!root_->closed, tag_name(*root_));
     _qo_html* const element = node.get();
     if (!append(std::move(node)) || !name_is_valid(element->tag)) return Outcome::failed;
     if (element->closed) {
-      report(!root_->closed, "root->closed==false", "Next root must not be closed");
+      next_root_check_.report(!root_->closed);
     } else {
       root_ = element;
     }
@@ -585,12 +626,13 @@ class ContentParser {
   // Whatever is still open is closed here.
   bool end_of_text(std::size_t text_start) {
     append_pending_text(text_start);
-    while (!root_->isRoot && root_->parent != nullptr) {
+    while (!root_->isRoot) {
       root_->closed = true;
+      if (root_->parent == nullptr) break;
       root_ = root_->parent;
     }
-    report(root_->isRoot, "root->isRoot", "MUST END WITH THE ROOT");
-    report(root_->parent == nullptr, "root->parent == nullptr", "root must not have parent");
+    Check<end_texts>().report(root_->isRoot);
+    Check<no_parent_texts>().report(root_->parent == nullptr);
     root_->closed = true;
     return true;
   }
@@ -621,7 +663,7 @@ class ContentParser {
 
   // Gives the node to the current node; a refused one is destroyed.
   bool append(NodeOwner node) {
-    if (!root_->add_child(node.get())) return false;
+    if (!append_child(root_, node.get(), child_check_)) return false;
     node.release();
     return true;
   }
@@ -629,16 +671,11 @@ class ContentParser {
   static bool name_is_valid(const std::string& name) {
     for (std::size_t i = 0; i < name.size(); ++i) {
       if (is(name[i], in_element_name)) continue;
-      std::cout << "invalid tag name 1: '" << name << "' at char index: " << i << " '" << name[i]
-                << "'" << std::endl;
+      std::cout << "invalid tag name 1: '" << name << "' at char index: " << std::to_string(i)
+                << " '" << name[i] << "'" << std::endl;
       return false;
     }
     return true;
-  }
-
-  static void report(bool condition, const char* condition_text, std::string message,
-                     int line = __builtin_LINE()) {
-    Check{condition_text, std::move(message), "src/qo_html/qo_html_parser"}.report(condition, line);
   }
 
   _qo_html*& root_;
@@ -651,6 +688,15 @@ class ContentParser {
   std::size_t name_start_ = 0;
   std::size_t name_length_ = 0;
   bool has_attributes_ = false;
+
+  Check<parent_texts> parent_check_;
+  Check<name_texts> name_check_;
+  Check<root_texts> root_check_;
+  Check<close_texts> close_check_;
+  Check<cdata_texts> cdata_check_;
+  Check<open_texts> open_check_;
+  Check<next_root_texts> next_root_check_;
+  ChildCheck child_check_;
 };
 
 }  // namespace
