@@ -21,13 +21,6 @@ namespace {
 
 // --- Reading a node ---
 
-Attribute* find_attribute(_qo_html& node, std::string_view name) {
-  for (Attribute& attribute : node.attributes) {
-    if (attribute.name == name) return &attribute;
-  }
-  return nullptr;
-}
-
 // The value of an attribute; empty as well when it is bare or missing.
 std::string_view attribute_value(_qo_html& node, std::string_view name) {
   const Attribute* attribute = find_attribute(node, name);
@@ -125,13 +118,35 @@ void link(_qo_html* previous, _qo_html* next) {
 
 // --- Attributes and classes ---
 
-void store_attribute(_qo_html& node, std::string&& name, int has_value, std::string&& value) {
-  if (Attribute* attribute = find_attribute(node, name)) {
-    attribute->hasValue = has_value;
-    attribute->value = std::move(value);
-  } else {
-    node.attributes.push_back({std::move(name), has_value, std::move(value)});
+void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
+  while (!value.empty()) {
+    const std::string_view token = value.substr(0, value.find(' '));
+    if (!token.empty()) tokens.emplace_back(token);
+    value.remove_prefix(std::min(token.size() + 1, value.size()));
   }
+}
+
+// All or nothing, as what calls it.
+void store_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
+                     std::string_view value) {
+  if (existing != nullptr) {
+    existing->value.assign(value);
+    existing->hasValue = has_value;
+    return;
+  }
+  Attribute& added = node.attributes.emplace_back();
+  try {
+    added.name.assign(name);
+    added.value.assign(value);
+  } catch (...) {
+    node.attributes.pop_back();
+    throw;
+  }
+  added.hasValue = has_value;
+}
+
+void store_attribute(_qo_html& node, std::string_view name, int has_value, std::string_view value) {
+  store_attribute(node, find_attribute(node, name), name, has_value, value);
 }
 
 // An empty token in front of all others leaves no trace.
@@ -140,11 +155,11 @@ void append_joined(std::string& joined, std::string_view token) {
   joined += token;
 }
 
-void store_class_attribute(_qo_html& node, std::string&& joined) {
+void store_class_attribute(_qo_html& node, const std::string& joined) {
   if (joined.empty()) {
     node.remove_attribute("class");
   } else {
-    store_attribute(node, "class", 1, std::move(joined));
+    store_attribute(node, "class", 1, joined);
   }
 }
 
@@ -668,24 +683,23 @@ bool _qo_html::set_html(std::string html) {
 
 // --- Attributes and classes ---
 
-void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
-  while (!value.empty()) {
-    const std::string_view token = value.substr(0, value.find(' '));
-    if (!token.empty()) tokens.emplace_back(token);
-    value.remove_prefix(std::min(token.size() + 1, value.size()));
+void put_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
+                   std::string_view value) {
+  if (has_value == 0 || name != "class") {
+    return store_attribute(node, existing, name, has_value, value);
+  }
+  const std::size_t former = node.classes.size();
+  try {
+    append_tokens(node.classes, value);
+    store_attribute(node, existing, name, has_value, value);
+  } catch (...) {
+    node.classes.resize(former);
+    throw;
   }
 }
 
 void _qo_html::addAttribute(std::string name, std::string value) {
-  if (name != "class") return set_attribute(std::move(name), std::move(value));
-  const std::size_t former = classes.size();
-  try {
-    append_tokens(classes, value);
-    set_attribute(std::move(name), std::move(value));
-  } catch (...) {
-    classes.resize(former);
-    throw;
-  }
+  put_attribute(*this, find_attribute(*this, name), name, 1, value);
 }
 
 void _qo_html::addAttribute(std::string name) {
@@ -693,11 +707,11 @@ void _qo_html::addAttribute(std::string name) {
 }
 
 void _qo_html::set_attribute(std::string name, std::string value) {
-  store_attribute(*this, std::move(name), 1, std::move(value));
+  store_attribute(*this, name, 1, value);
 }
 
 void _qo_html::set_attribute(std::string name) {
-  store_attribute(*this, std::move(name), 0, std::string());
+  store_attribute(*this, name, 0, {});
 }
 
 void _qo_html::remove_attribute(std::string name) {
@@ -725,7 +739,7 @@ void _qo_html::add_class(std::string cls) {
   append_joined(joined, cls);
   classes.push_back(std::move(cls));
   try {
-    store_class_attribute(*this, std::move(joined));
+    store_class_attribute(*this, joined);
   } catch (...) {
     classes.pop_back();
     throw;
@@ -739,7 +753,7 @@ void _qo_html::remove_class(std::string cls) {
   for (auto token = classes.begin(); token != classes.end(); ++token) {
     if (token != removed) append_joined(joined, *token);
   }
-  store_class_attribute(*this, std::move(joined));
+  store_class_attribute(*this, joined);
   classes.erase(removed);
 }
 

@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <qo_html/qo_html.h>
 #include <qo_html/qo_html_checks.h>
@@ -27,7 +26,17 @@ using ChildCheck = Check<child_check_texts>;
 // add_child() with a check that serves many calls.
 bool append_child(_qo_html* parent, _qo_html* child, ChildCheck& check);
 
-// Appends the space-separated tokens of a class attribute's value.
-void append_tokens(std::vector<std::string>& tokens, std::string_view value);
+// The attribute of that name, or null.
+inline Attribute* find_attribute(_qo_html& node, std::string_view name) {
+  for (Attribute& attribute : node.attributes) {
+    if (attribute.name == name) return &attribute;
+  }
+  return nullptr;
+}
+
+// addAttribute() for a caller that has looked the name up: `existing` is the attribute of that
+// name, or null. All or nothing.
+void put_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
+                   std::string_view value);
 
 #endif

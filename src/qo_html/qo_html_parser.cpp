@@ -7,7 +7,9 @@
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include <qo_html/qo_html_node.h>
 
@@ -232,12 +234,87 @@ bool is_cdata_tag(const std::string& name) {
 
 namespace {
 
+// Text collected run by run. As long as it is one run, which it nearly always is, it stays where it
+// stands in the markup.
+class Collected {
+ public:
+  void append(const char* start, const char* end) {
+    const std::string_view run(start, static_cast<std::size_t>(end - start));
+    if (text_.empty()) {
+      text_ = run;
+      return;
+    }
+    if (!is_copy()) copy_.assign(text_);
+    text_ = copy_.append(run);
+  }
+
+  void clear() {
+    text_ = {};
+    copy_.clear();
+  }
+
+  bool empty() const { return text_.empty(); }
+  bool is_copy() const { return !copy_.empty(); }
+  std::string_view text() const { return text_; }
+
+ private:
+  std::string_view text_;
+  std::string copy_;
+};
+
+// Adds the attributes of one start tag to a node, as addAttribute does. They wait in batches, so
+// that most nodes get their attributes into one block of the right size; and when they are many, an
+// index finds those of the same name.
+class AttributeAdder {
+ public:
+  explicit AttributeAdder(_qo_html* node) : node_(*node) {}
+
+  // What the views point to must stay until flush().
+  void add(std::string_view name, int has_value, std::string_view value) {
+    waiting_[count_++] = {name, value, has_value};
+    if (count_ == batch) flush();
+  }
+
+  void flush() {
+    if (node_.attributes.empty()) node_.attributes.reserve(count_);
+    for (std::size_t i = 0; i < count_; ++i) {
+      const Waiting& next = waiting_[i];
+      put_attribute(node_, find(next.name), next.name, next.has_value, next.value);
+    }
+    count_ = 0;
+  }
+
+ private:
+  struct Waiting {
+    std::string_view name;
+    std::string_view value;
+    int has_value;
+  };
+
+  static constexpr std::size_t batch = 8;
+  static constexpr std::size_t most_without_index = 16;
+
+  Attribute* find(std::string_view name) {
+    std::vector<Attribute>& attributes = node_.attributes;
+    if (attributes.size() < most_without_index) return find_attribute(node_, name);
+    for (; indexed_ < attributes.size(); ++indexed_) index_[attributes[indexed_].name] = indexed_;
+    const auto found = index_.find(std::string(name));
+    return found == index_.end() ? nullptr : &attributes[found->second];
+  }
+
+  _qo_html& node_;
+  Waiting waiting_[batch];
+  std::size_t count_ = 0;
+  std::unordered_map<std::string, std::size_t> index_;  // the first `indexed_` attributes by name
+  std::size_t indexed_ = 0;
+};
+
 // The state machine that reads the attributes of one start tag. Runs of bytes that mean nothing to
 // it are taken at once.
 class AttributeLexer {
  public:
   AttributeLexer(_qo_html* node, const std::string& html, std::size_t position)
-      : node_(node), i_(html.data() + position), end_(html.data() + html.size()) {}
+      : node_(node), adder_(node), i_(html.data() + position), end_(html.data() + html.size()) {}
 
   void read() {
     while (i_ != end_ && !finished_) {
@@ -249,6 +326,7 @@ class AttributeLexer {
         value_state();
       }
     }
+    adder_.flush();
     if (finished_ && self_closing_) node_->closed = true;
   }
 
@@ -324,23 +402,28 @@ class AttributeLexer {
   }
 
   void add_bare() {
-    if (!name_.empty()) node_->addAttribute(std::move(name_));
-    name_.clear();
+    if (!name_.empty()) add(0);
   }
 
   void add_valued() {
-    node_->addAttribute(std::move(name_), std::move(value_));
-    name_.clear();
-    value_.clear();
+    add(1);
     in_value_ = false;
     quote_closed_ = false;
   }
 
+  void add(int has_value) {
+    adder_.add(name_.text(), has_value, value_.text());
+    if (name_.is_copy() || value_.is_copy()) adder_.flush();
+    name_.clear();
+    value_.clear();
+  }
+
   _qo_html* node_;
+  AttributeAdder adder_;
   const char* i_;
   const char* end_;
-  std::string name_;
-  std::string value_;
+  Collected name_;
+  Collected value_;
   char quote_ = '\0';  // the quote character that the value is in
   bool in_value_ = false;
   bool quote_closed_ = false;
