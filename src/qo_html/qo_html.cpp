@@ -126,7 +126,6 @@ void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
   }
 }
 
-// All or nothing, as what calls it.
 void store_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
                      std::string_view value) {
   if (existing != nullptr) {
@@ -134,15 +133,7 @@ void store_attribute(_qo_html& node, Attribute* existing, std::string_view name,
     existing->hasValue = has_value;
     return;
   }
-  Attribute& added = node.attributes.emplace_back();
-  try {
-    added.name.assign(name);
-    added.value.assign(value);
-  } catch (...) {
-    node.attributes.pop_back();
-    throw;
-  }
-  added.hasValue = has_value;
+  node.attributes.push_back({std::string(name), has_value, std::string(value)});
 }
 
 void store_attribute(_qo_html& node, std::string_view name, int has_value, std::string_view value) {
@@ -528,7 +519,7 @@ _qo_html::_qo_html()
 }
 
 _qo_html::~_qo_html() {
-  destroy_children(this);
+  if (!children.empty()) destroy_children(this);
   attributes.clear();
   classes.clear();
   if (parent == nullptr) destroy_following_siblings(this);

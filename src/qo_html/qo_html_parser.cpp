@@ -53,97 +53,69 @@ constexpr char to_lower(char c) {
 
 // --- Tag names ---
 
-// Scans one tag name; the outputs are those of getElementTagName.
-class TagNameScanner {
- public:
-  TagNameScanner(const std::string& html, std::size_t start)
-      : html_(html), i_(start), name_start_(start), end_(start) {}
-
-  void scan() {
-    while (i_ < html_.size() && !done_) scan_byte(html_[i_]);
-  }
-
-  bool found() const { return end_ > name_start_; }
-  std::size_t position() const { return i_; }
-  std::size_t name_start() const { return name_start_; }
-  std::size_t name_length() const { return name_length_; }
-  bool saw_slash() const { return saw_slash_; }
-  bool done() const { return done_; }
-  bool attributes_follow() const { return attributes_follow_; }
-
- private:
-  void scan_byte(char c) {
-    if (c == '/') return skip_slash();
-    if (!begun_) {
-      if (c == ' ') {
-        ++i_;
-        return;
-      }
-      name_start_ = i_;
-      if (c == '!') ++markers_;
-    }
-    switch (c) {
-      case '-':
-      case '[':
-        if (++markers_ == 3) return end_at_marker();
-        break;
-      case ' ':
-      case '\t':
-      case '\n':
-      case '\r':
-        return end_at_space();
-      case '>':
-        return end_at_bracket();
-      default:
-        break;
-    }
-    begun_ = true;
-    do ++i_;
-    while (i_ < html_.size() && is(html_[i_], in_tag_name));
-  }
-
-  void skip_slash() {
-    saw_slash_ = true;
-    if (!begun_) leading_slash_ = true;
-    ++i_;
-  }
-
-  // The third marker byte belongs to the name: "!--" and "![CDATA[".
-  void end_at_marker() {
-    end_name(i_ + 1);
-    ++i_;
-  }
-
-  void end_at_space() {
-    end_name(i_);
-    attributes_follow_ = true;
-  }
-
-  // The slash of a self-closing tag is the last byte in front of the ">".
-  void end_at_bracket() {
-    const bool self_closing = saw_slash_ && !leading_slash_;
-    end_name(self_closing ? i_ - 1 : i_);
-    ++i_;
-  }
-
-  void end_name(std::size_t name_end) {
-    name_length_ = name_end - name_start_;
-    end_ = i_;
-    done_ = true;
-  }
-
-  const std::string& html_;
-  std::size_t i_;
-  std::size_t name_start_;
-  std::size_t name_length_ = 0;
-  std::size_t end_;  // index of the byte that ended the name
-  int markers_ = 0;  // a leading "!", and every "-" and "["
-  bool begun_ = false;
-  bool leading_slash_ = false;
-  bool saw_slash_ = false;
-  bool attributes_follow_ = false;
-  bool done_ = false;
+struct TagName {
+  std::size_t position;    // where scanning goes on
+  std::size_t start;       // of the name
+  std::size_t length = 0;  // of the name
+  bool ended = false;      // by a byte that ends names, not by the end of the text
+  bool is_empty = true;    // nothing stood in front of that byte
+  bool attributes_follow = false;
+  bool saw_slash = false;
 };
+
+// Skips the blanks and slashes in front of a name; tells whether there were slashes.
+bool skip_to_name(const std::string& html, std::size_t& position) {
+  bool slash = false;
+  for (; position < html.size(); ++position) {
+    if (html[position] == '/') {
+      slash = true;
+    } else if (html[position] != ' ') {
+      break;
+    }
+  }
+  return slash;
+}
+
+// Ends the name in front of `end`; `at` is the byte that ended it.
+void end_name(TagName& name, std::size_t end, std::size_t at) {
+  name.length = end - name.start;
+  name.ended = true;
+  name.is_empty = at == name.start;
+}
+
+TagName scan_tag_name(const std::string& html, std::size_t start) {
+  TagName name{start, start};
+  std::size_t& i = name.position;
+  const bool leading_slash = skip_to_name(html, i);
+  name.saw_slash = leading_slash;
+  if (i >= html.size()) return name;
+  name.start = i;
+  int markers = html[i] == '!' ? 1 : 0;  // a leading "!", and every "-" and "["
+  for (;;) {
+    while (i < html.size() && is(html[i], in_tag_name)) ++i;
+    if (i == html.size()) return name;
+    switch (html[i]) {
+      case '/':
+        name.saw_slash = true;
+        break;
+      case '-':
+      case '[':  // the third belongs to the name: "!--" and "![CDATA["
+        if (++markers < 3) break;
+        end_name(name, i + 1, i);
+        ++i;
+        return name;
+      case '>':  // the slash of a self-closing tag is the last byte in front of it
+        end_name(name, name.saw_slash && !leading_slash ? i - 1 : i, i);
+        ++i;
+        return name;
+      default:  // white space
+        end_name(name, i, i);
+        name.attributes_follow = true;
+        return name;
+    }
+    ++i;
+  }
+}
 
 constexpr std::string_view void_tags[] = {"br",   "input",  "img",   "hr",     "area",
                                           "base", "col",    "embed", "keygen", "link",
@@ -185,14 +157,13 @@ bool may_be_void(std::string_view name) {
 std::string getElementTagName(std::string& html, std::size_t& position, std::size_t& nameStart,
                               std::size_t& nameLength, bool& has_attributes, bool& sawSlash) {
   try {
-    TagNameScanner scanner(html, position);
-    scanner.scan();
-    position = scanner.position();
-    nameStart = scanner.name_start();
-    nameLength = scanner.name_length();
-    sawSlash = scanner.saw_slash();
-    if (scanner.done()) has_attributes = scanner.attributes_follow();
-    if (scanner.found()) return html.substr(nameStart, nameLength);
+    const TagName name = scan_tag_name(html, position);
+    position = name.position;
+    nameStart = name.start;
+    nameLength = name.length;
+    sawSlash = name.saw_slash;
+    if (name.ended) has_attributes = name.attributes_follow;
+    if (!name.is_empty) return html.substr(nameStart, nameLength);
     const std::string_view rest =
         std::string_view(html).substr(std::min(nameStart, html.size()), 20);
     std::cout << "unable to get element tag name: " << rest << std::endl;
@@ -271,7 +242,7 @@ class AttributeAdder {
 
   // What the views point to must stay until flush().
   void add(std::string_view name, int has_value, std::string_view value) {
-    waiting_[count_++] = {name, value, has_value};
+    waiting_[count_++] = {name.data(), name.size(), value.data(), value.size(), has_value};
     if (count_ == batch) flush();
   }
 
@@ -279,17 +250,22 @@ class AttributeAdder {
     if (node_.attributes.empty()) node_.attributes.reserve(count_);
     for (std::size_t i = 0; i < count_; ++i) {
       const Waiting& next = waiting_[i];
-      put_attribute(node_, find(next.name), next.name, next.has_value, next.value);
+      const std::string_view name(next.name, next.name_size);
+      put_attribute(node_, find(name), name, next.has_value, {next.value, next.value_size});
     }
     count_ = 0;
   }
 
  private:
-  struct Waiting {
-    std::string_view name;
-    std::string_view value;
+  struct Waiting {  // bare pointers, so that an array of it costs nothing to make
+    const char* name;
+    std::size_t name_size;
+    const char* value;
+    std::size_t value_size;
     int has_value;
   };
+
+  using Index = std::unordered_map<std::string, std::size_t>;  // positions by name
 
   static constexpr std::size_t batch = 8;
   static constexpr std::size_t most_without_index = 16;
@@ -297,16 +273,19 @@ class AttributeAdder {
   Attribute* find(std::string_view name) {
     std::vector<Attribute>& attributes = node_.attributes;
     if (attributes.size() < most_without_index) return find_attribute(node_, name);
-    for (; indexed_ < attributes.size(); ++indexed_) index_[attributes[indexed_].name] = indexed_;
-    const auto found = index_.find(std::string(name));
-    return found == index_.end() ? nullptr : &attributes[found->second];
+    if (index_ == nullptr) index_ = std::make_unique<Index>();
+    for (; indexed_ < attributes.size(); ++indexed_) {
+      index_->emplace(attributes[indexed_].name, indexed_);
+    }
+    const auto found = index_->find(std::string(name));
+    return found == index_->end() ? nullptr : &attributes[found->second];
   }
 
   _qo_html& node_;
   Waiting waiting_[batch];
   std::size_t count_ = 0;
-  std::unordered_map<std::string, std::size_t> index_;  // the first `indexed_` attributes by name
-  std::size_t indexed_ = 0;
+  std::unique_ptr<Index> index_;
+  std::size_t indexed_ = 0;  // attributes
 };
 
 // The state machine that reads the attributes of one start tag. Runs of bytes that mean nothing to
@@ -450,9 +429,17 @@ namespace {
 
 constexpr std::size_t not_found = std::string::npos;
 
+NodeOwner new_text_node(std::string_view text) {
+  NodeOwner node(new _qo_html);
+  node->closed = true;
+  node->isText = true;
+  node->text.assign(text);
+  return node;
+}
+
 // Appends html[start, end) to `node` as one text child.
 bool append_raw_text(_qo_html* node, const std::string& html, std::size_t start, std::size_t end) {
-  NodeOwner text(qo_html_text_node_new(html.substr(start, end - start)));
+  NodeOwner text = new_text_node(std::string_view(html).substr(start, end - start));
   if (!node->add_child(text.get())) return false;
   text.release();
   return true;
@@ -722,7 +709,7 @@ class ContentParser {
 
   void append_pending_text(std::size_t start) {
     if (start == position_) return;
-    append(NodeOwner(qo_html_text_node_new(html_.substr(start, position_ - start))));
+    append(new_text_node(std::string_view(html_).substr(start, position_ - start)));
   }
 
   // A node named as written in the tag.
