@@ -206,17 +206,17 @@ void register_trees(const Pages& pages) {
   run_on_documents<Libxml2>("text/pages/libxml2", pages, [](xmlDoc* document) {
     xmlFree(xmlNodeGetContent(reinterpret_cast<xmlNode*>(document)));
   });
-  run_query("find a[href]/pages/qo_html", pages, "a[href]");
-  run_xpath("find a[href]/pages/libxml2", pages, "//a[@href]");
-  run_bare_walk("find a[href]/pages/floor", pages);
-  run_query("find ul > li/pages/qo_html", pages, "ul > li");
-  run_xpath("find ul > li/pages/libxml2", pages, "//ul/li");
-  run_on_documents<QoHtml>("all elements/pages/qo_html", pages, [](_qo_html* document) {
+  run_query("find_a_href/pages/qo_html", pages, "a[href]");
+  run_xpath("find_a_href/pages/libxml2", pages, "//a[@href]");
+  run_bare_walk("find_a_href/pages/floor", pages);
+  run_query("find_ul_li/pages/qo_html", pages, "ul > li");
+  run_xpath("find_ul_li/pages/libxml2", pages, "//ul/li");
+  run_on_documents<QoHtml>("all_elements/pages/qo_html", pages, [](_qo_html* document) {
     std::vector<_qo_html*> found;
     document->getElementsByTagName("*", found, nullptr);
     DoNotOptimize(found.data());
   });
-  run_xpath("all elements/pages/libxml2", pages, "//*");
+  run_xpath("all_elements/pages/libxml2", pages, "//*");
 }
 
 // --- References and forms ---
@@ -277,7 +277,7 @@ const Pages& form_page() {
 }
 
 void register_forms() {
-  run_on_documents<QoHtml>("form values/form/qo_html", form_page(), [](_qo_html* document) {
+  run_on_documents<QoHtml>("form_values/form/qo_html", form_page(), [](_qo_html* document) {
     Json::Value values;
     document->get_form_values(values);
     DoNotOptimize(values);
@@ -349,7 +349,7 @@ int main(int argc, char** argv) {
   for (const std::size_t count : {1000, 10000, 100000}) {
     adversarial.push_back(std::make_unique<Pages>());
     adversarial.back()->add(many_attributes(count));
-    run_parse<QoHtml>("attributes " + std::to_string(count) + "/tag/qo_html", *adversarial.back());
+    run_parse<QoHtml>("attributes/" + std::to_string(count) + "/qo_html", *adversarial.back());
   }
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -169,8 +169,12 @@ Markup markup_of(const _qo_html& node) {
 
 void append_attributes(std::string& out, const _qo_html& node) {
   for (const Attribute& attribute : node.attributes) {
-    out.append(1, ' ').append(attribute.name);
-    if (attribute.hasValue) out.append("=\"").append(attribute.value).append(1, '"');
+    out += ' ';
+    out += attribute.name;
+    if (attribute.hasValue == 0) continue;
+    out += "=\"";
+    out += attribute.value;
+    out += '"';
   }
 }
 
@@ -179,23 +183,26 @@ void append_start(std::string& out, const _qo_html& node, Markup markup) {
     case Markup::document:
       break;
     case Markup::text:
-      out.append(node.text);
+      out += node.text;
       break;
     case Markup::void_element:
-      out.append(1, '<').append(node.tag);
+      out += '<';
+      out += node.tag;
       append_attributes(out, node);
-      out.append(node.isDeclaration ? ">" : "/>");
+      out += node.isDeclaration ? ">" : "/>";
       break;
     case Markup::cdata:
-      out.append(1, '<').append(node.tag);
+      out += '<';
+      out += node.tag;
       break;
     case Markup::comment:
-      out.append("<!--");
+      out += "<!--";
       break;
     case Markup::element:
-      out.append(1, '<').append(node.tag);
+      out += '<';
+      out += node.tag;
       append_attributes(out, node);
-      out.append(1, '>');
+      out += '>';
       break;
   }
 }
@@ -207,13 +214,15 @@ void append_end(std::string& out, const _qo_html& node, Markup markup) {
     case Markup::void_element:
       break;
     case Markup::cdata:
-      out.append("]]>");
+      out += "]]>";
       break;
     case Markup::comment:
-      out.append("-->");
+      out += "-->";
       break;
     case Markup::element:
-      out.append("</").append(node.tag).append(1, '>');
+      out += "</";
+      out += node.tag;
+      out += '>';
       break;
   }
 }
