@@ -341,6 +341,15 @@ class AttributeLexer {
     const char* const start = i_;
     while (i_ != end_ && is(*i_, in_attribute_name)) ++i_;
     name_.append(start, i_);
+    if (end_ - i_ > 1 && i_[0] == '=' && (i_[1] == '"' || i_[1] == '\'')) enter_quoted_value();
+  }
+
+  // What nearly every attribute does, in one step.
+  void enter_quoted_value() {
+    in_value_ = true;
+    quote_ = i_[1];
+    i_ += 2;
+    quoted_run();
   }
 
   // Outside quotes.
