@@ -191,18 +191,16 @@ void register_parsing(const std::string& text, const Pages& pages, bool with_flo
 }
 
 void register_trees(const Pages& pages) {
-  run_on_documents<QoHtml>("serialise/pages/qo_html", pages, [](_qo_html* document) {
-    DoNotOptimize(document->outerHTML());
-  });
+  run_on_documents<QoHtml>("serialise/pages/qo_html", pages,
+                           [](_qo_html* document) { DoNotOptimize(document->outerHTML()); });
   run_on_documents<Libxml2>("serialise/pages/libxml2", pages, [](xmlDoc* document) {
     xmlChar* text = nullptr;
     int size = 0;
     htmlDocDumpMemoryFormat(document, &text, &size, 0);
     xmlFree(text);
   });
-  run_on_documents<QoHtml>("text/pages/qo_html", pages, [](_qo_html* document) {
-    DoNotOptimize(document->textContent());
-  });
+  run_on_documents<QoHtml>("text/pages/qo_html", pages,
+                           [](_qo_html* document) { DoNotOptimize(document->textContent()); });
   run_on_documents<Libxml2>("text/pages/libxml2", pages, [](xmlDoc* document) {
     xmlFree(xmlNodeGetContent(reinterpret_cast<xmlNode*>(document)));
   });
@@ -222,7 +220,7 @@ void register_trees(const Pages& pages) {
 // --- References and forms ---
 
 const std::vector<std::string>& reference_names() {
-  static const std::vector<std::string> names = {"lt",    "gt",     "amp",   "quot",  "nbsp",
+  static const std::vector<std::string> names = {"lt",     "gt",    "amp",    "quot", "nbsp",
                                                  "eacute", "mdash", "hellip", "copy", "rarr"};
   return names;
 }

@@ -8,4 +8,4 @@ case "${1:-}" in
   *) echo "usage: format.sh [--check]" >&2; exit 2 ;;
 esac
 # shellcheck disable=SC2086  # a list of words
-find src tests examples -name '*.cpp' -o -name '*.h' | sort | xargs clang-format $options
+find src tests examples bench fuzz -name '*.cpp' -o -name '*.h' | sort | xargs clang-format $options

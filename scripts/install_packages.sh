@@ -4,7 +4,7 @@
 set -eu
 
 build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal libpython3-stdlib"
-check="clang clang-format git"
+check="clang clang-format git libclang-rt-dev"
 
 wanted=""
 for group in "${@:-build}"; do

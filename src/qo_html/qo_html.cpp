@@ -63,6 +63,7 @@ void destroy_children(_qo_html* top) noexcept {
       return;
     }
     node->children.pop_back();
+    if (!node->children.empty()) prefetch(node->children.back());
     delete done;
   }
 }

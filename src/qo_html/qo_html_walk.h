@@ -11,6 +11,14 @@
 
 #include <qo_html/qo_html.h>
 
+// A large tree is not in the cache: the next sibling is fetched while a node is looked at.
+inline void prefetch(const _qo_html* node) {
+  if (node == nullptr) return;
+  __builtin_prefetch(node);
+  __builtin_prefetch(&node->tag);
+  __builtin_prefetch(&node->children);
+}
+
 // Visits a node and all nodes below it. The tree must not change meanwhile. The path to the current
 // node takes 16 bytes a level; down to a depth of inline_levels nothing is allocated, below it a
 // step may throw std::bad_alloc.
@@ -79,12 +87,6 @@ class TreeWalk {
   };
 
   static constexpr std::size_t inline_levels = 64;
-
-  // A large tree is not in the cache: the next sibling is fetched while this node is looked at.
-  static void prefetch(const _qo_html* node) {
-    __builtin_prefetch(&node->tag);
-    __builtin_prefetch(&node->children);
-  }
 
   void push_children() {
     reserve_level();
