@@ -240,6 +240,21 @@ TEST(Parser, ReportsEveryCheckToTheHost) {
             "FAILED src/qo_html/qo_html_parser: tagName.length(): tagName find fail");
 }
 
+TEST(Parser, ReportsTheSameToAHostThatTakesTheArgumentsApart) {
+  const char html[] = "<p>a<b>c</b><!--d--></p></x><br><script></script><e/><![CDATA[f]]><>";
+  std::vector<std::string> events[2];
+  for (const bool thieving : {false, true}) {
+    const Lines lines;
+    test_host().thieving = thieving;
+    test_host().record();
+    const Owned document = parse(html);
+    document->children[0]->set_text("g");
+    events[thieving] = test_host().take();
+  }
+  EXPECT_GT(events[0].size(), 50u);
+  EXPECT_EQ(events[0], events[1]);
+}
+
 TEST(Parser, RefusesWithoutTouchingTheResult) {
   struct {
     const char* html;

@@ -19,9 +19,18 @@ void qo_object_ref_decrement(std::string tag) {
 
 void qo_assertion_faild(bool condition, std::string text, std::string message, std::string file,
                         int line) {
-  if (!test_host().recording) return;
-  EXPECT_GT(line, 0);
-  test_host().events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " + message);
+  if (test_host().recording) {
+    EXPECT_GT(line, 0);
+    test_host().events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " +
+                                 message);
+  }
+  if (test_host().thieving) {
+    static thread_local std::string stolen;
+    stolen = std::move(text);
+    message[0] = '?';
+    message += " and more, so that the text has to move";
+    file = std::string(file.size(), '?');
+  }
 }
 
 Owned parse(const std::string& html, bool drop_comments) {

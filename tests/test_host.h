@@ -16,6 +16,7 @@
 struct TestHost {
   long live = 0;
   bool recording = false;
+  bool thieving = false;  // moves the arguments of checks away, and scribbles on what is left
   std::vector<std::string>
       events;  // "+", "-" and "file: text: message", failed checks with "FAILED " in front
 
