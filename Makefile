@@ -3,7 +3,10 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check format clean
+.PHONY: demo test check fuzz bench format clean
+
+# How long each fuzz target runs.
+FUZZ_SECONDS ?= 60
 
 demo: build/release/configured
 	cmake --build build/release -j $(JOBS) --target demo
@@ -13,15 +16,32 @@ test: build/dev/configured
 	cmake --build build/dev -j $(JOBS)
 	ctest --preset dev
 
-# What the tests alone do not see: sanitizers, the second compiler, the format of the sources.
+# What the tests alone do not see: sanitizers, the second compiler, a short fuzz run, the format of the sources.
 check:
 	scripts/install_packages.sh check
-	$(MAKE) build/asan/configured build/clang/configured
+	$(MAKE) build/asan/configured build/tsan/configured build/clang/configured
 	cmake --build build/asan -j $(JOBS)
 	ctest --preset asan
+	cmake --build build/tsan -j $(JOBS) --target thread_tests default_host_tests
+	ctest --preset tsan -R "thread_tests|default_host_tests"
 	cmake --build build/clang -j $(JOBS)
 	ctest --preset clang
+	$(MAKE) fuzz FUZZ_SECONDS=10
 	scripts/format.sh --check
+
+fuzz:
+	scripts/install_packages.sh check
+	$(MAKE) build/fuzz/configured
+	cmake --build build/fuzz -j $(JOBS)
+	scripts/fuzz.sh $(FUZZ_SECONDS)
+
+# Measures for some ten minutes, best on an idle machine, and writes docs/performance.md.
+bench:
+	scripts/install_packages.sh bench
+	$(MAKE) build/bench/configured
+	cmake --build build/bench -j $(JOBS)
+	scripts/unpack_bench_pages.py build/bench/pages
+	scripts/run_benchmark.py
 
 format:
 	scripts/install_packages.sh check

@@ -1,16 +1,18 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, as root or with sudo.
-# usage: install_packages.sh [build|check]...   (default: build)
+# usage: install_packages.sh [build|check|bench]...   (default: build)
 set -eu
 
 build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal libpython3-stdlib"
 check="clang clang-format git libclang-rt-dev"
+bench="libbenchmark-dev libgumbo-dev libxml2-dev python3 git"
 
 wanted=""
 for group in "${@:-build}"; do
   case "$group" in
     build) wanted="$wanted $build" ;;
     check) wanted="$wanted $check" ;;
+    bench) wanted="$wanted $bench" ;;
     *) echo "install_packages.sh: no group called '$group'" >&2; exit 2 ;;
   esac
 done

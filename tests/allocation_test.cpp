@@ -14,6 +14,7 @@
 namespace {
 
 thread_local long allocations_left = -1;  // before the one that fails; negative: none fails
+thread_local std::size_t bytes_allocated = 0;
 
 void* allocate(std::size_t size) {
   if (allocations_left == 0) {
@@ -21,6 +22,7 @@ void* allocate(std::size_t size) {
     throw std::bad_alloc();
   }
   if (allocations_left > 0) --allocations_left;
+  bytes_allocated += size;
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
@@ -205,6 +207,20 @@ TEST(Allocation, FailureInTheParserGivesFalseAndItsLine) {
       EXPECT_EQ(thrown, written.empty()) << n;
       EXPECT_EQ(setting.state(), before) << n;
     }
+  }
+}
+
+TEST(Allocation, ParsingCopiesATextOnlyToItsNode) {
+  const std::size_t size = 1000000;
+  for (const char* frame :
+       {"%", "<b>%</b>", "<!--%-->", "<script>%</script>", "<![CDATA[%]]>", "<b c=\"%\">"}) {
+    std::string html = frame;
+    html.replace(html.find('%'), 1, std::string(size, 'x'));
+    const std::size_t before = bytes_allocated;
+    _qo_html* document = nullptr;
+    EXPECT_TRUE(parseHtml(document, std::move(html), "", false, false));
+    EXPECT_LT(bytes_allocated - before, size + size / 10) << frame;
+    delete document;
   }
 }
 
