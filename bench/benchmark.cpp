@@ -2,8 +2,9 @@
 // usage: benchmark PAGES_FOLDER [--warm-heap] [Google Benchmark's options]
 //
 // A name is work/who or work/text/who. "floor" is what the work cannot do without: for parsing, one
-// new and delete of a node-sized object for each node, with its strings and attributes; for
-// searching, a bare walk over the same tree; for decoding, a look-up in a hash table.
+// new and delete of a node-sized object for each node, with its strings and attributes ("record":
+// with its child vector and class tokens as well); for searching, a bare walk over the same tree;
+// for decoding, a look-up in a hash table.
 
 #include <benchmark/benchmark.h>
 #include <gumbo.h>
@@ -121,8 +122,9 @@ void run_parse(const std::string& name, const Pages& pages) {
   });
 }
 
-void run_parse_floor(const std::string& name, const Pages& pages) {
-  run(name, pages, [&pages](State& state) {
+// With `whole_record`, child vectors and class tokens are made as well.
+void run_parse_floor(const std::string& name, const Pages& pages, bool whole_record) {
+  run(name, pages, [&pages, whole_record](State& state) {
     const auto documents = parse_all<QoHtml>(pages);
     std::vector<std::vector<_qo_html*>> models;
     for (const auto& document : documents) {
@@ -138,6 +140,10 @@ void run_parse_floor(const std::string& name, const Pages& pages) {
           bare->text = node->text;
           bare->tag = node->tag;
           bare->attributes = node->attributes;
+          if (whole_record) {
+            bare->classes = node->classes;
+            bare->children.reserve(node->children.size());
+          }
           made.push_back(bare);
         }
         for (BareNode* bare : made) delete bare;
@@ -187,7 +193,9 @@ void register_parsing(const std::string& text, const Pages& pages, bool with_flo
   run_parse<QoHtml>("parse/" + text + "/qo_html", pages);
   run_parse<Libxml2>("parse/" + text + "/libxml2", pages);
   run_parse<Gumbo>("parse/" + text + "/gumbo", pages);
-  if (with_floor) run_parse_floor("parse/" + text + "/floor", pages);
+  if (!with_floor) return;
+  run_parse_floor("parse/" + text + "/floor", pages, false);
+  run_parse_floor("parse/" + text + "/record", pages, true);
 }
 
 void register_trees(const Pages& pages) {

@@ -122,7 +122,7 @@ void link(_qo_html* previous, _qo_html* next) {
 void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
   while (!value.empty()) {
     const std::string_view token = value.substr(0, value.find(' '));
-    if (!token.empty()) tokens.emplace_back(token);
+    if (!token.empty()) tokens.push_back(std::string(token));
     value.remove_prefix(std::min(token.size() + 1, value.size()));
   }
 }

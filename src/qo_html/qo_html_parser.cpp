@@ -612,17 +612,17 @@ class ContentParser {
     ++position_;
     bool saw_slash = false;
     has_attributes_ = false;
-    tag_name_ =
+    const std::string tag_name =
         getElementTagName(html_, position_, name_start_, name_length_, has_attributes_, saw_slash);
-    name_check_.report(!tag_name_.empty());
+    name_check_.report(!tag_name.empty());
 
     int kind = 1;
-    if (is_void_tag(tag_name_, &kind)) return void_element(kind);
-    if (saw_slash) return end_tag();
-    if (is_cdata_tag(tag_name_)) return cdata_section();
-    if (is_script_tag(tag_name_)) return raw_element(parse_script_node);
-    if (is_style_tag(tag_name_)) return raw_element(parse_style_node);
-    if (!is_comment_tag(tag_name_)) return ordinary_element();
+    if (is_void_tag(tag_name, &kind)) return void_element(kind);
+    if (saw_slash) return end_tag(tag_name);
+    if (is_cdata_tag(tag_name)) return cdata_section();
+    if (is_script_tag(tag_name)) return raw_element(parse_script_node);
+    if (is_style_tag(tag_name)) return raw_element(parse_style_node);
+    if (!is_comment_tag(tag_name)) return ordinary_element();
     return comment();
   }
 
@@ -637,15 +637,15 @@ class ContentParser {
   }
 
   // Only an end tag named like the current node closes anything.
-  Outcome end_tag() {
+  Outcome end_tag(const std::string& name) {
     root_check_.report(root_ != nullptr);
-    return tag_name_ == tag_name(*root_) ? close_root() : stray_end_tag();
+    return name == tag_name(*root_) ? close_root() : stray_end_tag(name);
   }
 
-  Outcome stray_end_tag() {
+  Outcome stray_end_tag(const std::string& name) {
     NodeOwner node(new _qo_html);
     node->closed = true;
-    node->tag = tag_name_;
+    node->tag = name;
     append(std::move(node));
     return Outcome::go_on;
   }
@@ -763,7 +763,6 @@ class ContentParser {
   std::size_t position_ = 0;
 
   // The tag at hand.
-  std::string tag_name_;
   std::size_t name_start_ = 0;
   std::size_t name_length_ = 0;
   bool has_attributes_ = false;
