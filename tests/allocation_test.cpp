@@ -30,36 +30,22 @@ void* allocate(std::size_t size) {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-  return allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
 // Long enough for no small-string buffer.
 const char long_text[] = "a text that is longer than any buffer for small strings";
 const std::string long_name = "a_name_that_is_longer_than_any_buffer_for_small_strings";
-const std::string page_html = "<p class='" + std::string(long_text) + "' hidden>" + long_text +
-                              "<" + long_name + "></" + long_name + "><!--" + long_text +
-                              "--></p><ul><li>1</li><li>2</li></ul>";
+const std::string page_html = "<p class='" + std::string(long_text) + "' hidden>" + long_text + "<" + long_name +
+                              "></" + long_name + "><!--" + long_text + "--></p><ul><li>1</li><li>2</li></ul>";
 const std::string every_kind = page_html + "<script>" + long_text + "</script><style>" + long_text +
-                               "</style><![CDATA[" + long_text + "]]><br " + long_name + "/></" +
-                               long_name + ">";
+                               "</style><![CDATA[" + long_text + "]]><br " + long_name + "/></" + long_name + ">";
 
 struct Setting {
   Owned page = parse(page_html);
@@ -84,8 +70,7 @@ struct Setting {
 struct Operation {
   const char* name;
   std::function<void(Setting&)> run;
-  const char* line =
-      "";  // on standard error or output, when an allocation fails and the operation takes it
+  const char* line = "";  // on standard error or output, when an allocation fails and the operation takes it
 };
 
 const char parse_lines[] =
@@ -97,25 +82,17 @@ const Operation operations[] = {
     {"document", [](Setting&) { Owned(qo_html_document_new(long_text)); }},
     {"element", [](Setting&) { Owned(qo_html_element_new(long_text)); }},
     {"text node", [](Setting&) { Owned(qo_html_text_node_new(long_text)); }},
-    {"add_child",
-     [](Setting& s) { s.p->add_child(s.node.get()) ? s.p = s.node.release()->parent : nullptr; }},
+    {"add_child", [](Setting& s) { s.p->add_child(s.node.get()) ? s.p = s.node.release()->parent : nullptr; }},
     {"insert_after",
-     [](Setting& s) {
-       s.page->insert_after(s.node.get(), s.ul->children[0]) ? s.node.release() : nullptr;
-     }},
-    {"insert_before",
-     [](Setting& s) { s.page->insert_before(s.node.get(), s.ul) ? s.node.release() : nullptr; }},
+     [](Setting& s) { s.page->insert_after(s.node.get(), s.ul->children[0]) ? s.node.release() : nullptr; }},
+    {"insert_before", [](Setting& s) { s.page->insert_before(s.node.get(), s.ul) ? s.node.release() : nullptr; }},
     {"replace_with",
-     [](Setting& s) {
-       s.page->replace_with(s.ul->children[1], s.node.get()) ? s.node.release() : nullptr;
-     }},
+     [](Setting& s) { s.page->replace_with(s.ul->children[1], s.node.get()) ? s.node.release() : nullptr; }},
     {"set_text", [](Setting& s) { s.p->set_text(long_text); }},
     {"set_text of a leaf", [](Setting& s) { s.node->set_text(long_text); }},
     {"addAttribute", [](Setting& s) { s.p->addAttribute(long_name, long_text); }},
-    {"addAttribute class",
-     [](Setting& s) { s.node->addAttribute("class", std::string("x y ") + long_name); }},
-    {"set_attribute",
-     [](Setting& s) { s.p->set_attribute("class", std::string("x") + long_text); }},
+    {"addAttribute class", [](Setting& s) { s.node->addAttribute("class", std::string("x y ") + long_name); }},
+    {"set_attribute", [](Setting& s) { s.p->set_attribute("class", std::string("x") + long_text); }},
     {"bare attribute", [](Setting& s) { s.p->set_attribute(long_name); }},
     {"add_class", [](Setting& s) { s.p->add_class(long_name); }},
     {"add_class to none", [](Setting& s) { s.node->add_class(long_name); }},
@@ -124,20 +101,16 @@ const Operation operations[] = {
     {"use_one", [](Setting& s) { s.query.use_one(5); }},
     {"innerHTML", [](Setting& s) { s.result = s.page->innerHTML(); }},
     {"textContent", [](Setting& s) { s.result = s.page->textContent(); }},
-    {"outerHTML", [](Setting& s) { s.result = s.page->outerHTML(); },
-     "fuck bad alloc outer HTML: documentRoot\n"},
-    {"outerHTML of a text", [](Setting& s) { s.result = s.p->children[0]->outerHTML(); },
-     "bad alloc textContent: \n"},
+    {"outerHTML", [](Setting& s) { s.result = s.page->outerHTML(); }, "fuck bad alloc outer HTML: documentRoot\n"},
+    {"outerHTML of a text", [](Setting& s) { s.result = s.p->children[0]->outerHTML(); }, "bad alloc textContent: \n"},
     {"textContent of a text", [](Setting& s) { s.result = s.p->children[0]->textContent(); },
      "bad alloc textContent: \n"},
-    {"formatAttribute", [](Setting& s) { s.result = s.p->formatAttribute(); },
-     "bad alloc formatAttribute\n"},
+    {"formatAttribute", [](Setting& s) { s.result = s.p->formatAttribute(); }, "bad alloc formatAttribute\n"},
 };
 
 // Runs the operation with its n-th allocation failing; false when it had fewer. `lines` is what it
 // wrote.
-bool run_with_failure(const Operation& operation, Setting& setting, long n, bool& thrown,
-                      std::string& written) {
+bool run_with_failure(const Operation& operation, Setting& setting, long n, bool& thrown, std::string& written) {
   const Lines lines;
   thrown = false;
   allocations_left = n;
@@ -186,8 +159,7 @@ TEST(Allocation, FailureInTheParserGivesFalseAndItsLine) {
       bool parsed = false;
       const Operation operation = {"parse", [&](Setting& s) {
                                      parsed = in_set_html ? s.p->set_html(every_kind)
-                                                          : parseHtml(out, every_kind, long_text,
-                                                                      false, false);
+                                                          : parseHtml(out, every_kind, long_text, false, false);
                                    }};
       bool thrown;
       std::string written;
@@ -198,12 +170,10 @@ TEST(Allocation, FailureInTheParserGivesFalseAndItsLine) {
         break;
       }
       // Where a name or an attribute is cut short, the parser says so and goes on.
-      const bool goes_on = written == "exception in getElementTagName\n" ||
-                           written == "exception in parse attribute\n";
+      const bool goes_on = written == "exception in getElementTagName\n" || written == "exception in parse attribute\n";
       if (goes_on) continue;
       EXPECT_FALSE(parsed) << n << written;
-      EXPECT_NE(std::string(parse_lines).find("|" + written + "|"), std::string::npos)
-          << n << written;
+      EXPECT_NE(std::string(parse_lines).find("|" + written + "|"), std::string::npos) << n << written;
       EXPECT_EQ(thrown, written.empty()) << n;
       EXPECT_EQ(setting.state(), before) << n;
     }
@@ -212,8 +182,7 @@ TEST(Allocation, FailureInTheParserGivesFalseAndItsLine) {
 
 TEST(Allocation, ParsingCopiesATextOnlyToItsNode) {
   const std::size_t size = 1000000;
-  for (const char* frame :
-       {"%", "<b>%</b>", "<!--%-->", "<script>%</script>", "<![CDATA[%]]>", "<b c=\"%\">"}) {
+  for (const char* frame : {"%", "<b>%</b>", "<!--%-->", "<script>%</script>", "<![CDATA[%]]>", "<b c=\"%\">"}) {
     std::string html = frame;
     html.replace(html.find('%'), 1, std::string(size, 'x'));
     const std::size_t before = bytes_allocated;
@@ -225,8 +194,8 @@ TEST(Allocation, ParsingCopiesATextOnlyToItsNode) {
 }
 
 TEST(Allocation, FailureInFormValuesKeepsWhatWasStored) {
-  const std::string form = "<i name='a' value='1'></i><i name='b[]' value='" +
-                           std::string(long_text) + "'></i><i name='c[k]' value='3'></i>";
+  const std::string form = "<i name='a' value='1'></i><i name='b[]' value='" + std::string(long_text) +
+                           "'></i><i name='c[k]' value='3'></i>";
   for (long n = 0;; ++n) {
     ASSERT_LT(n, 1000);
     Setting setting;

@@ -80,15 +80,11 @@ TEST(Form, CollectsControls) {
       {"<input name='a' value='1'/><input name='a' value='2'/>", R"({"a":"2"})"},
       {"<input value='1'/><input name value='2'/><input name='' value='3'/>", "{}"},
       {"<input name='a' value='1' disabled='false'/>", "{}"},
-      {"<a name='x'></a><button name='y' type='submit' value='go'></button>",
-       R"({"x":"","y":"go"})"},
-      {"<textarea name='t'>content</textarea><textarea name='u' value='v'></textarea>",
-       R"({"t":"","u":"v"})"},
+      {"<a name='x'></a><button name='y' type='submit' value='go'></button>", R"({"x":"","y":"go"})"},
+      {"<textarea name='t'>content</textarea><textarea name='u' value='v'></textarea>", R"({"t":"","u":"v"})"},
       // check boxes and radio buttons
-      {"<input type='checkbox' name='a'/><input type='checkbox' name='b' checked/>",
-       R"({"b":"1"})"},
-      {"<input type='radio' name='r' value='x' checked/><input type='radio' name='r' value='y'/>",
-       R"({"r":"x"})"},
+      {"<input type='checkbox' name='a'/><input type='checkbox' name='b' checked/>", R"({"b":"1"})"},
+      {"<input type='radio' name='r' value='x' checked/><input type='radio' name='r' value='y'/>", R"({"r":"x"})"},
       {"<input type='radio' name='r' value='x' checked/><input type='radio' name='r' value='y' "
        "checked/>",
        R"({"r":"y"})"},
@@ -98,22 +94,17 @@ TEST(Form, CollectsControls) {
       {"<i name='t[]' value='a b'></i><i name='t[]' value='&lt;'></i>", R"({"t":["a b","&lt;"]})"},
       {"<i name='a[x]' value='1'></i><i name='a[y]' value='2'></i><i name='a[x]' value='3'></i>",
        R"({"a":{"x":"3","y":"2"}})"},
-      {"<i name='a[b][c]' value='1'></i><i name='x[y' value='2'></i>",
-       R"({"a":{"b":"1"},"x[y":"2"})"},
+      {"<i name='a[b][c]' value='1'></i><i name='x[y' value='2'></i>", R"({"a":{"b":"1"},"x[y":"2"})"},
       {"<i name='a]b[c]d' value='1'></i><i name='[z]' value='2'></i><i name='[]' value='3'></i>",
        R"({"a]b":{"c":"1"}})"},
       {"<i name='a[]' value='1'></i><i name='a' value='2'></i>", R"({"a":"2"})"},
       // selects
-      {"<select name='s'><option value='1'></option><option value='2' selected></option></select>",
-       R"({"s":"1"})"},
-      {"<select name='s' value='v'></select><select name='t'><option>x</option></select>",
-       R"({"s":"","t":""})"},
+      {"<select name='s'><option value='1'></option><option value='2' selected></option></select>", R"({"s":"1"})"},
+      {"<select name='s' value='v'></select><select name='t'><option>x</option></select>", R"({"s":"","t":""})"},
       {"<select name='s' type='x' value='v'><option value='1'></option></select>", R"({"s":"v"})"},
-      {"<select name='s' type><optgroup><option value='1'></option></optgroup></select>",
-       R"({"s":"1"})"},
+      {"<select name='s' type><optgroup><option value='1'></option></optgroup></select>", R"({"s":"1"})"},
       {"<SELECT name='s'><option value='1'></option></SELECT>", R"({"s":""})"},
-      {"<select name='s'></select><option value='1'></option><select name='t'></select>",
-       R"({"s":"","t":""})"},
+      {"<select name='s'></select><option value='1'></option><select name='t'></select>", R"({"s":"","t":""})"},
       {"<select name='s'><select name='t'></select><option value='1'></option><select name='u'>"
        "<option value='2'></option></select></select>",
        R"({"s":"1","t":"","u":"2"})"},
@@ -145,8 +136,8 @@ TEST(Form, AddsToAnObject) {
 
 TEST(Form, MixedUseOfANameReachesTheCaller) {
   for (const char* second : {"a[]", "a[k]"}) {
-    const Owned document = parse(std::string("<i name='a' value='1'></i><i name='") + second +
-                                 "'></i><i name='z'></i>");
+    const Owned document =
+        parse(std::string("<i name='a' value='1'></i><i name='") + second + "'></i><i name='z'></i>");
     Json::Value result;
     EXPECT_THROW(document->get_form_values(result), Json::LogicError);
     EXPECT_EQ(compact(result), R"({"a":"1"})");

@@ -23,8 +23,7 @@ std::vector<std::string> cells(const std::string& row) {
   if (row.rfind("| `", 0) != 0) return out;
   for (std::size_t start = 2, end; (end = row.find(" |", start)) != row.npos; start = end + 3) {
     std::string cell = row.substr(start, end - start);
-    if (cell.size() > 1 && cell.front() == '`' && cell.back() == '`')
-      cell = cell.substr(1, cell.size() - 2);
+    if (cell.size() > 1 && cell.front() == '`' && cell.back() == '`') cell = cell.substr(1, cell.size() - 2);
     out.push_back(cell);
   }
   return out;
@@ -72,8 +71,7 @@ TEST(TagName, IsCutOutAsWritten) {
       {"\tp>", 0, "", '1', false, "unable to get element tag name: \tp>\n"},
       {"div", 3, "", '-', false, "unable to get element tag name: div\n"},
       {"", 0, "", '-', false, "unable to get element tag name: \n"},
-      {" 12345678901234567890123", 24, "", '-', false,
-       "unable to get element tag name: 12345678901234567890\n"},
+      {" 12345678901234567890123", 24, "", '-', false, "unable to get element tag name: 12345678901234567890\n"},
   };
   for (const auto& test : cases) {
     for (const bool before : {false, true}) {
@@ -81,11 +79,9 @@ TEST(TagName, IsCutOutAsWritten) {
       std::size_t position = 1, start = 99, length = 99;
       bool has_attributes = before, slash = !test.slash;
       const Lines lines;
-      EXPECT_EQ(getElementTagName(html, position, start, length, has_attributes, slash), test.name)
-          << html;
+      EXPECT_EQ(getElementTagName(html, position, start, length, has_attributes, slash), test.name) << html;
       EXPECT_EQ(position, test.position + 1) << html;
-      EXPECT_EQ(has_attributes, test.has_attributes == '-' ? before : test.has_attributes == '1')
-          << html;
+      EXPECT_EQ(has_attributes, test.has_attributes == '-' ? before : test.has_attributes == '1') << html;
       EXPECT_EQ(slash, test.slash) << html;
       EXPECT_EQ(html.substr(start, length), test.name) << html;
       EXPECT_EQ(lines.out(), test.line) << html;
@@ -191,9 +187,7 @@ TEST(Parser, RawReadersStopBehindTheEndMarker) {
   EXPECT_EQ(position, html.size());
 }
 
-TEST(Parser, DropsCommentsOnRequest) {
-  EXPECT_EQ(dump(parse("a<!-- b -->c<p><!----></p>", true).get()), "'a' 'c' p");
-}
+TEST(Parser, DropsCommentsOnRequest) { EXPECT_EQ(dump(parse("a<!-- b -->c<p><!----></p>", true).get()), "'a' 'c' p"); }
 
 TEST(Parser, ReportsEveryCheckToTheHost) {
   test_host().record();
@@ -222,10 +216,9 @@ TEST(Parser, ReportsEveryCheckToTheHost) {
                 name +
                 "_parser: root != nullptr: root must not be null\n"  // </x>
                 "+\n" +
-                child +         //
-                name + "+\n" +  // CDATA
-                "_parser: !has_attributes: CDATA section must not have attributes\n" + "+\n" +
-                child + child +                       //
+                child +                                                                                         //
+                name + "+\n" +                                                                                  // CDATA
+                "_parser: !has_attributes: CDATA section must not have attributes\n" + "+\n" + child + child +  //
                 name + "+\n+\n" + child + "-\n-\n" +  // the dropped comment
                 name + "+\n" + open + child +         // <i j/>
                 "_parser: root->closed==false: Next root must not be closed\n"
@@ -236,8 +229,7 @@ TEST(Parser, ReportsEveryCheckToTheHost) {
   test_host().record();
   const Lines lines;
   parse("<");
-  EXPECT_EQ(test_host().take()[1],
-            "FAILED src/qo_html/qo_html_parser: tagName.length(): tagName find fail");
+  EXPECT_EQ(test_host().take()[1], "FAILED src/qo_html/qo_html_parser: tagName.length(): tagName find fail");
 }
 
 TEST(Parser, ReportsTheSameToAHostThatTakesTheArgumentsApart) {

@@ -45,12 +45,8 @@ TEST(Search, TestsEveryNodeInDocumentOrder) {
        "'one' 'two' 'p' 'q' 'c' 'b'"},
       {[](_qo_html* n, Nodes& out) { n->getElementsByTagName("*", out, nullptr); },
        "documentRoot d1 u1 l1 l2 u2 l3 a1 a2 a3 l4 !-- i1 i2 i3 s1 p1 b1"},
-      {[](_qo_html* n, Nodes& out) { n->children[0]->getElementsByTagName("div", out, nullptr); },
-       "d1"},
-      {[](_qo_html* n, Nodes& out) {
-         n->getElementsByTagName("li", out, n->children[0]->children[0]);
-       },
-       "l1 l2"},
+      {[](_qo_html* n, Nodes& out) { n->children[0]->getElementsByTagName("div", out, nullptr); }, "d1"},
+      {[](_qo_html* n, Nodes& out) { n->getElementsByTagName("li", out, n->children[0]->children[0]); }, "l1 l2"},
       {[](_qo_html* n, Nodes& out) { n->getElementsByTagName("*", out, n); }, "d1 i1 i2 i3 s1 p1"},
       {[](_qo_html* n, Nodes& out) { n->getElementsByTagName("", out, nullptr); }, ""},
       {[](_qo_html* n, Nodes& out) { n->getElementsById("main", out, nullptr); }, "d1 b1"},
@@ -58,10 +54,8 @@ TEST(Search, TestsEveryNodeInDocumentOrder) {
       {[](_qo_html* n, Nodes& out) { n->getElementsByClassName("x", out, nullptr); }, "d1 l1 l3"},
       {[](_qo_html* n, Nodes& out) { n->getElementsByClassName("x y", out, nullptr); }, ""},
       {[](_qo_html* n, Nodes& out) { n->getElementsByClassName("X", out, nullptr); }, ""},
-      {[](_qo_html* n, Nodes& out) { n->getElementsByAttr("name", out, nullptr, "?", false); },
-       "u1 i1 i2"},
-      {[](_qo_html* n, Nodes& out) { n->getElementsByAttr("type", out, nullptr, "text", true); },
-       "i1"},
+      {[](_qo_html* n, Nodes& out) { n->getElementsByAttr("name", out, nullptr, "?", false); }, "u1 i1 i2"},
+      {[](_qo_html* n, Nodes& out) { n->getElementsByAttr("type", out, nullptr, "text", true); }, "i1"},
       {[](_qo_html* n, Nodes& out) { n->getElementsByAttr("type", out, nullptr, "", true); }, "i2"},
       {[](_qo_html* n, Nodes& out) {
          n->getElementsById("main", out, n);
@@ -79,8 +73,7 @@ TEST(Search, TestsEveryNodeInDocumentOrder) {
 TEST(Selector, EveryStringGivesAChain) {
   struct {
     const char* selector;
-    const char*
-        chain;  // kind:token, kinds as in the table of sigils; "_" and ">" for the combinators
+    const char* chain;  // kind:token, kinds as in the table of sigils; "_" and ">" for the combinators
   } const cases[] = {
       {"", ""},
       {"div", "T:div"},

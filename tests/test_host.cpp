@@ -17,12 +17,10 @@ void qo_object_ref_decrement(std::string tag) {
   if (test_host().recording) test_host().events.push_back(tag == "[qo_html]" ? "-" : "- " + tag);
 }
 
-void qo_assertion_faild(bool condition, std::string text, std::string message, std::string file,
-                        int line) {
+void qo_assertion_faild(bool condition, std::string text, std::string message, std::string file, int line) {
   if (test_host().recording) {
     EXPECT_GT(line, 0);
-    test_host().events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " +
-                                 message);
+    test_host().events.push_back((condition ? "" : "FAILED ") + file + ": " + text + ": " + message);
   }
   if (test_host().thieving) {
     static thread_local std::string stolen;
@@ -80,8 +78,7 @@ std::string label(const _qo_html* node) {
 
 std::string dump(const _qo_html* top) {
   std::string children;
-  for (const _qo_html* child : top->children)
-    children += (children.empty() ? "" : " ") + dump(child);
+  for (const _qo_html* child : top->children) children += (children.empty() ? "" : " ") + dump(child);
   const std::string open = top->closed ? "" : "?";
   if (top->isRoot) return children + open;
   return label(top) + (children.empty() ? "" : "{" + children + "}") + open;
@@ -92,14 +89,11 @@ std::string broken_links(const _qo_html* top) {
   for (const _qo_html* child : top->children) {
     if (child->parent != top) return "parent of " + label(child);
     if (child->prevSibling != previous) return "prevSibling of " + label(child);
-    if (previous != nullptr && previous->nextSibling != child)
-      return "nextSibling of " + label(previous);
+    if (previous != nullptr && previous->nextSibling != child) return "nextSibling of " + label(previous);
     if (const std::string below = broken_links(child); !below.empty()) return below;
     previous = child;
   }
-  return previous == nullptr || previous->nextSibling == nullptr
-             ? ""
-             : "nextSibling of " + label(previous);
+  return previous == nullptr || previous->nextSibling == nullptr ? "" : "nextSibling of " + label(previous);
 }
 
 namespace {

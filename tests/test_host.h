@@ -16,9 +16,8 @@
 struct TestHost {
   long live = 0;
   bool recording = false;
-  bool thieving = false;  // moves the arguments of checks away, and scribbles on what is left
-  std::vector<std::string>
-      events;  // "+", "-" and "file: text: message", failed checks with "FAILED " in front
+  bool thieving = false;            // moves the arguments of checks away, and scribbles on what is left
+  std::vector<std::string> events;  // "+", "-" and "file: text: message", failed checks with "FAILED " in front
 
   // Starts afresh and records until the result is taken.
   void record() {
@@ -36,8 +35,7 @@ TestHost& test_host();  // of this thread
 // Catches the diagnostic lines of its lifetime.
 class Lines {
  public:
-  Lines()
-      : former_out_(std::cout.rdbuf(out_.rdbuf())), former_err_(std::cerr.rdbuf(err_.rdbuf())) {}
+  Lines() : former_out_(std::cout.rdbuf(out_.rdbuf())), former_err_(std::cerr.rdbuf(err_.rdbuf())) {}
   ~Lines() {
     std::cout.rdbuf(former_out_);
     std::cerr.rdbuf(former_err_);

@@ -8,15 +8,9 @@
 static long live = 0;
 static long checks = 0;
 
-void qo_object_ref_increment(std::string) {
-  ++live;
-}
-void qo_object_ref_decrement(std::string) {
-  --live;
-}
-void qo_assertion_faild(bool, std::string, std::string, std::string, int) {
-  ++checks;
-}
+void qo_object_ref_increment(std::string) { ++live; }
+void qo_object_ref_decrement(std::string) { --live; }
+void qo_assertion_faild(bool, std::string, std::string, std::string, int) { ++checks; }
 
 int main() {
   _qo_html* const p = qo_html_element_new("p");

@@ -11,8 +11,7 @@ int main(int argc, char** argv) {
     std::cerr << (reason != nullptr ? reason : "usage: dlopen_host LIBRARY") << std::endl;
     return 1;
   }
-  const char* const mangled =
-      "_Z9parseHtmlRP8_qo_htmlNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES7_bb";
+  const char* const mangled = "_Z9parseHtmlRP8_qo_htmlNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES7_bb";
   const auto parse = reinterpret_cast<decltype(&parseHtml)>(dlsym(library, mangled));
   _qo_html* document = nullptr;
   if (parse == nullptr || !parse(document, "<p>one</p>two", "", false, false)) return 1;

@@ -6,9 +6,7 @@
 
 int main() {
   _qo_html* document = nullptr;
-  if (!parseHtml(document, "<form><a>x</a><input name=\"n\" value=\"v\"/></form>", "", false,
-                 false))
-    return 1;
+  if (!parseHtml(document, "<form><a>x</a><input name=\"n\" value=\"v\"/></form>", "", false, false)) return 1;
   _qo_html* const link = qo_html_query(document).find("form > a").get(0);
   link->set_attribute("href", "/");
   std::cout << link->outerHTML() << ' ';
