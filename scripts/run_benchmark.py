@@ -2,7 +2,7 @@
 """Runs the benchmark of build/bench, with the default and with a warm heap, and writes docs/performance.md and
 docs/performance.svg.
 
-usage: run_benchmark.py [REPETITIONS]   (default: 9)
+usage: run_benchmark.py [REPETITIONS]   (default: 5)
 """
 
 import json
@@ -117,7 +117,7 @@ def commit():
 def main():
     if len(sys.argv) > 2:
         sys.exit(__doc__)
-    repetitions = int(sys.argv[1]) if len(sys.argv) == 2 else 9
+    repetitions = int(sys.argv[1]) if len(sys.argv) == 2 else 5
     rows, context = measure(repetitions)
     warm, _ = measure(repetitions, "--warm-heap")
     (DOCS / "performance.svg").write_text(chart(rows))
