@@ -35,7 +35,7 @@ fuzz:
 	cmake --build build/fuzz -j $(JOBS)
 	scripts/fuzz.sh $(FUZZ_SECONDS)
 
-# Measures for some ten minutes, best on an idle machine, and writes docs/performance.md.
+# Measures for some five minutes, best on an idle machine, and writes docs/performance.md.
 bench:
 	scripts/install_packages.sh bench
 	$(MAKE) build/bench/configured

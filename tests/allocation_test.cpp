@@ -60,6 +60,11 @@ struct Setting {
     for (_qo_html* parent : {page.get(), p, ul}) parent->children.shrink_to_fit();
   }
 
+  // The tree owns what it has accepted.
+  void placed(bool accepted) {
+    if (accepted) static_cast<void>(node.release());
+  }
+
   std::string state() {
     std::string out = dump(page.get()) + " " + dump(node.get()) + " " + broken_links(page.get());
     for (const std::string& token : p->classes) out += "," + token;
@@ -82,12 +87,10 @@ const Operation operations[] = {
     {"document", [](Setting&) { Owned(qo_html_document_new(long_text)); }},
     {"element", [](Setting&) { Owned(qo_html_element_new(long_text)); }},
     {"text node", [](Setting&) { Owned(qo_html_text_node_new(long_text)); }},
-    {"add_child", [](Setting& s) { s.p->add_child(s.node.get()) ? s.p = s.node.release()->parent : nullptr; }},
-    {"insert_after",
-     [](Setting& s) { s.page->insert_after(s.node.get(), s.ul->children[0]) ? s.node.release() : nullptr; }},
-    {"insert_before", [](Setting& s) { s.page->insert_before(s.node.get(), s.ul) ? s.node.release() : nullptr; }},
-    {"replace_with",
-     [](Setting& s) { s.page->replace_with(s.ul->children[1], s.node.get()) ? s.node.release() : nullptr; }},
+    {"add_child", [](Setting& s) { s.placed(s.p->add_child(s.node.get())); }},
+    {"insert_after", [](Setting& s) { s.placed(s.page->insert_after(s.node.get(), s.ul->children[0])); }},
+    {"insert_before", [](Setting& s) { s.placed(s.page->insert_before(s.node.get(), s.ul)); }},
+    {"replace_with", [](Setting& s) { s.placed(s.page->replace_with(s.ul->children[1], s.node.get())); }},
     {"set_text", [](Setting& s) { s.p->set_text(long_text); }},
     {"set_text of a leaf", [](Setting& s) { s.node->set_text(long_text); }},
     {"addAttribute", [](Setting& s) { s.p->addAttribute(long_name, long_text); }},

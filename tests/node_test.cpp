@@ -163,7 +163,7 @@ TEST(Editing, FindsAReferenceThatOnlyTheChildVectorsKnow) {
   _qo_html* const node = qo_html_element_new("n");
   EXPECT_TRUE(family.p->insert_before(node, family.d));
   EXPECT_EQ(dump(family.p.get()), "p{a b{n d} c}");
-  // A parent pointer alone does not make a place: `elsewhere` does not list d's new name-giver.
+  // A parent pointer alone does not make a place.
   const Owned stray(qo_html_element_new("s"));
   stray->parent = family.p.get();
   const Owned other(qo_html_element_new("o"));

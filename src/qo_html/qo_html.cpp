@@ -11,6 +11,7 @@
 
 #include <json/json.h>
 
+#include <qo_html/qo_html_ascii.h>
 #include <qo_html/qo_html_host.h>
 #include <qo_html/qo_html_node.h>
 #include <qo_html/qo_html_parser.h>
@@ -418,10 +419,8 @@ Member split_member_name(std::string_view name) {
           std::string(key)};
 }
 
-// Letters are those of the default locale, whatever locale the host has set.
 bool is_safe_byte(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ',' ||
-         c == '-' || c == '.' || c == '@' || c == '_';
+  return is_letter_or_digit(c) || c == ',' || c == '-' || c == '.' || c == '@' || c == '_';
 }
 
 std::string plain_value(std::string value) {

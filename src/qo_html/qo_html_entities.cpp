@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include <qo_html/qo_html.h>
+#include <qo_html/qo_html_ascii.h>
 
 namespace {
 
@@ -63,15 +64,11 @@ const Entity* find_entity(std::string_view name) {
 
 // --- Decoding ---
 
-bool is_name_byte(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
 // Where the name of a reference that begins at `name` ends; not further than a name of the table
 // can reach.
 const char* name_end(const char* name, const char* end) {
   if (static_cast<std::size_t>(end - name) > longest_name) end = name + longest_name;
-  while (name != end && is_name_byte(*name)) ++name;
+  while (name != end && is_letter_or_digit(*name)) ++name;
   return name;
 }
 

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include <qo_html/qo_html_ascii.h>
 #include <qo_html/qo_html_node.h>
 
 namespace {
@@ -23,19 +24,16 @@ enum CharClass : std::uint8_t {
   in_tag_name = 1 << 2         // goes on with a tag name, once that has begun
 };
 
-constexpr bool is_letter_or_digit(int c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
 constexpr auto make_char_classes() {
   std::array<std::uint8_t, 256> classes{};
-  for (int c = 0; c < 256; ++c) {
+  for (std::size_t i = 0; i < classes.size(); ++i) {
+    const char c = static_cast<char>(i);
     const bool ends_name = c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '/' || c == '>';
     std::uint8_t bits = 0;
     if (is_letter_or_digit(c) || c == ':' || c == '_') bits |= in_element_name;
     if (!ends_name && c != '=') bits |= in_attribute_name;
     if (!ends_name && c != '-' && c != '[') bits |= in_tag_name;
-    classes[static_cast<std::size_t>(c)] = bits;
+    classes[i] = bits;
   }
   return classes;
 }
@@ -46,19 +44,13 @@ bool is(char c, CharClass char_class) {
   return (char_classes[static_cast<unsigned char>(c)] & char_class) != 0;
 }
 
-// The default locale's lower case, whatever locale the host has set.
-constexpr char to_lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
 // --- Tag names ---
 
 struct TagName {
   std::size_t position;    // where scanning goes on
   std::size_t start;       // of the name
-  std::size_t length = 0;  // of the name
+  std::size_t length = 0;  // of the name; 0 when there is none
   bool ended = false;      // by a byte that ends names, not by the end of the text
-  bool is_empty = true;    // nothing stood in front of that byte
   bool attributes_follow = false;
   bool saw_slash = false;
 };
@@ -76,11 +68,9 @@ bool skip_to_name(const std::string& html, std::size_t& position) {
   return slash;
 }
 
-// Ends the name in front of `end`; `at` is the byte that ended it.
-void end_name(TagName& name, std::size_t end, std::size_t at) {
+void end_name(TagName& name, std::size_t end) {
   name.length = end - name.start;
   name.ended = true;
-  name.is_empty = at == name.start;
 }
 
 TagName scan_tag_name(const std::string& html, std::size_t start) {
@@ -101,15 +91,15 @@ TagName scan_tag_name(const std::string& html, std::size_t start) {
       case '-':
       case '[':  // the third belongs to the name: "!--" and "![CDATA["
         if (++markers < 3) break;
-        end_name(name, i + 1, i);
+        end_name(name, i + 1);
         ++i;
         return name;
       case '>':  // the slash of a self-closing tag is the last byte in front of it
-        end_name(name, name.saw_slash && !leading_slash ? i - 1 : i, i);
+        end_name(name, name.saw_slash && !leading_slash ? i - 1 : i);
         ++i;
         return name;
       default:  // white space
-        end_name(name, i, i);
+        end_name(name, i);
         name.attributes_follow = true;
         return name;
     }
@@ -163,7 +153,7 @@ std::string getElementTagName(std::string& html, std::size_t& position, std::siz
     nameLength = name.length;
     sawSlash = name.saw_slash;
     if (name.ended) has_attributes = name.attributes_follow;
-    if (!name.is_empty) return html.substr(nameStart, nameLength);
+    if (nameLength > 0) return html.substr(nameStart, nameLength);
     const std::string_view rest =
         std::string_view(html).substr(std::min(nameStart, html.size()), 20);
     std::cout << "unable to get element tag name: " << rest << std::endl;

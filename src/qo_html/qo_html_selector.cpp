@@ -3,12 +3,9 @@
 #include <cstring>
 #include <utility>
 
-namespace {
+#include <qo_html/qo_html_ascii.h>
 
-// White space of the default locale, whatever locale the host has set.
-bool is_space(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
+namespace {
 
 // Builds the chain, one step behind the other.
 class ChainBuilder {
