@@ -147,6 +147,21 @@ TEST(Attributes, AreLexedByteByByte) {
   }
 }
 
+TEST(Attributes, AreUniqueHoweverMany) {
+  std::string html = "<p";
+  for (int i = 0; i < 300; ++i) html += " n" + std::to_string(i % 100) + "='" + std::to_string(i) + "'";
+  const Owned document = parse(html + " n7 class='a' class='b'>");
+  _qo_html* const p = document->children[0];
+  ASSERT_EQ(p->attributes.size(), 101u);
+  for (std::size_t i = 0; i < 100; ++i) {
+    EXPECT_EQ(p->attributes[i].name, "n" + std::to_string(i));
+    EXPECT_EQ(p->attributes[i].value, i == 7 ? "" : std::to_string(200 + i));
+    EXPECT_EQ(p->attributes[i].hasValue, i == 7 ? 0 : 1);
+  }
+  EXPECT_EQ(p->get_attribute("class"), "b");
+  EXPECT_EQ(p->classes, (std::vector<std::string>{"a", "b"}));
+}
+
 TEST(Parser, RawReadersStopBehindTheEndMarker) {
   using Reader = bool (*)(_qo_html*&, std::string&, std::size_t&);
   struct {
