@@ -1,0 +1,355 @@
+#include <algorithm>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include <qo_html/qo_html_ascii.h>
+
+#include "options.h"
+#include "text.h"
+
+namespace cli {
+
+namespace {
+
+// --- Options that subcommands share ---
+
+void add_common(CLI::App& command, CommonOptions& options) {
+  command.add_option("--color", options.color, "Color results: auto, always or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN");
+  command.add_option("-o,--output", options.output, "Write results to FILE, once all are there")
+      ->type_name("FILE");
+  command.add_flag("--drop-comments", options.drop_comments, "Leave comments out of the page");
+}
+
+void add_selector(CLI::App& command, std::string& selector, bool& strict) {
+  command.add_option("SEL", selector, "Which elements: tag .class #id [name=value] > and blanks")
+      ->type_name("")
+      ->required();
+  command.add_flag("--strict", strict, "Refuse selectors that a hint would be given on");
+}
+
+void add_files(CLI::App& command, std::vector<std::string>& files) {
+  command.add_option("FILE", files, "Pages to read; - or none: standard input")->type_name("");
+}
+
+void add_file(CLI::App& command, std::string& file) {
+  command.add_option("FILE", file, "The page to read; - or none: standard input")->type_name("");
+}
+
+// --- qo select ---
+
+using Show = SelectOptions::Show;
+
+struct ShowFlag {
+  const char* names;
+  const char* help;
+  Show show;
+};
+
+constexpr ShowFlag show_flags[] = {
+    {"-t,--text", "Print the text of each match", Show::text},
+    {"--inner", "Print the content of each match, without its own tags", Show::inner},
+    {"-j,--json", "Print a line of JSON for each match: tag, attrs, text and html", Show::json},
+    {"-c,--count", "Print only the number of matches", Show::count},
+    {"-l,--files-with-matches", "Print only the names of files with a match", Show::names},
+    {"-q,--quiet", "Print nothing; the exit status tells", Show::nothing}};
+
+void add_select(CLI::App& app, SelectOptions& options) {
+  CLI::App& command =
+      *app.add_subcommand("select", "Print the elements that a selector finds, one a line");
+  add_selector(command, options.selector, options.strict);
+  add_files(command, options.files);
+  std::vector<CLI::Option*> shows;
+  for (const ShowFlag& flag : show_flags) {
+    shows.push_back(command.add_flag_callback(
+        flag.names, [&options, flag] { options.show = flag.show; }, flag.help));
+  }
+  shows.push_back(command
+                      .add_option_function<std::vector<std::string>>(
+                          "-a,--attribute",
+                          [&options](const std::vector<std::string>& names) {
+                            options.show = Show::attributes;
+                            options.attributes = names;
+                          },
+                          "Print the values of attributes, with tabs between them; may be repeated")
+                      ->type_name("NAME[,NAME]")
+                      ->delimiter(',')
+                      ->allow_extra_args(false));
+  for (CLI::Option* show : shows) show->group("What to print, if not the whole element");
+  command.add_flag("-1,--first", options.first_only, "Stop a file at its first match");
+  command.add_flag("-0,--null", options.end_with_nul, "End each result with a zero byte");
+  CLI::Option* with_name =
+      command.add_flag("-H,--with-filename", "Print the file's name with each");
+  CLI::Option* no_name = command.add_flag("--no-filename", "Never print it");
+  command.final_callback([&options, shows, with_name, no_name] {
+    const auto is_given = [](const CLI::Option* show) { return !show->empty(); };
+    if (std::count_if(shows.begin(), shows.end(), is_given) > 1) {
+      throw Failure("select: only one of -t, --inner, -a, -j, -c, -l and -q can be given");
+    }
+    options.with_name = no_name->empty() && (!with_name->empty() || options.files.size() > 1);
+  });
+  add_common(command, options);
+}
+
+// --- qo form ---
+
+bool names_a_file(const std::string& argument) {
+  return argument == "-" || argument.find('/') != std::string::npos ||
+         CLI::ExistingFile(argument).empty();
+}
+
+void add_form(CLI::App& app, FormOptions& options) {
+  CLI::App& command = *app.add_subcommand("form", "Print the values of a form's controls as JSON");
+  CLI::Option* selector =
+      command.add_option("SEL", options.selector, "Which forms, if not all of the page")
+          ->type_name("");
+  CLI::Option* file =
+      command.add_option("FILE", options.file, "The page to read; - or none: standard input")
+          ->type_name("");
+  command.add_flag("--strict", options.strict, "Refuse selectors that a hint would be given on");
+  command.add_flag("--all", options.all, "Print an array with all forms, not the first form");
+  command.add_flag("--compact", options.compact, "Print on one line");
+  command.final_callback([&options, selector, file] {
+    // A lone argument that can only be a file is one.
+    if (!selector->empty() && file->empty() && names_a_file(options.selector)) {
+      options.file = std::exchange(options.selector, "form");
+    }
+  });
+  add_common(command, options);
+}
+
+// --- qo edit ---
+
+using Kind = EditOperation::Kind;
+
+struct OperationOption {
+  const char* name;
+  const char* type;
+  const char* help;
+  Kind kind;
+};
+
+constexpr OperationOption operation_options[] = {
+    {"--attr", "NAME=VALUE", "Set an attribute", Kind::set_attribute},
+    {"--bare-attr", "NAME", "Set an attribute without a value", Kind::set_bare_attribute},
+    {"--del-attr", "NAME", "Remove an attribute", Kind::delete_attribute},
+    {"--add-class", "CLASS", "Add a class", Kind::add_class},
+    {"--del-class", "CLASS", "Remove a class", Kind::delete_class},
+    {"--text", "TEXT", "Replace the content by text", Kind::set_text},
+    {"--html", "HTML", "Replace the content by markup", Kind::set_html},
+    {"--replace", "HTML", "Replace the element itself", Kind::replace},
+    {"--before", "HTML", "Insert markup in front of the element", Kind::insert_before},
+    {"--after", "HTML", "Insert markup behind the element", Kind::insert_after}};
+
+bool has_any(const std::string& text, std::string_view characters) {
+  return text.find_first_of(characters) != std::string::npos;
+}
+
+EditOperation read_operation(const OperationOption& option, const std::string& value) {
+  EditOperation operation{option.kind, std::string(), value};
+  switch (option.kind) {
+    case Kind::set_attribute: {
+      const std::size_t equals = value.find('=');
+      if (equals == std::string::npos) {
+        throw Failure("--attr: \"" + value + "\" has no \"=\"; --bare-attr sets a name alone");
+      }
+      operation.name = value.substr(0, equals);
+      operation.value = value.substr(equals + 1);
+      break;
+    }
+    case Kind::set_bare_attribute:
+    case Kind::delete_attribute:
+      operation.name = value;
+      break;
+    case Kind::add_class:
+    case Kind::delete_class:
+      if (value.empty() || std::any_of(value.begin(), value.end(), is_space)) {
+        throw Failure(std::string(option.name) + ": \"" + value + "\" is not one class");
+      }
+      return operation;
+    default:
+      return operation;
+  }
+  if (operation.name.empty() || has_any(operation.name, " \t\r\n\v\f/>=\"'<")) {
+    throw Failure(std::string(option.name) + ": \"" + operation.name + "\" is no attribute name");
+  }
+  return operation;
+}
+
+// The operations in the order in which they stand on the command line.
+std::vector<EditOperation> read_operations(const CLI::App& command) {
+  std::vector<EditOperation> operations;
+  std::map<const CLI::Option*, std::size_t> used;
+  for (const CLI::Option* given : command.parse_order()) {
+    const std::string name = given->get_name();
+    if (name == "--remove") operations.push_back({Kind::remove, "", ""});
+    for (const OperationOption& option : operation_options) {
+      if (name != option.name) continue;
+      operations.push_back(read_operation(option, given->results()[used[given]++]));
+    }
+  }
+  return operations;
+}
+
+void check_in_place(const EditOptions& options) {
+  if (options.files.empty() || std::count(options.files.begin(), options.files.end(), "-") != 0) {
+    throw Failure("edit: -i needs files to write to");
+  }
+  if (!options.output.empty()) throw Failure("edit: -i and -o exclude each other");
+  if (has_any(options.backup_suffix, "/")) throw Failure("edit: -i: a suffix has no \"/\"");
+}
+
+void add_edit(CLI::App& app, EditOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "edit", "Change the elements that a selector finds, and nothing else of the page");
+  add_selector(command, options.selector, options.strict);
+  add_files(command, options.files);
+  for (const OperationOption& option : operation_options) {
+    command.add_option(option.name, option.help)
+        ->group("Operations, in any number")
+        ->type_name(option.type)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args(false);
+  }
+  command.add_flag("--remove", "Remove the element")->group("Operations, in any number");
+  CLI::Option* in_place = command.add_flag(
+      "-i,--in-place", options.backup_suffix,
+      "Write the pages back; -iSUFFIX keeps each old page under its name + SUFFIX");
+  command.add_flag("-n,--diff", options.show_diff, "Write nothing; show the changes as a diff");
+  command.add_flag("--allow-rewrite", options.allow_rewrite,
+                   "Where a page cannot keep its form, write all of it in the library's form");
+  command.final_callback([&options, &command, in_place] {
+    options.in_place = !in_place->empty();
+    if (options.backup_suffix == "true") options.backup_suffix.clear();  // a flag without a value
+    options.operations = read_operations(command);
+    if (options.operations.empty())
+      throw Failure("edit: nothing to do: give an operation, such as --text");
+    if (options.in_place) check_in_place(options);
+  });
+  add_common(command, options);
+}
+
+// --- The rest ---
+
+void add_check(CLI::App& app, CheckOptions& options) {
+  CLI::App& command =
+      *app.add_subcommand("check", "Tell whether pages parse and come back byte for byte");
+  add_files(command, options.files);
+  add_common(command, options);
+}
+
+void add_tree(CLI::App& app, TreeOptions& options) {
+  CLI::App& command = *app.add_subcommand("tree", "Print an outline of a page's tree");
+  add_file(command, options.file);
+  command.add_flag("-b,--blanks", options.blanks, "Show text that is only white space, too");
+  CLI::Option* html = command.add_flag("--html", options.html,
+                                       "Write a page that shows the tree, beside a browser's");
+  CLI::Option* selector =
+      command.add_option("--select", options.selector, "What to highlight in that page")
+          ->type_name("SEL")
+          ->needs(html);
+  command.add_flag("--strict", options.strict, "Refuse selectors that a hint would be given on")
+      ->needs(selector);
+  add_common(command, options);
+}
+
+void add_decode(CLI::App& app, DecodeOptions& options) {
+  CLI::App& command = *app.add_subcommand("decode", "Replace named character references");
+  add_file(command, options.file);
+  add_common(command, options);
+}
+
+// --- The whole ---
+
+const CLI::App* find_subcommand(const CLI::App& app, const std::string& name) {
+  const std::vector<const CLI::App*> found = app.get_subcommands(
+      [&name](const CLI::App* subcommand) { return subcommand->get_name() == name; });
+  return found.empty() ? nullptr : found.front();
+}
+
+// What CLI11 does not know: "-iSUFFIX", and values that are empty behind a "=".
+std::vector<std::string> rewritten(int argc, char** argv, const CLI::App& app) {
+  std::vector<std::string> arguments;
+  const CLI::App* command = nullptr;
+  bool is_value = false;
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    if (command == nullptr) command = find_subcommand(app, argument);
+    const bool is_edit = command != nullptr && command->get_name() == "edit";
+    if (is_value || argument == "--") {
+      arguments.push_back(argument);
+      if (!is_value) {
+        arguments.insert(arguments.end(), argv + i + 1, argv + argc);
+        break;
+      }
+    } else if (is_edit && argument.size() > 2 && argument.compare(0, 2, "-i") == 0) {
+      arguments.push_back("--in-place=" + argument.substr(2));
+    } else if (argument.size() > 3 && argument.compare(0, 2, "--") == 0 && argument.back() == '=' &&
+               argument.find('=') == argument.size() - 1) {
+      arguments.push_back(argument.substr(0, argument.size() - 1));
+      arguments.emplace_back();
+    } else {
+      arguments.push_back(argument);
+    }
+    const CLI::Option* option =
+        command == nullptr || is_value ? nullptr : command->get_option_no_throw(argument);
+    is_value = option != nullptr && option->get_items_expected_min() > 0;
+  }
+  return arguments;
+}
+
+// CLI11's message, on one line.
+std::string first_line(std::string message) {
+  return message.substr(0, message.find('\n'));
+}
+
+}  // namespace
+
+std::optional<Options> read_command_line(int argc, char** argv) {
+  CLI::App app("Searches, edits and checks HTML pages, and leaves what it does not edit as it is.",
+               "qo");
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "qo " QO_HTML_VERSION);
+
+  SelectOptions select;
+  FormOptions form;
+  EditOptions edit;
+  CheckOptions check;
+  TreeOptions tree;
+  DecodeOptions decode;
+  add_select(app, select);
+  add_form(app, form);
+  add_edit(app, edit);
+  add_check(app, check);
+  add_tree(app, tree);
+  add_decode(app, decode);
+  app.footer("qo SUBCOMMAND --help tells more; so does the manual page qo(1).\n");
+
+  if (argc > 1 && argv[1][0] != '-' && find_subcommand(app, argv[1]) == nullptr) {
+    throw Failure("there is no subcommand \"" + std::string(argv[1]) + "\"; see qo --help");
+  }
+  try {
+    std::vector<std::string> arguments = rewritten(argc, argv, app);
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) throw Failure(first_line(error.what()));
+    app.exit(error);
+    return std::nullopt;
+  }
+  const std::string name = app.get_subcommands().front()->get_name();
+  if (name == "select") return select;
+  if (name == "form") return form;
+  if (name == "edit") return edit;
+  if (name == "check") return check;
+  if (name == "tree") return tree;
+  return decode;
+}
+
+}  // namespace cli

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <optional>
+
+#include "commands.h"
+#include "page.h"
+#include "page_editor.h"
+#include "selectors.h"
+#include "session.h"
+#include "text.h"
+
+namespace cli {
+
+namespace {
+
+// Where in the page as written the kept text first fails to read back as what the edit made of it;
+// nothing when it does read back.
+std::optional<std::size_t> first_failure(const EditedPage& page) {
+  const std::string& expected = page.rewritten.text();
+  try {
+    const std::string back = parse_page({"", page.kept.text()}, false)->outerHTML();
+    if (back == expected) return std::nullopt;
+    const auto first =
+        std::mismatch(expected.begin(), expected.end(), back.begin(), back.end()).first;
+    return page.rewritten.original_offset(static_cast<std::size_t>(first - expected.begin()));
+  } catch (const Failure&) {  // it does not even parse
+    return page.kept.changes().front().old_begin;
+  }
+}
+
+const EditedText& accepted(const EditOptions& options, const Input& input, const EditedPage& page) {
+  const std::optional<std::size_t> failure = first_failure(page);
+  if (!failure) return page.kept;
+  if (options.allow_rewrite) return page.rewritten;
+  throw Failure(input.name + ":" + place_of(input.text, *failure) +
+                ": this edit cannot keep the page as written (--allow-rewrite rewrites it)");
+}
+
+class Editing {
+ public:
+  explicit Editing(const EditOptions& options)
+      : options_(options), edit_(make_edit(options)), session_(options) {}
+
+  int run() {
+    return session_.run(options_.files, [this](Input& input) { return page(input); });
+  }
+
+ private:
+  Found page(const Input& input) {
+    const Document document = parse_page(input, options_.drop_comments);
+    const std::vector<_qo_html*> matches = find_matches(document.get(), options_.selector);
+    if (matches.empty() && !options_.drop_comments) {
+      if (prints_pages()) session_.out().write(input.text);
+      return Found::nothing;
+    }
+    const EditedPage edited =
+        edit_page(input, document.get(), matches, edit_, options_.drop_comments);
+    if (!edited.warning.empty()) complain(edited.warning);
+    write(input, accepted(options_, input, edited));
+    return matches.empty() ? Found::nothing : Found::something;
+  }
+
+  bool prints_pages() const { return !options_.show_diff && !options_.in_place; }
+
+  void write(const Input& input, const EditedText& edited) {
+    if (prints_pages()) return session_.out().write(edited.text());
+    if (options_.show_diff) return write_diff(unified_diff(input.text, edited, input.name));
+    if (edited.text() == input.text) return;
+    if (!options_.backup_suffix.empty()) {
+      back_up_file(input.name, options_.backup_suffix, input.text);
+    }
+    replace_file(input.name, edited.text());
+  }
+
+  void write_diff(std::string_view diff) {
+    for (bool in_hunk = false; !diff.empty();) {
+      const std::string_view line = diff.substr(0, diff.find('\n'));
+      in_hunk = in_hunk || line.substr(0, 2) == "@@";
+      session_.out().paint(color_of(line, in_hunk), line);
+      session_.out().write("\n");
+      diff.remove_prefix(line.size() + 1);
+    }
+  }
+
+  static const char* color_of(std::string_view line, bool in_hunk) {
+    if (!in_hunk) return "1";
+    switch (line[0]) {
+      case '@':
+        return "36";
+      case '-':
+        return "31";
+      case '+':
+        return "32";
+      default:
+        return "";
+    }
+  }
+
+  const EditOptions& options_;
+  const Edit edit_;
+  Session session_;
+};
+
+}  // namespace
+
+int run(const EditOptions& options) {
+  give_hints(options.selector, options.strict);
+  return Editing(options).run();
+}
+
+}  // namespace cli

@@ -1,0 +1,188 @@
+#include "files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "text.h"
+
+namespace cli {
+
+namespace {
+
+[[noreturn]] void fail(const std::string& name) {
+  throw Failure(name + ": " + std::strerror(errno));
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ > STDERR_FILENO) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+
+  void close(const std::string& name) {
+    const int number = number_;
+    number_ = -1;
+    if (::close(number) != 0) fail(name);
+  }
+
+ private:
+  int number_;
+};
+
+std::string read_all(int descriptor, const std::string& name) {
+  struct stat status;
+  if (fstat(descriptor, &status) != 0) fail(name);
+  std::string text;
+  std::size_t size = 0;
+  text.resize(S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536);
+  for (;;) {
+    const ssize_t count = ::read(descriptor, &text[size], text.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) fail(name);
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
+    if (size == text.size()) text.resize(2 * size);
+  }
+  text.resize(size);
+  return text;
+}
+
+// Holds back the signals that a user ends a program with, so that no temporary file stays behind.
+class SignalsHeld {
+ public:
+  SignalsHeld() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&signals, number);
+    sigprocmask(SIG_BLOCK, &signals, &former_);
+  }
+  ~SignalsHeld() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
+  SignalsHeld(const SignalsHeld&) = delete;
+  SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+ private:
+  sigset_t former_;
+};
+
+// A new file in the folder of `target`, which it replaces in the end; until then it goes away with
+// this object.
+class Replacement {
+ public:
+  explicit Replacement(const std::string& target)
+      : target_(target),
+        folder_(target.substr(0, target.rfind('/') + 1)),
+        path_(target + ".XXXXXX"),
+        file_(mkostemp(path_.data(), O_CLOEXEC)) {
+    if (file_.number() < 0) fail(target);
+  }
+  ~Replacement() {
+    if (!path_.empty()) ::unlink(path_.c_str());
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  // `like`: the file that gives owner and mode, or null.
+  void write(std::string_view text, const struct stat* like) {
+    write_all(file_.number(), text, target_);
+    const int number = file_.number();
+    if (like != nullptr) {
+      // Giving a file away is for the few who may.
+      const bool given = fchown(number, like->st_uid, like->st_gid) == 0 ||
+                         fchown(number, static_cast<uid_t>(-1), like->st_gid) == 0;
+      const mode_t special = given ? 07000 : 0;
+      if (fchmod(number, like->st_mode & (0777 | special)) != 0) fail(target_);
+    } else {
+      const mode_t mask = umask(0);
+      umask(mask);
+      if (fchmod(number, 0666 & ~mask) != 0) fail(target_);
+    }
+    if (fsync(number) != 0) fail(target_);
+    file_.close(target_);
+  }
+
+  void commit() {
+    if (std::rename(path_.c_str(), target_.c_str()) != 0) fail(target_);
+    path_.clear();
+    const Descriptor folder(
+        open(folder_.empty() ? "." : folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.number() >= 0) fsync(folder.number());
+  }
+
+ private:
+  std::string target_;
+  std::string folder_;
+  std::string path_;
+  Descriptor file_;
+};
+
+void write_directly(const std::string& path, std::string_view text) {
+  Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+  if (file.number() < 0) fail(path);
+  write_all(file.number(), text, path);
+  file.close(path);
+}
+
+void write_replacement(const std::string& target, std::string_view text, const struct stat* like) {
+  const SignalsHeld held;
+  Replacement replacement(target);
+  replacement.write(text, like);
+  replacement.commit();
+}
+
+// Where the links of an existing path lead.
+std::string resolved(const std::string& path) {
+  const std::unique_ptr<char, void (*)(void*)> target(realpath(path.c_str(), nullptr), std::free);
+  if (target == nullptr) fail(path);
+  return target.get();
+}
+
+}  // namespace
+
+Input read_input(const std::string& path) {
+  if (path == "-") return {"(standard input)", read_all(STDIN_FILENO, "(standard input)")};
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.number() < 0) fail(path);
+  return {path, read_all(file.number(), path)};
+}
+
+void write_all(int descriptor, std::string_view text, const std::string& name) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(descriptor, text.data(), text.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) fail(name);
+    text.remove_prefix(static_cast<std::size_t>(count));
+  }
+}
+
+void replace_file(const std::string& path, std::string_view text) {
+  struct stat status;
+  if (lstat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) fail(path);
+    return write_replacement(path, text, nullptr);
+  }
+  const std::string target = resolved(path);
+  if (stat(target.c_str(), &status) != 0) fail(path);
+  if (!S_ISREG(status.st_mode)) return write_directly(target, text);
+  if (access(target.c_str(), W_OK) != 0) fail(path);
+  write_replacement(target, text, &status);
+}
+
+void back_up_file(const std::string& path, const std::string& suffix, std::string_view text) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) fail(path);
+  write_replacement(path + suffix, text, &status);
+}
+
+}  // namespace cli

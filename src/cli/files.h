@@ -1,0 +1,33 @@
+// Files, read and written whole.
+
+#ifndef QO_CLI_FILES_H
+#define QO_CLI_FILES_H
+
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+// A page before it is parsed.
+struct Input {
+  std::string name;  // as messages and results show it
+  std::string text;
+};
+
+// Reads a file; "-" is standard input. Throws Failure.
+Input read_input(const std::string& path);
+
+// Writes all of `text` to a file descriptor; `name` is for the message. Throws Failure.
+void write_all(int descriptor, std::string_view text, const std::string& name);
+
+// Gives the file the content `text`. Whatever happens meanwhile, the file holds all of its old or
+// all of its new content: a file in the same folder is written, flushed and renamed. Links are
+// followed and the mode stays; what is no regular file is written directly. Throws Failure.
+void replace_file(const std::string& path, std::string_view text);
+
+// Copies the file at `path` to `path` + `suffix`, in the same way.
+void back_up_file(const std::string& path, const std::string& suffix, std::string_view text);
+
+}  // namespace cli
+
+#endif

@@ -1,0 +1,13 @@
+// The tool as a host: it supplies the library's services itself.
+
+#ifndef QO_CLI_HOST_H
+#define QO_CLI_HOST_H
+
+namespace cli {
+
+// How many tags the parser has met so far, over all pages: it checks the name of each.
+long tags_met();
+
+}  // namespace cli
+
+#endif

@@ -1,0 +1,26 @@
+// Pages as the library sees them.
+
+#ifndef QO_CLI_PAGE_H
+#define QO_CLI_PAGE_H
+
+#include <memory>
+#include <string>
+
+#include <qo_html/qo_html.h>
+
+#include "files.h"
+
+namespace cli {
+
+using Document = std::unique_ptr<_qo_html>;
+
+// From here on, nothing that the library writes to std::cout and std::cerr reaches the user; what
+// the tool writes goes around both.
+void silence_library();
+
+// Throws Failure with place and reason when the parser refuses the page.
+Document parse_page(const Input& input, bool drop_comments);
+
+}  // namespace cli
+
+#endif

@@ -1,0 +1,26 @@
+// Selectors as the tool uses them.
+
+#ifndef QO_CLI_SELECTORS_H
+#define QO_CLI_SELECTORS_H
+
+#include <string>
+#include <vector>
+
+#include <qo_html/qo_html.h>
+
+namespace cli {
+
+// The nodes that the selector finds below `document`, each once and in document order. Takes time
+// in proportion to the page for each step of the selector, however deep the page is.
+std::vector<_qo_html*> find_matches(_qo_html* document, const std::string& selector);
+
+// What in the selector means something in CSS, but is read as plain characters or ignored here: a
+// sentence each.
+std::vector<std::string> selector_hints(const std::string& selector);
+
+// Tells the user about the hints; `strict` makes the first of them a Failure.
+void give_hints(const std::string& selector, bool strict);
+
+}  // namespace cli
+
+#endif

@@ -1,0 +1,35 @@
+// Small helpers on texts.
+
+#ifndef QO_CLI_TEXT_H
+#define QO_CLI_TEXT_H
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+// What ends the work on a file, or the whole run: one line, without the tool's name.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// "LINE:COLUMN" of an offset, both from 1, columns in bytes.
+std::string place_of(std::string_view text, std::size_t offset);
+
+// The text on one line: control characters and bytes that are not UTF-8 are shown as escapes.
+std::string printable(std::string_view text);
+
+// The same in double quotes, cut to about `most` bytes.
+std::string quoted(std::string_view text, std::size_t most);
+
+// The text with every byte that is not part of valid UTF-8 replaced by U+FFFD.
+std::string valid_utf8(std::string_view text);
+
+bool is_blank(std::string_view text);
+
+}  // namespace cli
+
+#endif
