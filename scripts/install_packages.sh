@@ -3,8 +3,8 @@
 # usage: install_packages.sh [build|check|bench]...   (default: build)
 set -eu
 
-build="ca-certificates cmake g++ libcli11-dev libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal libpython3-stdlib"
-check="clang clang-format git libclang-rt-dev"
+build="ca-certificates cmake g++ libcli11-dev libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal scdoc libpython3-stdlib"
+check="chromium clang clang-format git libclang-rt-dev"
 bench="libbenchmark-dev libgumbo-dev libxml2-dev python3 git"
 
 wanted=""

@@ -168,15 +168,14 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
 
 void replace_file(const std::string& path, std::string_view text) {
   struct stat status;
-  if (lstat(path.c_str(), &status) != 0) {
+  if (stat(path.c_str(), &status) != 0) {
     if (errno != ENOENT) fail(path);
+    if (lstat(path.c_str(), &status) == 0) throw Failure(path + ": is a link to nothing");
     return write_replacement(path, text, nullptr);
   }
-  const std::string target = resolved(path);
-  if (stat(target.c_str(), &status) != 0) fail(path);
-  if (!S_ISREG(status.st_mode)) return write_directly(target, text);
-  if (access(target.c_str(), W_OK) != 0) fail(path);
-  write_replacement(target, text, &status);
+  if (!S_ISREG(status.st_mode)) return write_directly(path, text);
+  if (access(path.c_str(), W_OK) != 0) fail(path);
+  write_replacement(resolved(path), text, &status);
 }
 
 void back_up_file(const std::string& path, const std::string& suffix, std::string_view text) {

@@ -97,7 +97,7 @@ int Session::run(std::vector<std::string> files, const std::function<Found(Input
     } catch (const std::bad_alloc&) {
       complaint = file + ": out of memory";
     }
-    progress.clear();
+    if (complaint || out_.has_pending()) progress.clear();
     out_.flush(false);
     if (complaint) {
       complain(*complaint);

@@ -51,6 +51,8 @@ class Output {
   // `text` in one of the terminal's colours, such as "1;31", where colours are wanted.
   void paint(const char* color, std::string_view text);
 
+  bool has_pending() const { return !pending_.empty(); }
+
   // Passes on what was written; to a file, only when `last` is set.
   void flush(bool last);
 

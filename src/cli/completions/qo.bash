@@ -1,0 +1,39 @@
+# bash completion for qo(1)
+
+_qo() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command="" word
+  for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    case $word in
+      select | form | edit | check | tree | decode) command=$word && break ;;
+    esac
+  done
+
+  local common="-h --help --color -o --output --drop-comments"
+  local options
+  case $command in
+    select)
+      options="$common --strict -t --text --inner -a --attribute -j --json -c --count
+        -l --files-with-matches -q --quiet -1 --first -0 --null -H --with-filename --no-filename" ;;
+    form) options="$common --strict --all --compact" ;;
+    edit)
+      options="$common --strict --attr --bare-attr --del-attr --add-class --del-class --text --html
+        --replace --before --after --remove -i --in-place -n --diff --allow-rewrite" ;;
+    check | decode) options=$common ;;
+    tree) options="$common --strict -b --blanks --html --select" ;;
+    *) options="-h --help --version select form edit check tree decode" ;;
+  esac
+
+  case $previous in
+    --color) COMPREPLY=($(compgen -W "auto always never" -- "$current")) && return ;;
+    --attr | --bare-attr | --del-attr | --add-class | --del-class | --text | --replace | --before | \
+      --after | --select | -a | --attribute) return ;;
+    --html) [[ $command == edit ]] && return ;;
+  esac
+  if [[ -z $command || $current == -* ]]; then
+    COMPREPLY=($(compgen -W "$options" -- "$current"))
+  else
+    compopt -o filenames 2> /dev/null
+    COMPREPLY=($(compgen -f -- "$current"))
+  fi
+}
+complete -F _qo qo

@@ -1,0 +1,56 @@
+# fish completion for qo(1)
+
+set -l commands select form edit check tree decode
+
+complete -c qo -n "not __fish_seen_subcommand_from $commands" -f
+complete -c qo -n "not __fish_seen_subcommand_from $commands" -l version -d "Print the version"
+complete -c qo -n __fish_use_subcommand -a select -d "Print the elements that a selector finds"
+complete -c qo -n __fish_use_subcommand -a form -d "Print the values of a form's controls as JSON"
+complete -c qo -n __fish_use_subcommand -a edit -d "Change the elements that a selector finds"
+complete -c qo -n __fish_use_subcommand -a check -d "Tell whether pages come back byte for byte"
+complete -c qo -n __fish_use_subcommand -a tree -d "Print an outline of a page's tree"
+complete -c qo -n __fish_use_subcommand -a decode -d "Replace named character references"
+
+complete -c qo -s h -l help -d "Print help"
+complete -c qo -n "__fish_seen_subcommand_from $commands" -l color -x -a "auto always never" -d "Color results"
+complete -c qo -n "__fish_seen_subcommand_from $commands" -s o -l output -r -F -d "Write results to a file"
+complete -c qo -n "__fish_seen_subcommand_from $commands" -l drop-comments -d "Leave comments out of the page"
+complete -c qo -n "__fish_seen_subcommand_from select form edit tree" -l strict -d "Refuse selectors that a hint would be given on"
+
+set -l in_select "__fish_seen_subcommand_from select"
+complete -c qo -n $in_select -s t -l text -d "Print the text of each match"
+complete -c qo -n $in_select -l inner -d "Print the content of each match"
+complete -c qo -n $in_select -s a -l attribute -x -d "Print the values of attributes"
+complete -c qo -n $in_select -s j -l json -d "Print a line of JSON for each match"
+complete -c qo -n $in_select -s c -l count -d "Print only the number of matches"
+complete -c qo -n $in_select -s l -l files-with-matches -d "Print only the names of files with a match"
+complete -c qo -n $in_select -s q -l quiet -d "Print nothing"
+complete -c qo -n $in_select -s 1 -l first -d "Stop a file at its first match"
+complete -c qo -n $in_select -s 0 -l null -d "End each result with a zero byte"
+complete -c qo -n $in_select -s H -l with-filename -d "Print the file's name with each"
+complete -c qo -n $in_select -l no-filename -d "Never print it"
+
+set -l in_form "__fish_seen_subcommand_from form"
+complete -c qo -n $in_form -l all -d "Print an array with all forms"
+complete -c qo -n $in_form -l compact -d "Print on one line"
+
+set -l in_edit "__fish_seen_subcommand_from edit"
+complete -c qo -n $in_edit -l attr -x -d "Set an attribute: NAME=VALUE"
+complete -c qo -n $in_edit -l bare-attr -x -d "Set an attribute without a value"
+complete -c qo -n $in_edit -l del-attr -x -d "Remove an attribute"
+complete -c qo -n $in_edit -l add-class -x -d "Add a class"
+complete -c qo -n $in_edit -l del-class -x -d "Remove a class"
+complete -c qo -n $in_edit -l text -x -d "Replace the content by text"
+complete -c qo -n $in_edit -l html -x -d "Replace the content by markup"
+complete -c qo -n $in_edit -l replace -x -d "Replace the element itself"
+complete -c qo -n $in_edit -l before -x -d "Insert markup in front of the element"
+complete -c qo -n $in_edit -l after -x -d "Insert markup behind the element"
+complete -c qo -n $in_edit -l remove -d "Remove the element"
+complete -c qo -n $in_edit -s i -l in-place -d "Write the pages back"
+complete -c qo -n $in_edit -s n -l diff -d "Show the changes as a diff"
+complete -c qo -n $in_edit -l allow-rewrite -d "Write all of a page that cannot keep its form"
+
+set -l in_tree "__fish_seen_subcommand_from tree"
+complete -c qo -n $in_tree -s b -l blanks -d "Show text that is only white space, too"
+complete -c qo -n $in_tree -l html -d "Write a page that shows the tree"
+complete -c qo -n $in_tree -l select -x -d "What to highlight in that page"
