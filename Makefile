@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check fuzz bench format clean
+.PHONY: demo test check fuzz bench docs package format clean
 
 # How long each fuzz target runs.
 FUZZ_SECONDS ?= 60
@@ -42,6 +42,19 @@ bench:
 	cmake --build build/bench -j $(JOBS)
 	scripts/unpack_bench_pages.py build/bench/pages
 	scripts/run_benchmark.py
+
+# The API reference and the pages of docs/, in build/docs/html.
+docs:
+	scripts/install_packages.sh docs
+	mkdir -p build/docs
+	doxygen docs/Doxyfile
+
+# Debian packages of library, development files and tool, in build/package.
+package: build/package/configured
+	scripts/install_packages.sh package
+	cmake --build build/package -j $(JOBS)
+	cd build/package && cpack
+	ls build/package/*.deb
 
 format:
 	scripts/install_packages.sh check
