@@ -43,7 +43,7 @@ bench:
 	scripts/unpack_bench_pages.py build/bench/pages
 	scripts/run_benchmark.py
 
-# The API reference and the pages of docs/, in build/docs/html.
+# The API reference, in build/docs/html.
 docs:
 	scripts/install_packages.sh docs
 	mkdir -p build/docs

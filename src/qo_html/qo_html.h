@@ -27,6 +27,7 @@ namespace Json {
 class Value;
 }
 
+// An attribute of an element.
 struct Attribute {
   std::string name;   // as written, case kept
   int hasValue;       // 1: name="value"; 0: a bare name, such as `disabled`
@@ -125,6 +126,7 @@ class QO_HTML_API _qo_html {
   // Removes the attribute, if there is one; never touches `classes`.
   void remove_attribute(std::string name);
 
+  // Whether there is an attribute of that name, valued or bare.
   bool has_attribute(std::string name);
 
   // The value; empty as well for a bare attribute and for one that is not there.
@@ -141,6 +143,7 @@ class QO_HTML_API _qo_html {
   void add_class(std::string cls);
   void remove_class(std::string cls);
 
+  // Whether `classes` has that token.
   bool has_class(std::string cls);
 
   // --- Writing out ---
@@ -188,7 +191,7 @@ class QO_HTML_API _qo_html {
   // Adds the values of the named controls below this node to `result`, which is first replaced by
   // an empty object unless it is one. Members are strings (name="a"), arrays of strings ("a[]") or
   // objects of strings ("a[k]"). Disabled controls and unchecked check boxes and radio buttons are
-  // left out; a plain value with characters other than letters, digits and ,-.@_ has its character
+  // left out; a plain value with characters other than letters, digits and `,-.@_` has its character
   // references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name as
   // an array or object after another of the three ways makes jsoncpp throw; `result` then keeps
   // what was stored before.
@@ -223,6 +226,7 @@ class QO_HTML_API qo_html_query {
   _qo_html* context;             // where an empty list is filled from; null: it stays empty
   std::vector<_qo_html*> nodes;  // the result; may list a node more than once
 
+  // A query with `node` as its context and an empty list. A copy has a list of its own.
   explicit qo_html_query(_qo_html* node);
   ~qo_html_query();
   qo_html_query(const qo_html_query&) = default;
