@@ -191,8 +191,8 @@ class QO_HTML_API _qo_html {
   // Adds the values of the named controls below this node to `result`, which is first replaced by
   // an empty object unless it is one. Members are strings (name="a"), arrays of strings ("a[]") or
   // objects of strings ("a[k]"). Disabled controls and unchecked check boxes and radio buttons are
-  // left out; a plain value with characters other than letters, digits and `,-.@_` has its character
-  // references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name as
+  // left out; a plain value with characters other than letters, digits and `,-.@_` has its
+  // character references decoded and is wrapped in <![CDATA[ ]]>. Returns true. Using one name as
   // an array or object after another of the three ways makes jsoncpp throw; `result` then keeps
   // what was stored before.
   bool get_form_values(Json::Value& result);
