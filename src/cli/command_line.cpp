@@ -273,35 +273,42 @@ const CLI::App* find_subcommand(const CLI::App& app, const std::string& name) {
   return found.empty() ? nullptr : found.front();
 }
 
-// What CLI11 does not know: "-iSUFFIX", and values that are empty behind a "=".
-std::vector<std::string> rewritten(int argc, char** argv, const CLI::App& app) {
-  std::vector<std::string> arguments;
+bool takes_value(const CLI::App& command, const std::string& argument) {
+  const CLI::Option* option = command.get_option_no_throw(argument);
+  return option != nullptr && option->get_items_expected_min() > 0;
+}
+
+// "--text=": CLI11 would take the next argument for the value.
+bool has_empty_value(const std::string& argument) {
+  return argument.compare(0, 2, "--") == 0 && argument.find('=') == argument.size() - 1;
+}
+
+// The arguments, with what CLI11 does not know brought into forms that it does: "-iSUFFIX", and
+// empty values.
+std::vector<std::string> known_forms(int argc, char** argv, const CLI::App& app) {
+  std::vector<std::string> known;
   const CLI::App* command = nullptr;
-  bool is_value = false;
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
-    if (command == nullptr) command = find_subcommand(app, argument);
-    const bool is_edit = command != nullptr && command->get_name() == "edit";
-    if (is_value || argument == "--") {
-      arguments.push_back(argument);
-      if (!is_value) {
-        arguments.insert(arguments.end(), argv + i + 1, argv + argc);
-        break;
-      }
-    } else if (is_edit && argument.size() > 2 && argument.compare(0, 2, "-i") == 0) {
-      arguments.push_back("--in-place=" + argument.substr(2));
-    } else if (argument.size() > 3 && argument.compare(0, 2, "--") == 0 && argument.back() == '=' &&
-               argument.find('=') == argument.size() - 1) {
-      arguments.push_back(argument.substr(0, argument.size() - 1));
-      arguments.emplace_back();
-    } else {
-      arguments.push_back(argument);
+    if (argument == "--") {
+      known.insert(known.end(), argv + i, argv + argc);
+      break;
     }
-    const CLI::Option* option =
-        command == nullptr || is_value ? nullptr : command->get_option_no_throw(argument);
-    is_value = option != nullptr && option->get_items_expected_min() > 0;
+    if (command == nullptr) {
+      command = find_subcommand(app, argument);
+      known.push_back(argument);
+    } else if (has_empty_value(argument)) {
+      known.push_back(argument.substr(0, argument.size() - 1));
+      known.emplace_back();
+    } else if (command->get_name() == "edit" && argument.size() > 2 &&
+               argument.compare(0, 2, "-i") == 0) {
+      known.push_back("--in-place=" + argument.substr(2));
+    } else {
+      known.push_back(argument);
+      if (takes_value(*command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
+    }
   }
-  return arguments;
+  return known;
 }
 
 // CLI11's message, on one line.
@@ -335,7 +342,7 @@ std::optional<Options> read_command_line(int argc, char** argv) {
     throw Failure("there is no subcommand \"" + std::string(argv[1]) + "\"; see qo --help");
   }
   try {
-    std::vector<std::string> arguments = rewritten(argc, argv, app);
+    std::vector<std::string> arguments = known_forms(argc, argv, app);
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
   } catch (const CLI::ParseError& error) {

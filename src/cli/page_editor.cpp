@@ -76,14 +76,23 @@ std::string safe_attributes(const _qo_html& node) {
   return out;
 }
 
-// Whether the tag gives the attribute a value that the parser drops because it has no quotes.
-bool drops_value(std::string_view tag, const Attribute& attribute) {
-  if (attribute.hasValue == 0 || !attribute.value.empty()) return false;
-  const std::string assigned = attribute.name + "=";
-  const std::size_t found = tag.find(assigned);
-  if (found == std::string_view::npos || found + assigned.size() >= tag.size()) return false;
-  return std::string_view("\"' \t\r\n>").find(tag[found + assigned.size()]) ==
-         std::string_view::npos;
+// The attributes that get a value in the tag, but one that the parser drops because it has no
+// quotes.
+std::vector<std::string> dropped_values(std::string_view tag,
+                                        const std::vector<Attribute>& attributes) {
+  std::vector<std::string> names;
+  std::size_t position = 0;
+  for (const Attribute& attribute : attributes) {
+    if (attribute.hasValue == 0 || !attribute.value.empty()) continue;
+    const std::string assigned = attribute.name + "=";
+    position = tag.find(assigned, position);
+    if (position >= tag.size() - assigned.size()) break;
+    position += assigned.size();
+    const bool is_dropped =
+        std::string_view("\"' \t\r\n>").find(tag[position]) == std::string_view::npos;
+    if (is_dropped) names.push_back(attribute.name);
+  }
+  return names;
 }
 
 void set_attribute(_qo_html& node, const EditOperation& operation) {
@@ -216,12 +225,12 @@ class PageEditor {
   // One warning for the page, at the first place.
   void note_dropped_values(const std::vector<Attribute>& attributes, Token token) {
     const std::string_view tag = source_.substr(token.begin, token.end - token.begin);
-    for (const Attribute& attribute : attributes) {
-      if (!drops_value(tag, attribute)) continue;
-      if (++dropped_values_ > 1) continue;
+    const std::vector<std::string> names = dropped_values(tag, attributes);
+    if (dropped_values_ == 0 && !names.empty()) {
       page_.warning =
-          place(token) + ": \"" + attribute.name + "\" loses its value, which has no quotes";
+          place(token) + ": \"" + names.front() + "\" loses its value, which has no quotes";
     }
+    dropped_values_ += names.size();
   }
 
   std::string place(Token token) const { return name_ + ":" + place_of(source_, token.begin); }
