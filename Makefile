@@ -16,7 +16,7 @@ test: build/dev/configured
 	cmake --build build/dev -j $(JOBS)
 	ctest --preset dev
 
-# What the tests alone do not see: sanitizers, the second compiler, a short fuzz run, the format of the sources.
+# What the tests alone do not see: sanitizers, the second compiler, a short fuzz run, the API reference, the format.
 check:
 	scripts/install_packages.sh check
 	$(MAKE) build/asan/configured build/tsan/configured build/clang/configured
@@ -27,6 +27,7 @@ check:
 	cmake --build build/clang -j $(JOBS)
 	ctest --preset clang
 	$(MAKE) fuzz FUZZ_SECONDS=10
+	$(MAKE) docs
 	scripts/format.sh --check
 
 fuzz:

@@ -85,6 +85,10 @@ class Cli(unittest.TestCase):
             # Each match once, in the order of the page.
             (["select", "-at", "div p"], "<div><div><p t='1'></p></div><p t='2'></p></div>", "1\n2\n"),
             (["select", "-at", "div > p"], "<div><div><p t='1'></p></div><p t='2'></p></div>", "1\n2\n"),
+            # What finds nothing stays nothing.
+            (["select", "b p"], "<p>", "", 1),
+            (["select", "p.a.b"], "<p class='b'>", "", 1),
+            (["edit", "b p", "--remove"], "<p>", "<p>", 1),
             # Several files.
             (["select", "-t", "b", "page.html", "-"], "<b>q</b>", "(standard input):q\n"),
             (["select", "-t", "b", "--no-filename", "page.html", "-"], "<b>q</b>", "q\n"),
@@ -156,6 +160,11 @@ class Cli(unittest.TestCase):
             (["edit", "p", "--add-class", "c"], "<p data='{\"a\":1}'>", "<p data='{\"a\":1}' class=\"c\">"),
             (["edit", "p", "--add-class", "c"], "<b>a", "<b>a", 1),
         ])
+        self.complaint(["edit", "!--", "--text", "a-->b"], 'qo: (standard input):1:2: "-->" would end it early\n',
+                       "a<!--c-->")
+        self.assertEqual(self.complaint(["edit", "p", "--html", "<a b=c>"],
+                                        'qo: --html:1:1: "b" loses its value, which has no quotes\n', "<p>", 0),
+                         '<p><a b=""></a>')
         self.assertEqual(self.complaint(["edit", "p", "--add-class", "c"], "qo: (standard input):2:1: "
                          '"id" loses its value, which has no quotes (and 1 more)\n', "\n<p id=a b=c>", 0),
                          '\n<p id="" b="" class="c">')

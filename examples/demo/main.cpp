@@ -1,5 +1,5 @@
 // Reads a page, shows its tree, queries it, collects its form, edits it and writes it back out.
-// usage: demo PAGE
+// usage: demo PAGE, such as signup.html
 
 #include <fstream>
 #include <iostream>
@@ -61,13 +61,25 @@ void print_matches(_qo_html* document, const char* selector) {
   });
 }
 
+// Null when nothing matches.
+_qo_html* first(_qo_html* document, const char* selector) {
+  return qo_html_query(document).find(selector).get(0);
+}
+
+void print_form(_qo_html* document) {
+  Json::Value values;
+  if (_qo_html* const form = first(document, "form")) form->get_form_values(values);
+  std::cout << "\n--- the form\n" << values << '\n';
+}
+
 void edit(_qo_html* document) {
-  qo_html_query(document).find("#notes").get(0)->set_text("Opening hours: 9 to 5.");
-  qo_html_query(document).find("p.banner").get(0)->add_class("seen");
-  _qo_html* const form = qo_html_query(document).find("#signup").get(0);
+  if (_qo_html* const notes = first(document, "#notes")) {
+    notes->set_text("Opening hours: 9 to 5.");
+  }
+  if (_qo_html* const banner = first(document, "p.banner")) banner->add_class("seen");
   _qo_html* const thanks = qo_html_element_new("p");
   thanks->set_html("Thank you, <em>Ada</em>.");
-  if (!document->replace_with(form, thanks)) delete thanks;
+  if (!document->replace_with(first(document, "#signup"), thanks)) delete thanks;
 }
 
 }  // namespace
@@ -89,10 +101,7 @@ int main(int argc, char** argv) {
   print_tree(document);
   print_matches(document, "label > input[type=checkbox]");
   print_matches(document, ".note a[href]");
-
-  Json::Value values;
-  qo_html_query(document).find("form").get(0)->get_form_values(values);
-  std::cout << "\n--- the form\n" << values << '\n';
+  print_form(document);
 
   edit(document);
   std::cout << "\n--- the page after an edit\n" << document->outerHTML();

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include <qo_html/qo_html.h>
@@ -18,8 +19,11 @@ struct Item {
 
 constexpr Item items[] = {{"Tea", "3.20"}, {"Bread &amp; butter", "4.50"}};
 
-_qo_html* find(_qo_html* below, const char* selector) {
-  return qo_html_query(below).find(selector).get(0);
+// The first match; the template has to have one.
+_qo_html* find(_qo_html* below, const std::string& selector) {
+  _qo_html* const found = qo_html_query(below).find(selector).get(0);
+  if (found == nullptr) throw std::runtime_error("the template has no " + selector);
+  return found;
 }
 
 // A new node with the row's markup, put in front of the row.
@@ -50,12 +54,17 @@ void fill_in(_qo_html* page) {
 int main(int argc, char** argv) {
   std::ifstream file(argc == 2 ? argv[1] : "");
   std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  _qo_html* page = nullptr;
-  if (text.empty() || !parseHtml(page, std::move(text), argv[1], false, false)) {
+  _qo_html* parsed = nullptr;
+  if (text.empty() || !parseHtml(parsed, std::move(text), argv[1], false, false)) {
     std::cerr << "usage: edit_template TEMPLATE" << std::endl;
     return 2;
   }
-  fill_in(page);
+  const std::unique_ptr<_qo_html> page(parsed);
+  try {
+    fill_in(page.get());
+  } catch (const std::runtime_error& error) {
+    std::cerr << error.what() << std::endl;
+    return 1;
+  }
   std::cout << page->outerHTML();
-  delete page;
 }

@@ -15,6 +15,10 @@ namespace cli {
 
 namespace {
 
+bool has_any(const std::string& text, std::string_view characters) {
+  return text.find_first_of(characters) != std::string::npos;
+}
+
 // --- Options that subcommands share ---
 
 void add_common(CLI::App& command, CommonOptions& options) {
@@ -99,14 +103,15 @@ void add_select(CLI::App& app, SelectOptions& options) {
 // --- qo form ---
 
 bool names_a_file(const std::string& argument) {
-  return argument == "-" || argument.find('/') != std::string::npos ||
-         CLI::ExistingFile(argument).empty();
+  const bool is_path = has_any(argument, "/") && !has_any(argument, "[");
+  return argument == "-" || is_path || CLI::ExistingFile(argument).empty();
 }
 
 void add_form(CLI::App& app, FormOptions& options) {
   CLI::App& command = *app.add_subcommand("form", "Print the values of a form's controls as JSON");
   CLI::Option* selector =
-      command.add_option("SEL", options.selector, "Which forms, if not all of the page")
+      command
+          .add_option("SEL", options.selector, "Which elements to take for forms; default: form")
           ->type_name("");
   CLI::Option* file =
       command.add_option("FILE", options.file, "The page to read; - or none: standard input")
@@ -145,10 +150,6 @@ constexpr OperationOption operation_options[] = {
     {"--replace", "HTML", "Replace the element itself", Kind::replace},
     {"--before", "HTML", "Insert markup in front of the element", Kind::insert_before},
     {"--after", "HTML", "Insert markup behind the element", Kind::insert_after}};
-
-bool has_any(const std::string& text, std::string_view characters) {
-  return text.find_first_of(characters) != std::string::npos;
-}
 
 EditOperation read_operation(const OperationOption& option, const std::string& value) {
   EditOperation operation{option.kind, std::string(), value};

@@ -27,12 +27,20 @@ std::optional<std::size_t> first_failure(const EditedPage& page) {
   }
 }
 
+void warn_of(const DroppedValues& drops) {
+  if (drops.count > 0) complain(drops.warning());
+}
+
 const EditedText& accepted(const EditOptions& options, const Input& input, const EditedPage& page) {
   const std::optional<std::size_t> failure = first_failure(page);
+  if (failure && !options.allow_rewrite) {
+    throw Failure(input.name + ":" + place_of(input.text, *failure) +
+                  ": this edit cannot keep the page as written (--allow-rewrite rewrites it)");
+  }
+  warn_of(page.kept_drops);
   if (!failure) return page.kept;
-  if (options.allow_rewrite) return page.rewritten;
-  throw Failure(input.name + ":" + place_of(input.text, *failure) +
-                ": this edit cannot keep the page as written (--allow-rewrite rewrites it)");
+  warn_of(page.other_drops);
+  return page.rewritten;
 }
 
 class Editing {
@@ -41,6 +49,7 @@ class Editing {
       : options_(options), edit_(make_edit(options)), session_(options) {}
 
   int run() {
+    for (const std::string& warning : edit_.warnings) complain(warning);
     return session_.run(options_.files, [this](Input& input) { return page(input); });
   }
 
@@ -54,7 +63,6 @@ class Editing {
     }
     const EditedPage edited =
         edit_page(input, document.get(), matches, edit_, options_.drop_comments);
-    if (!edited.warning.empty()) complain(edited.warning);
     write(input, accepted(options_, input, edited));
     return matches.empty() ? Found::nothing : Found::something;
   }

@@ -41,10 +41,6 @@ std::string escaped(std::string_view text, std::string_view characters) {
   return out;
 }
 
-std::string in_library_form(const char* option, const std::string& markup, bool drop_comments) {
-  return parse_page({option, markup}, drop_comments)->outerHTML();
-}
-
 // --- The tokens of a node ---
 
 // What has content that is not markup.
@@ -153,9 +149,6 @@ class PageEditor {
         case TreeWalk::Event::end:
           skip_dropped_comments(*document);
           page_.kept.keep(position_, source_.size());  // what the parser has not read
-          if (dropped_values_ > 1) {
-            page_.warning += " (and " + std::to_string(dropped_values_ - 1) + " more)";
-          }
           page_.kept.finish();
           page_.rewritten.finish();
           return std::move(page_);
@@ -185,7 +178,7 @@ class PageEditor {
     if (matches && edit_.whole) {
       add(*edit_.whole);
     } else if (matches && edit_.content_kind != Edit::Content::unchanged) {
-      add(content_for(*node.parent));
+      add(content_for(*node.parent, token));
     } else {
       keep(token, node.text);
     }
@@ -197,54 +190,52 @@ class PageEditor {
     if (hidden_by_ != nullptr) return;
     const std::string end = whole_element ? end_tag(node) : std::string();
     const std::string former = start_tag(node, node.formatAttribute());
-    if (!is_match(node)) return keep(token, former + end);
+    const std::vector<std::string> drops =
+        dropped_values(source_.substr(token.begin, token.end - token.begin), node.attributes);
+    if (!is_match(node)) {
+      note(page_.other_drops, drops, token);
+      return keep(token, former + end);
+    }
     add(edit_.before);
     if (edit_.whole) {
       add(*edit_.whole);
       hidden_by_ = &node;
       return;
     }
-    const std::vector<Attribute> as_read = node.attributes;
     change_attributes(node, edit_.attributes);
     const std::string form = start_tag(node, node.formatAttribute());
     const bool new_content = edit_.content_kind != Edit::Content::unchanged;
     if (form == former && !(whole_element && new_content)) {
+      note(page_.other_drops, drops, token);
       keep(token, form + end);
     } else {
-      note_dropped_values(as_read, token);
+      note(page_.kept_drops, drops, token);
       page_.kept.add(start_tag(node, safe_attributes(node)));
       page_.rewritten.add(form);
       if (!new_content) add(end);
     }
     if (new_content) {
-      set_content(node, token);
+      add(content_for(node, token));
+      hidden_by_ = &node;
       if (whole_element) add(end);
     }
   }
 
-  // One warning for the page, at the first place.
-  void note_dropped_values(const std::vector<Attribute>& attributes, Token token) {
-    const std::string_view tag = source_.substr(token.begin, token.end - token.begin);
-    const std::vector<std::string> names = dropped_values(tag, attributes);
-    if (dropped_values_ == 0 && !names.empty()) {
-      page_.warning =
-          place(token) + ": \"" + names.front() + "\" loses its value, which has no quotes";
-    }
-    dropped_values_ += names.size();
+  void note(DroppedValues& drops, const std::vector<std::string>& names, Token token) const {
+    if (drops.count == 0 && !names.empty()) drops.first = place(token) + ": \"" + names[0] + "\"";
+    drops.count += names.size();
   }
 
   std::string place(Token token) const { return name_ + ":" + place_of(source_, token.begin); }
 
-  void set_content(_qo_html& node, Token token) {
-    if (node.isVoid) {
-      throw Failure(place(token) + ": <" + node.tag + "> has no content to set");
+  const std::string& content_for(const _qo_html& node, Token token) const {
+    if (node.isVoid) throw Failure(place(token) + ": <" + node.tag + "> has no content to set");
+    if (!is_raw(node)) return edit_.content_markup;
+    const bool is_section = node.isComment || node.isCdata;
+    if (is_section && edit_.content.find(end_tag(node)) != std::string::npos) {
+      throw Failure(place(token) + ": \"" + end_tag(node) + "\" would end it early");
     }
-    add(content_for(node));
-    hidden_by_ = &node;
-  }
-
-  const std::string& content_for(const _qo_html& node) const {
-    return is_raw(node) ? edit_.content : edit_.content_markup;
+    return edit_.content;
   }
 
   // Behind the content of a node.
@@ -308,17 +299,26 @@ class PageEditor {
   const Edit& edit_;
   bool drop_comments_;
   EditedPage page_;
-  std::size_t position_ = 0;  // in the source
-  std::size_t dropped_values_ = 0;
+  std::size_t position_ = 0;       // in the source
   _qo_html* hidden_by_ = nullptr;  // the node whose content is not written
 };
 
 }  // namespace
 
+std::string DroppedValues::warning() const {
+  if (count == 0) return std::string();
+  const std::string others = count == 1 ? "" : " (and " + std::to_string(count - 1) + " more)";
+  return first + " loses its value, which has no quotes" + others;
+}
+
 Edit make_edit(const EditOptions& options) {
   Edit edit;
   const auto markup = [&](const char* option, const std::string& text) {
-    return in_library_form(option, text, options.drop_comments);
+    const Input input{option, text};
+    const Document document = parse_page(input, options.drop_comments);
+    const EditedPage page = edit_page(input, document.get(), {}, Edit(), options.drop_comments);
+    if (page.other_drops.count > 0) edit.warnings.push_back(page.other_drops.warning());
+    return page.rewritten.text();
   };
   for (const EditOperation& operation : options.operations) {
     switch (operation.kind) {

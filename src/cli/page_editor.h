@@ -32,17 +32,28 @@ struct Edit {
   std::optional<std::string> whole;  // takes the place of the node; empty: it is removed
   std::string before;
   std::string after;
+  std::vector<std::string> warnings;  // on values that the given markup loses
 };
 
 // Markup and text are brought into the library's form. Throws Failure when it refuses the markup.
 Edit make_edit(const EditOptions& options);
 
+// Values that were lost because the parser drops what has no quotes.
+struct DroppedValues {
+  std::size_t count = 0;
+  std::string first;  // the place and name of the first
+
+  // Empty when there are none.
+  std::string warning() const;
+};
+
 struct EditedPage {
   explicit EditedPage(std::string_view source) : kept(source), rewritten(source) {}
 
-  EditedText kept;       // as written where nothing was touched
-  EditedText rewritten;  // all of it in the library's form: the edited round trip
-  std::string warning;   // of values that edited tags lose; empty when there are none
+  EditedText kept;            // as written where nothing was touched
+  EditedText rewritten;       // all of it in the library's form: the edited round trip
+  DroppedValues kept_drops;   // in tags that the edit touched
+  DroppedValues other_drops;  // in all other tags
 };
 
 // Edits the page that was parsed from `source`, without its comments if `drop_comments` is set;

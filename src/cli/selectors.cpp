@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 #include <qo_html/qo_html_ascii.h>
 #include <qo_html/qo_html_walk.h>
@@ -16,29 +17,59 @@ namespace {
 
 using Nodes = std::vector<_qo_html*>;
 
+// --- Reading ---
+
+// A simple selector, as the library reads it.
+struct Step {
+  std::string_view text;  // with the combinators in front of it
+  char sigil;             // one of ".#:[*"; 0 for the name of a tag
+  std::string_view name;  // behind the sigil
+  bool has_bracket;       // a "]" ended it
+  char stopped_at;        // the character behind it; 0 at the end
+};
+
 bool is_combinator(char c) {
   return is_space(c) || c == '>';
 }
 
-// Cuts a selector in front of its combinators, so that its parts, applied one after the other, do
-// what the whole does. A pseudo-class that stands alone stays with what follows: it is no step.
-std::vector<std::string> split_steps(const std::string& selector) {
-  std::vector<std::string> steps;
-  std::size_t start = 0;
-  for (std::size_t i = 0; i < selector.size();) {
-    while (i < selector.size() && is_combinator(selector[i])) ++i;
-    const bool is_step = i < selector.size() && selector[i] != ':';
-    while (i < selector.size() && !is_combinator(selector[i])) ++i;
-    if (!is_step) continue;
-    steps.push_back(selector.substr(start, i - start));
-    start = i;
+bool is_one_of(char c, std::string_view characters) {
+  return characters.find(c) != std::string_view::npos;
+}
+
+// The length of the name that a selector has at `start`.
+std::size_t name_length(std::string_view selector, std::size_t start) {
+  std::size_t i = start;
+  for (; i < selector.size(); ++i) {
+    const char c = selector[i];
+    if (is_combinator(c) || is_one_of(c, "#.[]")) break;
+    if (c == ':' && (i == start || selector[i - 1] != '\\')) break;
   }
-  if (start < selector.size()) steps.push_back(selector.substr(start));
+  return i - start;
+}
+
+std::vector<Step> read_steps(std::string_view selector) {
+  std::vector<Step> steps;
+  for (std::size_t i = 0; i < selector.size();) {
+    const std::size_t start = i;
+    while (i < selector.size() && is_combinator(selector[i])) ++i;
+    if (i == selector.size()) break;
+    const char sigil = is_one_of(selector[i], ".#:[*") ? selector[i++] : '\0';
+    const std::size_t length = sigil == '*' ? 0 : name_length(selector, i);
+    const std::string_view name = selector.substr(i, length);
+    i += length;
+    const bool has_bracket = sigil != '*' && i < selector.size() && selector[i] == ']';
+    if (has_bracket) ++i;
+    const char stopped_at = i < selector.size() ? selector[i] : '\0';
+    steps.push_back({selector.substr(start, i - start), sigil, name, has_bracket, stopped_at});
+  }
   return steps;
 }
 
-bool searches_below(const std::string& step) {
-  return is_space(step[0]) && step.find('>') == std::string::npos;
+// --- Finding ---
+
+// Whether a part of a selector searches all that is below the nodes so far.
+bool searches_below(const std::string& part) {
+  return std::any_of(part.begin(), part.end(), is_space) && part.find('>') == std::string::npos;
 }
 
 enum class Which { all, outermost };
@@ -63,11 +94,17 @@ Nodes in_document_order(_qo_html* document, const Nodes& nodes, Which which) {
 
 Nodes find_matches(_qo_html* document, const std::string& selector) {
   qo_html_query query(document);
-  for (const std::string& step : split_steps(selector)) {
-    if (searches_below(step)) {
+  bool is_first = true;
+  std::string part;
+  for (const Step& step : read_steps(selector)) {
+    part += step.text;
+    if (step.sigil == ':') continue;  // no step of its own
+    if (!is_first && query.nodes.empty()) return {};
+    if (searches_below(part)) {
       query.nodes = in_document_order(document, query.nodes, Which::outermost);
     }
-    query.find(step);
+    query.find(std::exchange(part, std::string()));
+    is_first = false;
   }
   Nodes found = in_document_order(document, query.nodes, Which::all);
   found.erase(std::remove(found.begin(), found.end(), document), found.end());
@@ -76,86 +113,49 @@ Nodes find_matches(_qo_html* document, const std::string& selector) {
 
 namespace {
 
-// Reads a selector as the library does, and notes what a reader of CSS would take otherwise.
-class HintFinder {
- public:
-  explicit HintFinder(std::string_view selector) : rest_(selector) {}
+// --- Hints ---
 
-  std::vector<std::string> find() {
-    while (!rest_.empty()) {
-      if (is_combinator(rest_[0]) || rest_[0] == '*') {
-        rest_.remove_prefix(1);
-      } else {
-        simple_selector();
-      }
-    }
-    return std::move(hints_);
+std::string attribute_hint(const Step& step) {
+  const std::string shown(step.name);
+  if (!step.has_bracket) {
+    const std::string reason = step.stopped_at == '\0'
+                                   ? std::string("nothing follows")
+                                   : quoted(std::string(1, step.stopped_at), 1) + " ends it";
+    return "[" + shown + " is read without a \"]\": " + reason + ", in quotes or not";
   }
-
- private:
-  void simple_selector() {
-    const char sigil = rest_[0];
-    const bool has_sigil = std::string_view(".#:[").find(sigil) != std::string_view::npos;
-    if (has_sigil) rest_.remove_prefix(1);
-    const std::string_view name = take_name();
-    switch (has_sigil ? sigil : '\0') {
-      case '[':
-        return attribute(name);
-      case ':':
-        return add(":" + std::string(name) + " has no effect");
-      default:
-        return plain_name(name);
-    }
+  const std::size_t equals = shown.find('=');
+  if (equals == std::string::npos || equals == 0 || !is_one_of(shown[equals - 1], "^$*|~")) {
+    return std::string();
   }
+  return "[" + shown + "] looks for an attribute called \"" + shown.substr(0, equals) +
+         "\": \"=\" is the only operator";
+}
 
-  // As far as the library reads a name; a "]" ends it and is skipped.
-  std::string_view take_name() {
-    std::size_t length = 0;
-    for (; length < rest_.size(); ++length) {
-      const char c = rest_[length];
-      if (c == ']' || std::string_view("#.[>").find(c) != std::string_view::npos || is_space(c))
-        break;
-      if (c == ':' && (length == 0 || rest_[length - 1] != '\\')) break;
-    }
-    const std::string_view name = rest_.substr(0, length);
-    ended_by_bracket_ = length < rest_.size() && rest_[length] == ']';
-    rest_.remove_prefix(length + (ended_by_bracket_ ? 1 : 0));
-    return name;
-  }
-
-  void attribute(std::string_view token) {
-    const std::string shown(token);
-    if (!ended_by_bracket_) {
-      const std::string reason = rest_.empty() ? std::string("nothing follows")
-                                               : quoted(rest_.substr(0, 1), 1) + " ends it";
-      return add("[" + shown + " is read without a \"]\": " + reason + ", in quotes or not");
-    }
-    const std::size_t equals = token.find('=');
-    if (equals == std::string_view::npos || equals == 0) return;
-    if (std::string_view("^$*|~").find(token[equals - 1]) != std::string_view::npos) {
-      add("[" + shown + "] looks for an attribute called \"" +
-          std::string(token.substr(0, equals)) + "\": \"=\" is the only operator");
+// What a reader of CSS would take otherwise; empty when there is nothing.
+std::string hint_on(const Step& step) {
+  const std::string name(step.name);
+  switch (step.sigil) {
+    case '[':
+      return attribute_hint(step);
+    case ':':
+      return ":" + name + " has no effect";
+    default: {
+      const std::size_t odd = name.find_first_of(",+~()|*^$=\"'");
+      if (odd == std::string::npos) return std::string();
+      return "\"" + name + "\" is read as one name, \"" + name[odd] + "\" included";
     }
   }
-
-  void plain_name(std::string_view name) {
-    const std::size_t odd = name.find_first_of(",+~()|*^$=\"'");
-    if (odd == std::string_view::npos) return;
-    add("\"" + std::string(name) + "\" is read as one name, \"" + std::string(1, name[odd]) +
-        "\" included");
-  }
-
-  void add(std::string hint) { hints_.push_back(std::move(hint)); }
-
-  std::string_view rest_;
-  bool ended_by_bracket_ = false;
-  std::vector<std::string> hints_;
-};
+}
 
 }  // namespace
 
 std::vector<std::string> selector_hints(const std::string& selector) {
-  return HintFinder(selector).find();
+  std::vector<std::string> hints;
+  for (const Step& step : read_steps(selector)) {
+    std::string hint = hint_on(step);
+    if (!hint.empty()) hints.push_back(std::move(hint));
+  }
+  return hints;
 }
 
 void give_hints(const std::string& selector, bool strict) {

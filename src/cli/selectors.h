@@ -10,8 +10,9 @@
 
 namespace cli {
 
-// The nodes that the selector finds below `document`, each once and in document order. Takes time
-// in proportion to the page for each step of the selector, however deep the page is.
+// The nodes that the selector finds below `document`, each once and in document order. Unlike in
+// the library, a step that finds nothing ends the search: the next one does not begin at the
+// document again. Takes time in proportion to the page for each step, however deep the page is.
 std::vector<_qo_html*> find_matches(_qo_html* document, const std::string& selector);
 
 // What in the selector means something in CSS, but is read as plain characters or ignored here: a

@@ -7,12 +7,12 @@
 // Ownership: a node owns its children. The caller owns what a factory or parseHtml returns and what
 // detach() takes out of a tree, and ends it with `delete`. Node lists never own their nodes.
 //
-// Errors: an operation that can refuse answers false and leaves everything as it was; a lookup
-// answers with null or an empty string. A failed allocation reaches the caller as std::bad_alloc,
-// with the tree unchanged, unless the operation says otherwise.
+// Errors: an operation that can refuse answers false and, but for add_child, leaves everything as
+// it was; a lookup answers with null or an empty string. A failed allocation reaches the caller as
+// std::bad_alloc, with the tree unchanged, unless the operation says otherwise.
 //
 // Threads: no operation locks or shares state. Different trees may be used on different threads at
-// once, one tree, or one query, may not.
+// once; one tree, or one query, must not be used from two threads at once.
 
 #ifndef QO_HTML_H
 #define QO_HTML_H
@@ -119,7 +119,8 @@ class QO_HTML_API _qo_html {
   void addAttribute(std::string name, std::string value);
   void addAttribute(std::string name);
 
-  // The same, but never touches `classes`.
+  // The same, but never touches `classes`: has_class and `.class` selectors do not see a "class"
+  // that is set in this way, and the next add_class or remove_class overwrites it.
   void set_attribute(std::string name, std::string value);
   void set_attribute(std::string name);
 
@@ -207,15 +208,18 @@ QO_HTML_API _qo_html* qo_html_text_node_new(std::string text);
 // kept in the document. `dropComments` leaves comments out; `reservedFlag` changes nothing. False,
 // with `out` as it was and nothing left behind, when a comment, CDATA section, script or style has
 // no end, or when an element's name has a character other than letters, digits, ':' and '_', which
-// a line on standard output tells. A failed allocation gives a line and false as well; where it
-// hits an attribute or a long name, the line alone, and the parser goes on without; where it hits
-// the document, std::bad_alloc.
+// a line on standard output tells. (A tag without a name is accepted, with a line on standard
+// output as well.) A failed allocation gives a line and false as well; where it hits an attribute
+// or a long name, the line alone, and the parser goes on without; where it hits the document,
+// std::bad_alloc.
 QO_HTML_API bool parseHtml(_qo_html*& out, std::string html, std::string source, bool dropComments,
                            bool reservedFlag);
 
 // Replaces, in place, the named character references that end in ';' (&lt; &eacute; ...) by UTF-8
-// text. What a replaced &amp; makes together with the text after it is decoded again. Other
-// references stay. Allocates nothing; time grows with the length of the text.
+// text. What a replaced &amp; makes together with the text after it is decoded again. Spaces of all
+// kinds, `&nbsp;` and `&Tab;` among them, become a blank and `&NewLine;` becomes CR LF; numeric
+// references, names of characters beyond U+FFFF and nearly all names of two characters stay.
+// Allocates nothing; time grows with the length of the text.
 QO_HTML_API void qo_decode_html_entities(std::string& text);
 
 // A node to search from and an ordered list of nodes, which selectors fill, narrow or search below.
