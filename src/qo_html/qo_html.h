@@ -217,7 +217,7 @@ QO_HTML_API bool parseHtml(_qo_html*& out, std::string html, std::string source,
 
 // Replaces, in place, the named character references that end in ';' (&lt; &eacute; ...) by UTF-8
 // text. What a replaced &amp; makes together with the text after it is decoded again. Spaces of all
-// kinds, `&nbsp;` and `&Tab;` among them, become a blank and `&NewLine;` becomes CR LF; numeric
+// kinds, "nbsp" and "Tab" among them, become a blank and "NewLine" becomes CR LF; numeric
 // references, names of characters beyond U+FFFF and nearly all names of two characters stay.
 // Allocates nothing; time grows with the length of the text.
 QO_HTML_API void qo_decode_html_entities(std::string& text);
