@@ -127,6 +127,8 @@ class Cli(unittest.TestCase):
         self.assertEqual((deep["attrs"], deep["file"]), ({"id": "x", "b": True}, "(standard input)"))
         values = qo("form", stdin=b"<form><input name='\xff[\xfe]' value='\xc3'></form>")[1]
         self.assertEqual(json.loads(values.decode()), {"\ufffd": {"\ufffd": "\ufffd"}})
+        values = qo("form", stdin=b"<form><input name='\xff' value='1'><input name='\xfe' value='2'></form>")[1]
+        self.assertEqual(json.loads(values.decode()), {"\ufffd": "2", "\ufffd\ufffd": "1"})
 
     def test_edit_takes_the_edited_form_of_what_it_touches(self):
         page = "<p class='a b'\n>x<br>y</p><img src='i'>"
@@ -137,6 +139,8 @@ class Cli(unittest.TestCase):
                 (["p", "--add-class", "c", "--del-class", "a"], '<p class="b c">x<br>y</p><img src=\'i\'>'),
                 (["p", "--attr", "class=z", "--add-class", "y"], '<p class="z y">x<br>y</p><img src=\'i\'>'),
                 (["p", "--add-class", "a"], page),
+                (["p", "--html", "x<br>y"], page),
+                (["p", "--replace", "<p class='a b'>x<br>y</p>"], page),
                 (["p", "--text", "<&>"], "<p class='a b'\n>&lt;&amp;&gt;</p><img src='i'>"),
                 (["p", "--text="], "<p class='a b'\n></p><img src='i'>"),
                 (["p", "--html", "<b>q<br>"], "<p class='a b'\n><b>q<br/></b></p><img src='i'>"),
@@ -158,16 +162,21 @@ class Cli(unittest.TestCase):
             (["edit", "b", "--text", "c", "--drop-comments"], "<p><!--1--><b><!--2--></b >a<!--3-->",
              "<p><b>c</b >a"),
             (["edit", "p", "--add-class", "c"], "<p data='{\"a\":1}'>", "<p data='{\"a\":1}' class=\"c\">"),
+            (["edit", "p", "--del-class", "[&]:a"], "<p class='[&]:a b'>", '<p class="b">'),
+            (["edit", "p", "--html", "<p>a</p>"], "<p><p><br></p></p>", "<p><p>a</p></p>"),
+            (["edit", "p", "--html", "<p>a</p>"], "<p><p >a</p></p>", "<p><p >a</p></p>"),
             (["edit", "p", "--add-class", "c"], "<b>a", "<b>a", 1),
         ])
-        self.complaint(["edit", "!--", "--text", "a-->b"], 'qo: (standard input):1:2: "-->" would end it early\n',
-                       "a<!--c-->")
+        stays_out = "qo: (standard input):1:2: the new content would not stay in "
+        self.complaint(["edit", "!--", "--text", "a-->b"], stays_out + "<!--\n", "a<!--c-->")
+        self.complaint(["edit", "script", "--text", "1</script>a<script>"], stays_out + "<script>\n",
+                       "a<script></script>")
         self.assertEqual(self.complaint(["edit", "p", "--html", "<a b=c>"],
                                         'qo: --html:1:1: "b" loses its value, which has no quotes\n', "<p>", 0),
                          '<p><a b=""></a>')
         self.assertEqual(self.complaint(["edit", "p", "--add-class", "c"], "qo: (standard input):2:1: "
-                         '"id" loses its value, which has no quotes (and 1 more)\n', "\n<p id=a b=c>", 0),
-                         '\n<p id="" b="" class="c">')
+                         '"id" loses its value, which has no quotes (and 1 more)\n', "\n<p x-id='' id=a b=c d='' >", 0),
+                         '\n<p x-id="" id="" b="" d="" class="c">')
 
     def test_edit_keeps_every_page_of_the_manual(self):
         with open(os.path.join(SOURCE, "docs", "markup.md"), encoding="utf-8") as manual:
@@ -184,15 +193,14 @@ class Cli(unittest.TestCase):
     def test_edit_refuses_what_it_cannot_keep(self):
         rewrite = ": this edit cannot keep the page as written (--allow-rewrite rewrites it)\n"
         unclosed = "\n<p>a<b "
-        self.complaint(["edit", "b", "--after", "c"], "qo: (standard input):2:5" + rewrite, unclosed)
+        self.complaint(["edit", "b", "--after", "c"], "qo: (standard input):2:7" + rewrite, unclosed)
         self.check([(["edit", "b", "--after", "c", "--allow-rewrite"], unclosed, "\n<p>a<b></b>c</p>")])
         self.complaint(["edit", "p", "--html", "</script>"], "", "<p>", 0)
-        self.complaint(["edit", "script", "--text", "</script>"], "qo: (standard input):1:10" + rewrite,
-                       "<script></script>")
         self.complaint(["edit", "br", "--text", "x"], "qo: (standard input):2:1: <br> has no content to set\n",
                        "\n<br>")
 
     def test_edit_shows_a_diff(self):
+        self.check([(["edit", "-n", "p", "--text", "a"], "<p>a</p>", "")])
         self.write("a", "1\n<b>2</b> <b>3</b>\n" + "<i>\n" * 7 + "<b>4</b>\n5\n6\n7\n8\n<b>9</b>")
         self.check([(["edit", "-n", "b", "--text", "x", "a"], "", """--- a
 +++ a
@@ -217,7 +225,7 @@ class Cli(unittest.TestCase):
 \\ No newline at end of file
 +<b>x</b>
 \\ No newline at end of file
-"""), (["edit", "-n", "i", "--remove"], "<i>\n</i>", "--- (standard input)\n+++ (standard input)\n"
+"""), (["edit", "-n", "i", "--remove"], "<i>\n</i>", "--- (standard input)\t\n+++ (standard input)\t\n"
        "@@ -1,2 +0,0 @@\n-<i>\n-</i>\n\\ No newline at end of file\n"),
                     (["edit", "-n", "b", "--text", "2", "a", "-i"], "", qo("edit", "-n", "b", "--text",
                                                                           "2", "a")[1].decode())])
@@ -231,6 +239,18 @@ class Cli(unittest.TestCase):
         self.assertEqual(self.read("page.html"), PAGE.replace("<br>", ""))
         self.assertEqual(os.stat("page.html").st_mode & 0o777, 0o640)
         self.assertEqual(self.read("link.old"), PAGE)
+        for arguments in (["-itrue"], ["--in-place=true"]):
+            self.write("other.html", "<p>")
+            self.assertEqual(qo("edit", *arguments, "p", "--text", "a", "other.html"), (0, b"", ""))
+            self.assertEqual((self.read("other.html"), self.read("other.htmltrue")), ("<p>a", "<p>"))
+            os.remove("other.htmltrue")
+        self.complaint(["edit", "-i.old", "p", "--after", "b", "other.html", "./other.html"],
+                       "qo: ./other.html: has been edited already\n")
+        self.assertEqual((self.read("other.html"), self.read("other.html.old")), ("<p>a</p>b", "<p>a"))
+        self.complaint(["edit", "-i", "p", "--text", "a", "/dev/stdin"], "qo: /dev/stdin: is no regular file\n",
+                       "<p>")
+        os.remove("other.html")
+        os.remove("other.html.old")
         before = os.stat("page.html")
         self.assertEqual(qo("edit", "-i", "p", "--add-class", "a", "page.html")[0], 0)
         self.assertEqual(qo("edit", "--in-place", "div", "--add-class", "a", "page.html")[0], 1)
@@ -275,6 +295,8 @@ class Cli(unittest.TestCase):
                 (["edit", "a", "--html", "<!--"], '--html:1:1: refused: no end to "<!--"'),
                 (["edit", "a", "--remove", "-i"], "edit: -i needs files to write to"),
                 (["select", "a", "."], ".: Is a directory"),
+                (["check", "[page.html,page.html]"], "[page.html,page.html]: No such file or directory"),
+                (["form", "none.html"], "none.html: No such file or directory"),
                 (["select", "a", "no\nfile"], "no\\nfile: No such file or directory"),
                 (["form", "./none.html"], "./none.html: No such file or directory"),
                 (["form", "page.html", "none.html"], "none.html: No such file or directory"),
@@ -286,6 +308,8 @@ class Cli(unittest.TestCase):
             self.complaint(["check"], "qo: (standard input):" + place + "\n", page)
         self.complaint(["form"], "qo: (standard input): controls of one name are plain, in [] or in [key], "
                        "not several\n", "<form><input name='a'><input name='a[]'></form>")
+        self.assertEqual(qo("edit", "--remove=false", "p", "page.html")[0], 2)
+        self.assertLess(len(qo("check", stdin="<a-" + "b" * 100000 + ">")[2]), 300)
         self.write("bad.html", "<a-b>")
         self.write("select", "<a>q")  # a file named like a subcommand
         self.assertEqual(self.complaint(["select", "-t", "a", "bad.html", "select"],
@@ -302,6 +326,7 @@ class Cli(unittest.TestCase):
                 ("[href^=x]", ['[href^=x] looks for an attribute called "href^": "=" is the only operator']),
                 ("[a='b.c']", ["[a='b is read without a \"]\": \".\" ends it, in quotes or not",
                                '"c\'" is read as one name, "\'" included']),
+                (".a\\.b", ['"a\\": a backslash only takes a ":" into a name']),
                 ("[a", ['[a is read without a "]": nothing follows, in quotes or not']),
                 ("li:first-child", [":first-child has no effect"]),
                 ("div#a.b > * c\\:d[e='f'][g]", [])]:

@@ -1,13 +1,16 @@
+#include <unistd.h>
+
 #include <algorithm>
-#include <functional>
-#include <iostream>
+#include <iterator>
 #include <map>
+#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
 #include <qo_html/qo_html_ascii.h>
 
+#include "files.h"
 #include "options.h"
 #include "text.h"
 
@@ -19,8 +22,33 @@ bool has_any(const std::string& text, std::string_view characters) {
   return text.find_first_of(characters) != std::string::npos;
 }
 
+bool begins_with(const std::string& text, std::string_view start) {
+  return text.compare(0, start.size(), start) == 0;
+}
+
+bool ends_with(const std::string& text, std::string_view end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// CLI11 takes an argument in brackets for a list. In front of one, this keeps it from that.
+constexpr char bracket_guard = '\x01';
+
+std::string with_guard(const std::string& argument) {
+  return begins_with(argument, "[") ? bracket_guard + argument : argument;
+}
+
+std::string without_guard(const std::string& argument) {
+  return argument.substr(argument[0] == bracket_guard ? 1 : 0);
+}
+
 // --- Options that subcommands share ---
 
+template <class Value>
+CLI::Option* add_positional(CLI::App& command, const char* name, Value& value, const char* help) {
+  return command.add_option(name, value, help)->transform(without_guard)->type_name("");
+}
+
+// The last of a subcommand's options.
 void add_common(CLI::App& command, CommonOptions& options) {
   command.add_option("--color", options.color, "Color results: auto, always or never")
       ->check(CLI::IsMember({"auto", "always", "never"}))
@@ -28,21 +56,28 @@ void add_common(CLI::App& command, CommonOptions& options) {
   command.add_option("-o,--output", options.output, "Write results to FILE, once all are there")
       ->type_name("FILE");
   command.add_flag("--drop-comments", options.drop_comments, "Leave comments out of the page");
+  for (CLI::Option* option : command.get_options()) {
+    if (option->get_items_expected_max() == 0) option->disable_flag_override();  // no --flag=VALUE
+  }
 }
 
-void add_selector(CLI::App& command, std::string& selector, bool& strict) {
-  command.add_option("SEL", selector, "Which elements: tag .class #id [name=value] > and blanks")
-      ->type_name("")
-      ->required();
+void add_strict(CLI::App& command, bool& strict) {
   command.add_flag("--strict", strict, "Refuse selectors that a hint would be given on");
 }
 
-void add_files(CLI::App& command, std::vector<std::string>& files) {
-  command.add_option("FILE", files, "Pages to read; - or none: standard input")->type_name("");
+void add_selector(CLI::App& command, std::string& selector, bool& strict) {
+  add_positional(command, "SEL", selector,
+                 "Which elements: tag .class #id [name=value] > and blanks")
+      ->required();
+  add_strict(command, strict);
 }
 
-void add_file(CLI::App& command, std::string& file) {
-  command.add_option("FILE", file, "The page to read; - or none: standard input")->type_name("");
+void add_files(CLI::App& command, std::vector<std::string>& files) {
+  add_positional(command, "FILE", files, "Pages to read; - or none: standard input");
+}
+
+CLI::Option* add_file(CLI::App& command, std::string& file) {
+  return add_positional(command, "FILE", file, "The page to read; - or none: standard input");
 }
 
 // --- qo select ---
@@ -104,19 +139,16 @@ void add_select(CLI::App& app, SelectOptions& options) {
 
 bool names_a_file(const std::string& argument) {
   const bool is_path = has_any(argument, "/") && !has_any(argument, "[");
-  return argument == "-" || is_path || CLI::ExistingFile(argument).empty();
+  const bool is_page = ends_with(argument, ".html") || ends_with(argument, ".htm");
+  return argument == "-" || is_path || is_page || CLI::ExistingFile(argument).empty();
 }
 
 void add_form(CLI::App& app, FormOptions& options) {
   CLI::App& command = *app.add_subcommand("form", "Print the values of a form's controls as JSON");
-  CLI::Option* selector =
-      command
-          .add_option("SEL", options.selector, "Which elements to take for forms; default: form")
-          ->type_name("");
-  CLI::Option* file =
-      command.add_option("FILE", options.file, "The page to read; - or none: standard input")
-          ->type_name("");
-  command.add_flag("--strict", options.strict, "Refuse selectors that a hint would be given on");
+  CLI::Option* selector = add_positional(command, "SEL", options.selector,
+                                         "Which elements to take for forms; default: form");
+  CLI::Option* file = add_file(command, options.file);
+  add_strict(command, options.strict);
   command.add_flag("--all", options.all, "Print an array with all forms, not the first form");
   command.add_flag("--compact", options.compact, "Print on one line");
   command.final_callback([&options, selector, file] {
@@ -197,6 +229,8 @@ std::vector<EditOperation> read_operations(const CLI::App& command) {
   return operations;
 }
 
+constexpr char backup_suffix_option[] = "--backup-suffix";
+
 void check_in_place(const EditOptions& options) {
   if (options.files.empty() || std::count(options.files.begin(), options.files.end(), "-") != 0) {
     throw Failure("edit: -i needs files to write to");
@@ -219,18 +253,17 @@ void add_edit(CLI::App& app, EditOptions& options) {
         ->allow_extra_args(false);
   }
   command.add_flag("--remove", "Remove the element")->group("Operations, in any number");
-  CLI::Option* in_place = command.add_flag(
-      "-i,--in-place", options.backup_suffix,
-      "Write the pages back; -iSUFFIX keeps each old page under its name + SUFFIX");
+  command.add_flag("-i,--in-place", options.in_place,
+                   "Write the pages back; -iSUFFIX keeps each old page under its name + SUFFIX");
+  command.add_option(backup_suffix_option, options.backup_suffix)->group("");  // see known_forms
   command.add_flag("-n,--diff", options.show_diff, "Write nothing; show the changes as a diff");
   command.add_flag("--allow-rewrite", options.allow_rewrite,
                    "Where a page cannot keep its form, write all of it in the library's form");
-  command.final_callback([&options, &command, in_place] {
-    options.in_place = !in_place->empty();
-    if (options.backup_suffix == "true") options.backup_suffix.clear();  // a flag without a value
+  command.final_callback([&options, &command] {
     options.operations = read_operations(command);
-    if (options.operations.empty())
+    if (options.operations.empty()) {
       throw Failure("edit: nothing to do: give an operation, such as --text");
+    }
     if (options.in_place) check_in_place(options);
   });
   add_common(command, options);
@@ -251,12 +284,10 @@ void add_tree(CLI::App& app, TreeOptions& options) {
   command.add_flag("-b,--blanks", options.blanks, "Show text that is only white space, too");
   CLI::Option* html = command.add_flag("--html", options.html,
                                        "Write a page that shows the tree, beside a browser's");
-  CLI::Option* selector =
-      command.add_option("--select", options.selector, "What to highlight in that page")
-          ->type_name("SEL")
-          ->needs(html);
-  command.add_flag("--strict", options.strict, "Refuse selectors that a hint would be given on")
-      ->needs(selector);
+  command.add_option("--select", options.selector, "What to highlight in that page")
+      ->type_name("SEL")
+      ->needs(html);
+  add_strict(command, options.strict);
   add_common(command, options);
 }
 
@@ -280,35 +311,38 @@ bool takes_value(const CLI::App& command, const std::string& argument) {
 }
 
 // "--text=": CLI11 would take the next argument for the value.
-bool has_empty_value(const std::string& argument) {
-  return argument.compare(0, 2, "--") == 0 && argument.find('=') == argument.size() - 1;
+bool has_empty_value(const CLI::App& command, const std::string& argument) {
+  return begins_with(argument, "--") && ends_with(argument, "=") &&
+         takes_value(command, argument.substr(0, argument.size() - 1));
 }
 
-// The arguments, with what CLI11 does not know brought into forms that it does: "-iSUFFIX", and
-// empty values.
-std::vector<std::string> known_forms(int argc, char** argv, const CLI::App& app) {
+// The SUFFIX of "-iSUFFIX" and "--in-place=SUFFIX"; null for any other argument.
+const char* backup_suffix(const CLI::App& command, const char* argument) {
+  if (command.get_name() != "edit") return nullptr;
+  for (const std::string_view start : {std::string_view("--in-place="), std::string_view("-i")}) {
+    const bool is_longer = begins_with(argument, start) && argument[start.size()] != '\0';
+    if (is_longer) return argument + start.size();
+  }
+  return nullptr;
+}
+
+// The arguments of a subcommand, with what CLI11 does not know brought into forms that it does.
+std::vector<std::string> known_forms(const CLI::App& command, int argc, char** argv) {
   std::vector<std::string> known;
-  const CLI::App* command = nullptr;
-  for (int i = 1; i < argc; ++i) {
+  int i = 0;
+  for (; i < argc && std::string_view(argv[i]) != "--"; ++i) {
     const std::string argument = argv[i];
-    if (argument == "--") {
-      known.insert(known.end(), argv + i, argv + argc);
-      break;
-    }
-    if (command == nullptr) {
-      command = find_subcommand(app, argument);
-      known.push_back(argument);
-    } else if (has_empty_value(argument)) {
+    if (has_empty_value(command, argument)) {
       known.push_back(argument.substr(0, argument.size() - 1));
       known.emplace_back();
-    } else if (command->get_name() == "edit" && argument.size() > 2 &&
-               argument.compare(0, 2, "-i") == 0) {
-      known.push_back("--in-place=" + argument.substr(2));
+    } else if (const char* const suffix = backup_suffix(command, argv[i])) {
+      known.insert(known.end(), {"--in-place", backup_suffix_option, suffix});
     } else {
-      known.push_back(argument);
-      if (takes_value(*command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
+      known.push_back(with_guard(argument));
+      if (takes_value(command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
     }
   }
+  std::transform(argv + i, argv + argc, std::back_inserter(known), with_guard);
   return known;
 }
 
@@ -339,16 +373,23 @@ std::optional<Options> read_command_line(int argc, char** argv) {
   add_decode(app, decode);
   app.footer("qo SUBCOMMAND --help tells more; so does the manual page qo(1).\n");
 
-  if (argc > 1 && argv[1][0] != '-' && find_subcommand(app, argv[1]) == nullptr) {
-    throw Failure("there is no subcommand \"" + std::string(argv[1]) + "\"; see qo --help");
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (argc > 1 && argv[1][0] != '-') {
+    const CLI::App* const command = find_subcommand(app, argv[1]);
+    if (command == nullptr) {
+      throw Failure("there is no subcommand \"" + std::string(argv[1]) + "\"; see qo --help");
+    }
+    arguments = known_forms(*command, argc - 2, argv + 2);
+    arguments.insert(arguments.begin(), argv[1]);
   }
   try {
-    std::vector<std::string> arguments = known_forms(argc, argv, app);
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0) throw Failure(first_line(error.what()));
-    app.exit(error);
+    std::ostringstream text;  // help, or the version
+    app.exit(error, text);
+    write_all(STDOUT_FILENO, text.str(), "standard output");
     return std::nullopt;
   }
   const std::string name = app.get_subcommands().front()->get_name();

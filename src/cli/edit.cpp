@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <optional>
+#include <set>
 
 #include "commands.h"
 #include "page.h"
@@ -73,6 +74,10 @@ class Editing {
     if (prints_pages()) return session_.out().write(edited.text());
     if (options_.show_diff) return write_diff(unified_diff(input.text, edited, input.name));
     if (edited.text() == input.text) return;
+    if (!is_regular_file(input.name)) throw Failure(input.name + ": is no regular file");
+    if (!written_.insert(resolved(input.name)).second) {
+      throw Failure(input.name + ": has been edited already");
+    }
     if (!options_.backup_suffix.empty()) {
       back_up_file(input.name, options_.backup_suffix, input.text);
     }
@@ -106,6 +111,7 @@ class Editing {
   const EditOptions& options_;
   const Edit edit_;
   Session session_;
+  std::set<std::string> written_;  // by -i
 };
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "text.h"
+
 namespace cli {
 
 void EditedText::keep(std::size_t begin, std::size_t end) {
@@ -43,10 +45,23 @@ void EditedText::write_implied() {
 }
 
 void EditedText::note_change(std::size_t old_end) {
-  if (old_position_ == old_end && new_position_ == text_.size()) return;
-  changes_.push_back({old_position_, old_end, new_position_, text_.size()});
+  Change change{old_position_, old_end, new_position_, text_.size()};
   old_position_ = old_end;
   new_position_ = text_.size();
+  const auto goes_on = [&change] {
+    return change.old_begin < change.old_end && change.new_begin < change.new_end;
+  };
+  while (goes_on() && original_[change.old_begin] == text_[change.new_begin]) {
+    ++change.old_begin;
+    ++change.new_begin;
+  }
+  while (goes_on() && original_[change.old_end - 1] == text_[change.new_end - 1]) {
+    --change.old_end;
+    --change.new_end;
+  }
+  if (change.old_begin < change.old_end || change.new_begin < change.new_end) {
+    changes_.push_back(change);
+  }
 }
 
 namespace {
@@ -180,7 +195,9 @@ std::string unified_diff(std::string_view old_text, const EditedText& edited,
   }
   if (!hunk) return out;
   hunk->keep(first_lines(old_text.substr(position), context_lines));
-  return "--- " + name + "\n+++ " + name + "\n" + out + hunk->text();
+  // A tab tells where a name with blanks ends.
+  const std::string shown = printable(name) + (name.find(' ') == std::string::npos ? "" : "\t");
+  return "--- " + shown + "\n+++ " + shown + "\n" + out + hunk->text();
 }
 
 }  // namespace cli

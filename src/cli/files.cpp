@@ -83,7 +83,7 @@ class Replacement {
   explicit Replacement(const std::string& target)
       : target_(target),
         folder_(target.substr(0, target.rfind('/') + 1)),
-        path_(target + ".XXXXXX"),
+        path_(folder_ + ".qo-XXXXXX"),
         file_(mkostemp(path_.data(), O_CLOEXEC)) {
     if (file_.number() < 0) fail(target);
   }
@@ -141,14 +141,18 @@ void write_replacement(const std::string& target, std::string_view text, const s
   replacement.commit();
 }
 
-// Where the links of an existing path lead.
+}  // namespace
+
 std::string resolved(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> target(realpath(path.c_str(), nullptr), std::free);
   if (target == nullptr) fail(path);
   return target.get();
 }
 
-}  // namespace
+bool is_regular_file(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
 
 Input read_input(const std::string& path) {
   if (path == "-") return {"(standard input)", read_all(STDIN_FILENO, "(standard input)")};

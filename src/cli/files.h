@@ -17,6 +17,11 @@ struct Input {
 // Reads a file; "-" is standard input. Throws Failure.
 Input read_input(const std::string& path);
 
+// Where the links of an existing path lead. Throws Failure.
+std::string resolved(const std::string& path);
+
+bool is_regular_file(const std::string& path);
+
 // Writes all of `text` to a file descriptor; `name` is for the message. Throws Failure.
 void write_all(int descriptor, std::string_view text, const std::string& name);
 

@@ -17,7 +17,7 @@ Json::Value valid_member(const Json::Value& value) {
     if (value.isArray()) {
       valid.append(json_string(item->asString()));
     } else {
-      valid[valid_utf8(item.name())] = json_string(item->asString());
+      add_member(valid, item.name()) = json_string(item->asString());
     }
   }
   return valid;
@@ -32,7 +32,7 @@ Json::Value form_values(const Input& input, _qo_html& form) {
   }
   Json::Value valid(Json::objectValue);
   for (auto member = values.begin(); member != values.end(); ++member) {
-    valid[valid_utf8(member.name())] = valid_member(*member);
+    add_member(valid, member.name()) = valid_member(*member);
   }
   return valid;
 }

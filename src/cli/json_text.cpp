@@ -8,6 +8,12 @@ Json::Value json_string(std::string_view text) {
   return Json::Value(valid_utf8(text));
 }
 
+Json::Value& add_member(Json::Value& object, std::string_view name) {
+  std::string valid = valid_utf8(name);
+  while (object.isMember(valid)) valid += replacement_character;
+  return object[valid];
+}
+
 JsonWriter::JsonWriter(const std::string& indentation) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = indentation;

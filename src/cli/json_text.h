@@ -14,6 +14,9 @@ namespace cli {
 // A string value.
 Json::Value json_string(std::string_view text);
 
+// A new member of an object. Names that are not UTF-8 may become the same: then U+FFFD is added.
+Json::Value& add_member(Json::Value& object, std::string_view name);
+
 class JsonWriter {
  public:
   // `indentation` of each level; with an empty one, everything stands on one line.

@@ -1,5 +1,6 @@
 #include "page.h"
 
+#include <algorithm>
 #include <iostream>
 #include <sstream>
 
@@ -30,21 +31,15 @@ long count_tags(std::string html) {
   return tags_met() - before;
 }
 
-// Where the tag stands at which the parser gave up: the shortest beginning of the page that has as
-// many tags as the parser met ends with its "<".
+// Where the tag stands at which the parser gave up: the last that it met. Each "<" is one tag at
+// most, so going on by as many "<" as tags are missing never goes too far.
 std::size_t find_refused_tag(const std::string& html) {
   const long tags = count_tags(html);
-  std::size_t low = 0;
-  std::size_t high = html.size();
-  while (low < high) {
-    const std::size_t middle = low + (high - low) / 2;
-    if (count_tags(html.substr(0, middle + 1)) < tags) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
+  std::size_t place = std::string::npos;
+  for (long missing = tags; missing > 0; missing = tags - count_tags(html.substr(0, place + 1))) {
+    for (; missing > 0; --missing) place = html.find('<', place + 1);
   }
-  return low;
+  return std::min(place, html.size());
 }
 
 // The library's line on a name that it refuses or on memory that ran out; empty when content
@@ -59,6 +54,7 @@ std::string reason_of_refusal() {
 }
 
 constexpr std::size_t excerpt_length = 30;
+constexpr std::size_t reason_length = 200;  // a name may be as long as the page
 
 [[noreturn]] void refuse(const Input& input) {
   const std::string reason = reason_of_refusal();
@@ -66,7 +62,8 @@ constexpr std::size_t excerpt_length = 30;
   const std::string_view rest = std::string_view(input.text).substr(tag);
   const std::string_view first_line = rest.substr(0, rest.find('\n'));
   throw Failure(input.name + ":" + place_of(input.text, tag) + ": refused: " +
-                (reason.empty() ? "no end to " + quoted(first_line, excerpt_length) : reason));
+                (reason.empty() ? "no end to " + quoted(first_line, excerpt_length)
+                                : reason.substr(0, reason_length)));
 }
 
 }  // namespace

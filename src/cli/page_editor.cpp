@@ -49,7 +49,7 @@ bool is_raw(const _qo_html& node) {
          node.tag == "style" || node.tag == "STYLE";
 }
 
-std::string start_tag(_qo_html& node, const std::string& attributes) {
+std::string start_tag(const _qo_html& node, const std::string& attributes) {
   if (node.isComment || node.isCdata) return "<" + node.tag;
   return "<" + node.tag + attributes + (node.isVoid && !node.isDeclaration ? "/>" : ">");
 }
@@ -72,23 +72,24 @@ std::string safe_attributes(const _qo_html& node) {
   return out;
 }
 
-// The attributes that get a value in the tag, but one that the parser drops because it has no
-// quotes.
-std::vector<std::string> dropped_values(std::string_view tag,
-                                        const std::vector<Attribute>& attributes) {
-  std::vector<std::string> names;
-  std::size_t position = 0;
-  for (const Attribute& attribute : attributes) {
-    if (attribute.hasValue == 0 || !attribute.value.empty()) continue;
-    const std::string assigned = attribute.name + "=";
-    position = tag.find(assigned, position);
-    if (position >= tag.size() - assigned.size()) break;
-    position += assigned.size();
-    const bool is_dropped =
-        std::string_view("\"' \t\r\n>").find(tag[position]) == std::string_view::npos;
-    if (is_dropped) names.push_back(attribute.name);
+// Whether the node has the attribute, with an empty value.
+bool has_empty_value(const _qo_html& node, const std::string& name) {
+  return std::any_of(node.attributes.begin(), node.attributes.end(), [&](const Attribute& one) {
+    return one.name == name && one.hasValue != 0 && one.value.empty();
+  });
+}
+
+// Whether `content` can stand in the raw node without ending it.
+bool fits_raw(const _qo_html& node, const std::string& content) {
+  const std::string markup = start_tag(node, "") + content + end_tag(node);
+  try {
+    const Document document = parse_page({"", markup}, false);
+    const std::vector<_qo_html*>& children = document->children;
+    return children.size() == 1 && children[0]->textContent() == content &&
+           children[0]->outerHTML() == markup;
+  } catch (const Failure&) {
+    return false;
   }
-  return names;
 }
 
 void set_attribute(_qo_html& node, const EditOperation& operation) {
@@ -111,10 +112,10 @@ void change_attributes(_qo_html& node, const std::vector<EditOperation>& operati
         node.remove_attribute(operation.name);
         break;
       case Kind::add_class:
-        node.add_class(escaped(operation.value, "&\""));
+        node.add_class(escaped(operation.value, "\""));
         break;
       case Kind::delete_class:
-        node.remove_class(escaped(operation.value, "&\""));
+        node.remove_class(escaped(operation.value, "\""));
         break;
       default:
         break;
@@ -167,49 +168,52 @@ class PageEditor {
     if (node.isText) return text(node);
     const TagExtent tag = scan_tag(source_, position_, node.tag, node.isVoid);
     const bool whole_element = tag.slash && !node.isVoid && node.children.empty();
-    start(node, take(tag.end), whole_element);
+    const Token token = take(tag.end);
+    if (hidden_by_ == nullptr) start(node, token, whole_element, tag.dropped);
     if (node.children.empty()) leave(node, whole_element);
   }
 
   void text(_qo_html& node) {
     const Token token = take(position_ + node.text.size());
-    const bool matches = !hidden_by_ && is_match(node);
-    if (matches) add(edit_.before);
-    if (matches && edit_.whole) {
-      add(*edit_.whole);
-    } else if (matches && edit_.content_kind != Edit::Content::unchanged) {
-      add(content_for(*node.parent, token));
+    if (!is_match(node)) return keep(token, node.text);
+    add(edit_.before);
+    if (edit_.whole) {
+      add(*edit_.whole, token);
+    } else if (has_new_content()) {
+      add(content_for(*node.parent, token), token);
     } else {
       keep(token, node.text);
     }
-    if (matches) add(edit_.after);
+    add(edit_.after);
   }
 
-  // `whole_element`: the token is end tag and start tag in one.
-  void start(_qo_html& node, Token token, bool whole_element) {
-    if (hidden_by_ != nullptr) return;
+  // `whole_element`: the token is end tag and start tag in one. `dropped`: the attributes that lose
+  // a value.
+  void start(_qo_html& node, Token token, bool whole_element,
+             const std::vector<std::string>& dropped) {
     const std::string end = whole_element ? end_tag(node) : std::string();
     const std::string former = start_tag(node, node.formatAttribute());
-    const std::vector<std::string> drops =
-        dropped_values(source_.substr(token.begin, token.end - token.begin), node.attributes);
     if (!is_match(node)) {
-      note(page_.other_drops, drops, token);
+      note(page_.other_drops, node, dropped, token);
       return keep(token, former + end);
     }
     add(edit_.before);
-    if (edit_.whole) {
+    if (edit_.whole && (edit_.whole->empty() || node.outerHTML() != *edit_.whole)) {
       add(*edit_.whole);
       hidden_by_ = &node;
       return;
     }
-    change_attributes(node, edit_.attributes);
+    if (!edit_.whole) change_attributes(node, edit_.attributes);
     const std::string form = start_tag(node, node.formatAttribute());
-    const bool new_content = edit_.content_kind != Edit::Content::unchanged;
+    const bool new_content =
+        !edit_.whole && has_new_content() && content_for(node, token) != node.innerHTML();
+    // Operations on matches below would be lost with their elements.
+    if (!new_content && (edit_.whole || has_new_content())) settled_by_ = &node;
     if (form == former && !(whole_element && new_content)) {
-      note(page_.other_drops, drops, token);
+      note(page_.other_drops, node, dropped, token);
       keep(token, form + end);
     } else {
-      note(page_.kept_drops, drops, token);
+      note(page_.kept_drops, node, dropped, token);
       page_.kept.add(start_tag(node, safe_attributes(node)));
       page_.rewritten.add(form);
       if (!new_content) add(end);
@@ -221,21 +225,23 @@ class PageEditor {
     }
   }
 
-  void note(DroppedValues& drops, const std::vector<std::string>& names, Token token) const {
-    if (drops.count == 0 && !names.empty()) drops.first = place(token) + ": \"" + names[0] + "\"";
-    drops.count += names.size();
+  void note(DroppedValues& drops, const _qo_html& node, const std::vector<std::string>& names,
+            Token token) const {
+    for (const std::string& name : names) {
+      if (!has_empty_value(node, name)) continue;
+      if (drops.count++ == 0) drops.first = place(token) + ": \"" + name + "\"";
+    }
   }
 
   std::string place(Token token) const { return name_ + ":" + place_of(source_, token.begin); }
 
+  bool has_new_content() const { return edit_.content_kind != Edit::Content::unchanged; }
+
   const std::string& content_for(const _qo_html& node, Token token) const {
     if (node.isVoid) throw Failure(place(token) + ": <" + node.tag + "> has no content to set");
     if (!is_raw(node)) return edit_.content_markup;
-    const bool is_section = node.isComment || node.isCdata;
-    if (is_section && edit_.content.find(end_tag(node)) != std::string::npos) {
-      throw Failure(place(token) + ": \"" + end_tag(node) + "\" would end it early");
-    }
-    return edit_.content;
+    if (fits_raw(node, edit_.content)) return edit_.content;
+    throw Failure(place(token) + ": the new content would not stay in " + start_tag(node, ""));
   }
 
   // Behind the content of a node.
@@ -245,6 +251,7 @@ class PageEditor {
     Token token{position_, position_};
     if (!node.isVoid && !whole_element) token = take_end(node);
     if (hidden_by_ == &node) hidden_by_ = nullptr;
+    if (settled_by_ == &node) settled_by_ = nullptr;
     if (hidden_by_ != nullptr) return;
     if (!node.isVoid && !whole_element && !hidden_whole) end(node, token);
     if (is_match(node)) add(edit_.after);
@@ -291,7 +298,15 @@ class PageEditor {
     page_.rewritten.add(form);
   }
 
-  bool is_match(_qo_html& node) const { return matches_.count(&node) != 0; }
+  // In the place of a token, which stays where it is just that.
+  void add(const std::string& form, Token token) {
+    page_.kept.add(form, token.begin, token.end);
+    page_.rewritten.add(form, token.begin, token.end);
+  }
+
+  bool is_match(_qo_html& node) const {
+    return hidden_by_ == nullptr && settled_by_ == nullptr && matches_.count(&node) != 0;
+  }
 
   const std::string& name_;
   std::string_view source_;
@@ -299,8 +314,9 @@ class PageEditor {
   const Edit& edit_;
   bool drop_comments_;
   EditedPage page_;
-  std::size_t position_ = 0;       // in the source
-  _qo_html* hidden_by_ = nullptr;  // the node whose content is not written
+  std::size_t position_ = 0;        // in the source
+  _qo_html* hidden_by_ = nullptr;   // the node whose content is not written
+  _qo_html* settled_by_ = nullptr;  // the node whose content is written, but not edited
 };
 
 }  // namespace

@@ -75,7 +75,7 @@ class Selecting {
     Json::Value line(Json::objectValue);
     Json::Value& attributes = line["attrs"] = Json::Value(Json::objectValue);
     for (const Attribute& attribute : node.attributes) {
-      attributes[valid_utf8(attribute.name)] =
+      add_member(attributes, attribute.name) =
           attribute.hasValue != 0 ? json_string(attribute.value) : Json::Value(true);
     }
     line["tag"] = json_string(node.tagName());

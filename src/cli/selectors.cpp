@@ -131,6 +131,14 @@ std::string attribute_hint(const Step& step) {
          "\": \"=\" is the only operator";
 }
 
+bool has_css_escape(const Step& step) {
+  for (std::size_t i = 0; i < step.name.size(); ++i) {
+    const char next = i + 1 < step.name.size() ? step.name[i + 1] : step.stopped_at;
+    if (step.name[i] == '\\' && next != ':') return true;
+  }
+  return false;
+}
+
 // What a reader of CSS would take otherwise; empty when there is nothing.
 std::string hint_on(const Step& step) {
   const std::string name(step.name);
@@ -140,6 +148,8 @@ std::string hint_on(const Step& step) {
     case ':':
       return ":" + name + " has no effect";
     default: {
+      if (has_css_escape(step))
+        return "\"" + name + "\": a backslash only takes a \":\" into a name";
       const std::size_t odd = name.find_first_of(",+~()|*^$=\"'");
       if (odd == std::string::npos) return std::string();
       return "\"" + name + "\" is read as one name, \"" + name[odd] + "\" included";

@@ -1,6 +1,7 @@
 #include "tag_scanner.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace cli {
 
@@ -14,47 +15,89 @@ bool ends_by_mark(std::string_view name) {
   return marks + (name.front() == '!' ? 1 : 0) == 3;
 }
 
-TagExtent scan_attributes(std::string_view html, std::size_t i) {
-  bool slash = false;
-  bool in_value = false;
-  bool value_began = false;
-  bool value_is_empty = true;
-  while (i < html.size()) {
-    const char c = html[i];
-    if (c == '>') return {i + 1, slash};
+bool is_space_in_tag(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// The parser's state machine for attributes, without the attributes.
+class AttributeScanner {
+ public:
+  AttributeScanner(std::string_view html, std::size_t start) : html_(html), i_(start) {}
+
+  TagExtent scan() {
+    while (i_ < html_.size() && html_[i_] != '>') {
+      if (in_value_) {
+        value_state(html_[i_]);
+      } else {
+        name_state(html_[i_++]);
+      }
+    }
+    if (i_ >= html_.size()) return {html_.size(), false, {}};  // cut off: nothing counts
+    end_value();
+    return {i_ + 1, slash_, std::move(dropped_)};
+  }
+
+ private:
+  void name_state(char c) {
     if (c == '/') {
-      slash = true;
-      value_began = false;
-      ++i;
-    } else if (!in_value) {
-      in_value = c == '=';
-      value_began = false;
-      value_is_empty = true;
-      ++i;
-    } else if (c == '"' || c == '\'') {
-      const std::size_t close = html.find(c, i + 1);
-      if (close == std::string_view::npos) break;
-      value_began = true;
-      value_is_empty = value_is_empty && close == i + 1;
-      i = close + 1;
-    } else if (c == ' ') {
-      in_value = false;
-      ++i;
-    } else if (value_began || !value_is_empty) {
-      in_value = false;  // this is the next name already
-    } else {
-      ++i;
+      slash_ = true;
+    } else if (c == '=') {
+      in_value_ = true;
+    } else if (c == ' ' || c == '\t') {
+      name_.clear();
+    } else if (!is_space_in_tag(c)) {
+      name_ += c;
     }
   }
-  return {html.size(), false};
-}
+
+  void value_state(char c) {
+    if (c == '"' || c == '\'') {
+      quoted_value(c);
+    } else if (c == '/') {
+      slash_ = true;
+      drops_ = drops_ || !after_quotes_;
+      after_quotes_ = false;
+      ++i_;
+    } else if (c == ' ') {
+      end_value();
+      ++i_;
+    } else if (after_quotes_ || !is_empty_) {
+      end_value();  // this is the next name already
+    } else {
+      drops_ = drops_ || !is_space_in_tag(c);
+      ++i_;
+    }
+  }
+
+  void quoted_value(char quote) {
+    const std::size_t close = std::min(html_.find(quote, i_ + 1), html_.size());
+    after_quotes_ = true;
+    is_empty_ = is_empty_ && close == i_ + 1;
+    i_ = close + 1;
+  }
+
+  void end_value() {
+    if (in_value_ && drops_ && is_empty_) dropped_.push_back(name_);
+    name_.clear();
+    in_value_ = false;
+    after_quotes_ = false;
+    is_empty_ = true;
+    drops_ = false;
+  }
+
+  std::string_view html_;
+  std::size_t i_;
+  std::string name_;
+  bool in_value_ = false;
+  bool after_quotes_ = false;
+  bool is_empty_ = true;  // the value
+  bool drops_ = false;    // characters of it
+  bool slash_ = false;
+  std::vector<std::string> dropped_;
+};
 
 std::size_t skip(std::string_view html, std::size_t i, std::string_view characters) {
   return std::min(html.find_first_not_of(characters, i), html.size());
-}
-
-bool is_space_in_tag(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 }  // namespace
@@ -64,11 +107,11 @@ TagExtent scan_tag(std::string_view html, std::size_t begin, std::string_view na
   const std::size_t i = std::min(name_start + name.size(), html.size());
   const std::string_view read = html.substr(std::min(begin, html.size()), i - std::min(begin, i));
   const bool slash = read.find('/') != std::string_view::npos;
-  if (ends_by_mark(name) || i == html.size()) return {i, slash};
-  if (html[i] == '>') return {i + 1, slash};
-  if (!is_space_in_tag(html[i])) return {std::min(i + 2, html.size()), true};  // "/>"
-  if (slash && !is_void) return {i, true};
-  return scan_attributes(html, i);
+  if (ends_by_mark(name) || i == html.size()) return {i, slash, {}};
+  if (html[i] == '>') return {i + 1, slash, {}};
+  if (!is_space_in_tag(html[i])) return {std::min(i + 2, html.size()), true, {}};  // "/>"
+  if (slash && !is_void) return {i, true, {}};
+  return AttributeScanner(html, i).scan();
 }
 
 std::size_t skip_comment(std::string_view html, std::size_t begin) {

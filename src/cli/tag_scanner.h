@@ -4,13 +4,16 @@
 #define QO_CLI_TAG_SCANNER_H
 
 #include <cstddef>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace cli {
 
 struct TagExtent {
   std::size_t end;  // behind the tag
   bool slash;       // it has a slash that counts: it ends an element, or is one without content
+  std::vector<std::string> dropped;  // attributes that lose a value, since it has no quotes
 };
 
 // The tag at `begin`, where its "<" stands, for which the parser has made or closed an element

@@ -95,7 +95,7 @@ std::string valid_utf8(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t length = sequence_length(text, i);
     if (length == 0) {
-      out += "\xEF\xBF\xBD";
+      out += replacement_character;
       ++i;
     } else {
       out.append(text, i, length);

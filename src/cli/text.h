@@ -25,6 +25,8 @@ std::string printable(std::string_view text);
 // The same in double quotes, cut to about `most` bytes.
 std::string quoted(std::string_view text, std::size_t most);
 
+constexpr char replacement_character[] = "\xEF\xBF\xBD";  // U+FFFD
+
 // The text with every byte that is not part of valid UTF-8 replaced by U+FFFD.
 std::string valid_utf8(std::string_view text);
 

@@ -21,8 +21,8 @@ const char* kind_of(const _qo_html& node) {
   return node.isVoid ? "void" : "element";
 }
 
-// [depth, kind, name or text, [[attribute, value or null]...], whether it matches]
-Json::Value row(_qo_html& node, std::size_t depth, bool matches) {
+// [depth, kind, name or text, [[attribute, value or null]...], the number of matches]
+Json::Value row(_qo_html& node, std::size_t depth, unsigned matches) {
   const bool is_text = node.isText || node.isComment || node.isCdata;
   Json::Value attributes(Json::arrayValue);
   for (const Attribute& attribute : node.attributes) {
@@ -53,9 +53,20 @@ std::string in_script(const std::string& json) {
   return out;
 }
 
+using NodeSet = std::unordered_set<_qo_html*>;
+
+// The matches that a row stands for: those of a comment or section may lie in it.
+unsigned count_matches(_qo_html* node, const NodeSet& matches) {
+  std::size_t count = matches.count(node);
+  if (node->isComment || node->isCdata) {
+    for (_qo_html* text : node->children) count += matches.count(text);
+  }
+  return static_cast<unsigned>(count);
+}
+
 // One row a node, in document order, so that the depth of the page does not matter.
 std::string rows(_qo_html* document, const std::vector<_qo_html*>& matches) {
-  const std::unordered_set<_qo_html*> among(matches.begin(), matches.end());
+  const NodeSet among(matches.begin(), matches.end());
   JsonWriter writer("");
   std::string out;
   TreeWalk walk(document);
@@ -63,7 +74,7 @@ std::string rows(_qo_html* document, const std::vector<_qo_html*>& matches) {
   while (_qo_html* node = walk.next()) {
     if (node->isComment || node->isCdata) walk.skip_children();
     out += out.empty() ? "\n" : ",\n";
-    out += in_script(writer.write(row(*node, walk.depth() - 1, among.count(node) != 0)));
+    out += in_script(writer.write(row(*node, walk.depth() - 1, count_matches(node, among))));
   }
   return out;
 }

@@ -12,7 +12,7 @@ const lookAhead = 40;       // nodes, when the two trees differ
 
 function makeNode(parent, kind, text, attributes) {
   const node = { parent, kind, text, attributes, depth: parent ? parent.depth + 1 : -1,
-    children: [], index: 0, mark: "", match: false, partner: null, row: null, shown: 0 };
+    children: [], index: 0, mark: "", matches: 0, partner: null, row: null, shown: 0 };
   if (parent) {
     node.index = parent.children.length;
     parent.children.push(node);
@@ -24,10 +24,10 @@ function treeOfRows(rows) {
   const root = makeNode(null, "document", "", []);
   const path = [root];
   const nodes = [];
-  for (const [depth, kind, text, attributes, match] of rows) {
+  for (const [depth, kind, text, attributes, matches] of rows) {
     path.length = depth + 1;
     const node = makeNode(path[depth], kind, text, attributes);
-    node.match = match;
+    node.matches = matches;
     path.push(node);
     nodes.push(node);
   }
@@ -39,7 +39,7 @@ function describe(dom) {
     case Node.ELEMENT_NODE:
       return ["element", dom.localName, Array.from(dom.attributes, a => [a.name, a.value])];
     case Node.TEXT_NODE:
-      return [/[^\s]/.test(dom.data) ? "text" : "blank", dom.data, []];
+      return [/[^ \t\n\v\f\r]/.test(dom.data) ? "text" : "blank", dom.data, []];
     case Node.COMMENT_NODE:
       return ["comment", dom.data, []];
     case Node.DOCUMENT_TYPE_NODE:
@@ -54,7 +54,8 @@ function childrenOf(dom) {
 }
 
 function treeOfBrowser(source) {
-  const page = new DOMParser().parseFromString(source, "text/html");
+  // A byte order mark at the start is no text to a browser that loads a file.
+  const page = new DOMParser().parseFromString(source.replace(/^\uFEFF/, ""), "text/html");
   const root = makeNode(null, "document", "", []);
   const nodes = [];
   const waiting = [[page, root]];
@@ -69,27 +70,40 @@ function treeOfBrowser(source) {
 
 // --- Comparing them ---
 
-const decoder = new DOMParser().parseFromString("<textarea>", "text/html").querySelector("textarea");
+const inert = new DOMParser().parseFromString("<textarea></textarea><i></i>", "text/html");
+const [textDecoder, attributeDecoder] = inert.body.children;
 
-function decoded(text) {
-  if (!text.includes("&")) return text;
-  decoder.innerHTML = text.replaceAll("<", "&lt;");
-  return decoder.value;
+function withBrowserLineEnds(text) {
+  return text.replace(/\r\n?/g, "\n");
 }
 
-const rawElements = /^(script|style)$/i;
+// References as a browser reads them: those in attributes have a rule of their own.
+function decodedText(text) {
+  const lines = withBrowserLineEnds(text);
+  if (!lines.includes("&")) return lines;
+  textDecoder.innerHTML = "\n" + lines.replaceAll("<", "&lt;");
+  return textDecoder.value;
+}
+
+function decodedAttribute(value) {
+  const lines = withBrowserLineEnds(value);
+  if (!lines.includes("&")) return lines;
+  attributeDecoder.innerHTML = '<i title="' + lines.replaceAll('"', "&quot;") + '"></i>';
+  return attributeDecoder.firstChild.title;
+}
+
+const rawElements = /^(script|style|xmp|iframe|noembed|noframes)$/i;
 
 // What two nodes have in common that stand for the same thing.
 function keyOf(node, ours) {
-  const collapse = text => text.trim().replace(/\s+/g, " ");
+  const collapse = text => text.replace(/[ \t\n\v\f\r]+/g, " ").replace(/^ | $/g, "");
   switch (node.kind) {
     case "text":
-      return "text " + collapse(ours && !rawElements.test(node.parent.text) ? decoded(node.text)
-        : node.text);
+      return "text " + collapse(ours && !rawElements.test(node.parent.text) ? decodedText(node.text)
+        : withBrowserLineEnds(node.text));
     case "comment":
-      return "comment " + node.text;
     case "cdata":
-      return "cdata " + node.text;
+      return node.kind + " " + withBrowserLineEnds(node.text);
     default:
       return node.text.toLowerCase();
   }
@@ -132,7 +146,7 @@ function sameAttributes(ours, theirs) {
   const wanted = new Map();
   for (const [name, value] of ours) {
     const key = name.toLowerCase();
-    if (!wanted.has(key)) wanted.set(key, decoded(value || ""));
+    if (!wanted.has(key)) wanted.set(key, decodedAttribute(value || ""));
   }
   return wanted.size === theirs.length &&
     theirs.every(([name, value]) => wanted.get(name.toLowerCase()) === (value || ""));
@@ -221,7 +235,7 @@ class TreeView {
 
   rowOf(node) {
     const classes = [node.kind, node.mark];
-    if (node.match) classes.push("match");
+    if (node.matches) classes.push("match");
     if (node.children.length) classes.push("parent");
     const row = this.makeRow(node, classes.filter(Boolean).join(" "), labelOf(node));
     row.setAttribute("role", "treeitem");
@@ -324,7 +338,8 @@ function main() {
   const ours = treeOfRows(data.nodes);
   const theirs = treeOfBrowser(data.source);
   const differences = compare(ours, theirs);
-  const matches = ours.nodes.filter(node => node.match);
+  const matches = ours.nodes.filter(node => node.matches);
+  const matchCount = matches.reduce((sum, node) => sum + node.matches, 0);
 
   const columns = [
     ["As the tags nest", ours, { only: "not in the browser", moved: "elsewhere in the browser",
@@ -352,7 +367,7 @@ function main() {
   const header = make("header", "", make("h1", "", data.name));
   if (data.selector) {
     header.append(make("span", "", make("code", "", data.selector), " ",
-      stepper(counted(matches.length, "match", "matches"), matches, viewOf)));
+      stepper(counted(matchCount, "match", "matches"), matches, viewOf)));
   }
   header.append(stepper(counted(differences.length, "difference", "differences"), differences, viewOf),
     make("label", "", blanks, " white space"));
@@ -361,7 +376,7 @@ function main() {
   document.body.append(header, make("main", "", ...views.map(view => view.section)));
   matches.slice(0, rowsAtOnce).forEach(node => viewOf(node).reveal(node));
   Object.assign(document.body.dataset,
-    { nodes: ours.nodes.length, matches: matches.length, differences: differences.length });
+    { nodes: ours.nodes.length, matches: matchCount, differences: differences.length });
 }
 
 main();
