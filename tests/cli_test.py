@@ -178,6 +178,9 @@ class Cli(unittest.TestCase):
                          '"id" loses its value, which has no quotes (and 1 more)\n', "\n<p x-id='' id=a b=c d='' >", 0),
                          '\n<p x-id="" id="" b="" d="" class="c">')
 
+        for operation in (["--attr", "id=b"], ["--del-attr", "id"]):
+            self.assertEqual(qo("edit", "p", *operation, stdin="<p id=a>")[2], "")
+
     def test_edit_keeps_every_page_of_the_manual(self):
         with open(os.path.join(SOURCE, "docs", "markup.md"), encoding="utf-8") as manual:
             rows = [line.split("|") for line in manual if line.startswith("| `")]
@@ -370,6 +373,8 @@ class Cli(unittest.TestCase):
     def test_no_time_that_grows_with_the_square(self):
         wide = "<ul>" + "<li>a</li>" * 100000 + "</ul>"
         self.assertEqual(qo("edit", "li", "--remove", stdin=wide)[1], b"<ul></ul>")
+        many = "<p" + "".join(f" a{i}=b" for i in range(50000)) + ">"
+        self.assertIn("49999 more", qo("edit", "p", "--add-class", "c", stdin=many)[2])
         deep = "<p>" * 100000
         self.assertEqual(qo("select", "-c", "p p p", stdin=deep)[1], b"100000\n")
         self.assertEqual(qo("edit", "b", "--text", "x", stdin=deep + "<b>")[1].decode(), deep + "<b>x")

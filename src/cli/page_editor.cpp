@@ -72,13 +72,6 @@ std::string safe_attributes(const _qo_html& node) {
   return out;
 }
 
-// Whether the node has the attribute, with an empty value.
-bool has_empty_value(const _qo_html& node, const std::string& name) {
-  return std::any_of(node.attributes.begin(), node.attributes.end(), [&](const Attribute& one) {
-    return one.name == name && one.hasValue != 0 && one.value.empty();
-  });
-}
-
 // Whether `content` can stand in the raw node without ending it.
 bool fits_raw(const _qo_html& node, const std::string& content) {
   const std::string markup = start_tag(node, "") + content + end_tag(node);
@@ -194,7 +187,7 @@ class PageEditor {
     const std::string end = whole_element ? end_tag(node) : std::string();
     const std::string former = start_tag(node, node.formatAttribute());
     if (!is_match(node)) {
-      note(page_.other_drops, node, dropped, token);
+      note(page_.other_drops, dropped, token);
       return keep(token, former + end);
     }
     add(edit_.before);
@@ -210,10 +203,10 @@ class PageEditor {
     // Operations on matches below would be lost with their elements.
     if (!new_content && (edit_.whole || has_new_content())) settled_by_ = &node;
     if (form == former && !(whole_element && new_content)) {
-      note(page_.other_drops, node, dropped, token);
+      note(page_.other_drops, dropped, token);
       keep(token, form + end);
     } else {
-      note(page_.kept_drops, node, dropped, token);
+      note(page_.kept_drops, without_edited(dropped), token);
       page_.kept.add(start_tag(node, safe_attributes(node)));
       page_.rewritten.add(form);
       if (!new_content) add(end);
@@ -225,12 +218,20 @@ class PageEditor {
     }
   }
 
-  void note(DroppedValues& drops, const _qo_html& node, const std::vector<std::string>& names,
-            Token token) const {
-    for (const std::string& name : names) {
-      if (!has_empty_value(node, name)) continue;
-      if (drops.count++ == 0) drops.first = place(token) + ": \"" + name + "\"";
-    }
+  // Without those that an operation sets or deletes.
+  std::vector<std::string> without_edited(std::vector<std::string> names) const {
+    const auto is_edited = [this](const std::string& name) {
+      return std::any_of(
+          edit_.attributes.begin(), edit_.attributes.end(),
+          [&name](const EditOperation& operation) { return operation.name == name; });
+    };
+    names.erase(std::remove_if(names.begin(), names.end(), is_edited), names.end());
+    return names;
+  }
+
+  void note(DroppedValues& drops, const std::vector<std::string>& names, Token token) const {
+    if (drops.count == 0 && !names.empty()) drops.first = place(token) + ": \"" + names[0] + "\"";
+    drops.count += names.size();
   }
 
   std::string place(Token token) const { return name_ + ":" + place_of(source_, token.begin); }
