@@ -159,17 +159,10 @@ std::string hint_on(const Step& step) {
 
 }  // namespace
 
-std::vector<std::string> selector_hints(const std::string& selector) {
-  std::vector<std::string> hints;
-  for (const Step& step : read_steps(selector)) {
-    std::string hint = hint_on(step);
-    if (!hint.empty()) hints.push_back(std::move(hint));
-  }
-  return hints;
-}
-
 void give_hints(const std::string& selector, bool strict) {
-  for (const std::string& hint : selector_hints(selector)) {
+  for (const Step& step : read_steps(selector)) {
+    const std::string hint = hint_on(step);
+    if (hint.empty()) continue;
     if (strict) throw Failure("selector: " + hint);
     complain("hint: " + hint);
   }

@@ -15,11 +15,8 @@ namespace cli {
 // document again. Takes time in proportion to the page for each step, however deep the page is.
 std::vector<_qo_html*> find_matches(_qo_html* document, const std::string& selector);
 
-// What in the selector means something in CSS, but is read as plain characters or ignored here: a
-// sentence each.
-std::vector<std::string> selector_hints(const std::string& selector);
-
-// Tells the user about the hints; `strict` makes the first of them a Failure.
+// Tells the user what in the selector means something in CSS, but is read as plain characters or
+// ignored here; `strict` makes a Failure of the first such thing.
 void give_hints(const std::string& selector, bool strict);
 
 }  // namespace cli
