@@ -50,7 +50,7 @@ Nodes some_elements(_qo_html* document, unsigned step, bool with_void) {
 }  // namespace
 
 // Tells where a page is refused, which is of no interest here.
-long cli::tags_met() {
+std::size_t cli::tags_met() {
   return 0;
 }
 

@@ -178,6 +178,8 @@ class Cli(unittest.TestCase):
                          '"id" loses its value, which has no quotes (and 1 more)\n', "\n<p x-id='' id=a b=c d='' >", 0),
                          '\n<p x-id="" id="" b="" d="" class="c">')
 
+        self.assertIn('"" loses', qo("edit", "p", "--add-class", "c", stdin="<p =y>")[2])
+        self.assertIn('"a" loses', qo("edit", "p", "--add-class", "c", stdin="<p a=x'y'>")[2])
         for operation in (["--attr", "id=b"], ["--del-attr", "id"]):
             self.assertEqual(qo("edit", "p", *operation, stdin="<p id=a>")[2], "")
 
@@ -252,8 +254,11 @@ class Cli(unittest.TestCase):
         self.assertEqual((self.read("other.html"), self.read("other.html.old")), ("<p>a</p>b", "<p>a"))
         self.complaint(["edit", "-i", "p", "--text", "a", "/dev/stdin"], "qo: /dev/stdin: is no regular file\n",
                        "<p>")
-        os.remove("other.html")
-        os.remove("other.html.old")
+        self.complaint(["edit", "-i.old", "p", "--text", "c", "other.html", "other.html.old"],
+                       "qo: other.html: other.html.old is to be edited, too\n")
+        self.assertEqual((self.read("other.html"), self.read("other.html.old")), ("<p>a</p>b", "<p>c"))
+        for name in ("other.html", "other.html.old", "other.html.old.old"):
+            os.remove(name)
         before = os.stat("page.html")
         self.assertEqual(qo("edit", "-i", "p", "--add-class", "a", "page.html")[0], 0)
         self.assertEqual(qo("edit", "--in-place", "div", "--add-class", "a", "page.html")[0], 1)
@@ -278,6 +283,8 @@ class Cli(unittest.TestCase):
         self.assertEqual(self.read("page.html"), PAGE.replace("<br>", ""))
         self.assertEqual(qo("select", "-o", "/dev/stdout", "-c", "a", "page.html")[1], b"3\n")
         self.complaint(["select", "-o", "no/where", "a", "page.html"], "qo: no/where: No such file or directory\n")
+        self.assertEqual(qo("select", "a", "page.html", "-co", "[out]"), (0, b"", ""))
+        self.assertEqual(self.read("[out]"), "3\n")
         if os.path.exists("/dev/full"):
             with open("/dev/full", "wb") as full:
                 run = subprocess.run([QO, "decode", "page.html"], stdout=full, stderr=subprocess.PIPE)
@@ -298,6 +305,7 @@ class Cli(unittest.TestCase):
                 (["edit", "a", "--html", "<!--"], '--html:1:1: refused: no end to "<!--"'),
                 (["edit", "a", "--remove", "-i"], "edit: -i needs files to write to"),
                 (["select", "a", "."], ".: Is a directory"),
+                (["select", "a", "++"], "++: No such file or directory"),
                 (["check", "[page.html,page.html]"], "[page.html,page.html]: No such file or directory"),
                 (["form", "none.html"], "none.html: No such file or directory"),
                 (["select", "a", "no\nfile"], "no\\nfile: No such file or directory"),
@@ -375,6 +383,9 @@ class Cli(unittest.TestCase):
         self.assertEqual(qo("edit", "li", "--remove", stdin=wide)[1], b"<ul></ul>")
         many = "<p" + "".join(f" a{i}=b" for i in range(50000)) + ">"
         self.assertIn("49999 more", qo("edit", "p", "--add-class", "c", stdin=many)[2])
+        self.assertIn("+" + wide.replace("a", "b"), qo("edit", "-n", "li", "--text", "b", stdin=wide)[1].decode())
+        refused = "<p>" * 10000 + "<script>" + "if (a<b) c();" * 50000 + "</script><a-b>" + "<p>" * 10000
+        self.assertIn(":1:680018: refused", qo("check", stdin=refused)[2])
         deep = "<p>" * 100000
         self.assertEqual(qo("select", "-c", "p p p", stdin=deep)[1], b"100000\n")
         self.assertEqual(qo("edit", "b", "--text", "x", stdin=deep + "<b>")[1].decode(), deep + "<b>x")

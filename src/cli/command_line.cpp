@@ -30,15 +30,16 @@ bool ends_with(const std::string& text, std::string_view end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-// CLI11 takes an argument in brackets for a list. In front of one, this keeps it from that.
-constexpr char bracket_guard = '\x01';
+// CLI11 takes an argument in brackets for a list, and "++" for the end of a subcommand. In front of
+// these, this keeps it from that.
+constexpr char guard = '\x01';
 
 std::string with_guard(const std::string& argument) {
-  return begins_with(argument, "[") ? bracket_guard + argument : argument;
+  return begins_with(argument, "[") || argument == "++" ? guard + argument : argument;
 }
 
 std::string without_guard(const std::string& argument) {
-  return argument.substr(argument[0] == bracket_guard ? 1 : 0);
+  return argument.substr(argument[0] == guard ? 1 : 0);
 }
 
 // --- Options that subcommands share ---
@@ -229,8 +230,6 @@ std::vector<EditOperation> read_operations(const CLI::App& command) {
   return operations;
 }
 
-constexpr char backup_suffix_option[] = "--backup-suffix";
-
 void check_in_place(const EditOptions& options) {
   if (options.files.empty() || std::count(options.files.begin(), options.files.end(), "-") != 0) {
     throw Failure("edit: -i needs files to write to");
@@ -255,7 +254,6 @@ void add_edit(CLI::App& app, EditOptions& options) {
   command.add_flag("--remove", "Remove the element")->group("Operations, in any number");
   command.add_flag("-i,--in-place", options.in_place,
                    "Write the pages back; -iSUFFIX keeps each old page under its name + SUFFIX");
-  command.add_option(backup_suffix_option, options.backup_suffix)->group("");  // see known_forms
   command.add_flag("-n,--diff", options.show_diff, "Write nothing; show the changes as a diff");
   command.add_flag("--allow-rewrite", options.allow_rewrite,
                    "Where a page cannot keep its form, write all of it in the library's form");
@@ -305,9 +303,20 @@ const CLI::App* find_subcommand(const CLI::App& app, const std::string& name) {
   return found.empty() ? nullptr : found.front();
 }
 
-bool takes_value(const CLI::App& command, const std::string& argument) {
-  const CLI::Option* option = command.get_option_no_throw(argument);
+bool takes_value(const CLI::App& command, const std::string& name) {
+  const CLI::Option* option = command.get_option_no_throw(name);
   return option != nullptr && option->get_items_expected_min() > 0;
+}
+
+// Whether the next argument is a value of this one, which may be a group of letters.
+bool wants_value(const CLI::App& command, const std::string& argument) {
+  if (begins_with(argument, "--") || !begins_with(argument, "-")) {
+    return takes_value(command, argument);
+  }
+  for (std::size_t i = 1; i < argument.size(); ++i) {
+    if (takes_value(command, {'-', argument[i]})) return i + 1 == argument.size();
+  }
+  return false;
 }
 
 // "--text=": CLI11 would take the next argument for the value.
@@ -326,8 +335,10 @@ const char* backup_suffix(const CLI::App& command, const char* argument) {
   return nullptr;
 }
 
-// The arguments of a subcommand, with what CLI11 does not know brought into forms that it does.
-std::vector<std::string> known_forms(const CLI::App& command, int argc, char** argv) {
+// The arguments of a subcommand, with what CLI11 does not know brought into forms that it does, but
+// for the suffix.
+std::vector<std::string> known_forms(const CLI::App& command, int argc, char** argv,
+                                     std::string& suffix) {
   std::vector<std::string> known;
   int i = 0;
   for (; i < argc && std::string_view(argv[i]) != "--"; ++i) {
@@ -335,11 +346,12 @@ std::vector<std::string> known_forms(const CLI::App& command, int argc, char** a
     if (has_empty_value(command, argument)) {
       known.push_back(argument.substr(0, argument.size() - 1));
       known.emplace_back();
-    } else if (const char* const suffix = backup_suffix(command, argv[i])) {
-      known.insert(known.end(), {"--in-place", backup_suffix_option, suffix});
+    } else if (const char* const found = backup_suffix(command, argv[i])) {
+      known.emplace_back("--in-place");
+      suffix = found;
     } else {
       known.push_back(with_guard(argument));
-      if (takes_value(command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
+      if (wants_value(command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
     }
   }
   std::transform(argv + i, argv + argc, std::back_inserter(known), with_guard);
@@ -379,7 +391,7 @@ std::optional<Options> read_command_line(int argc, char** argv) {
     if (command == nullptr) {
       throw Failure("there is no subcommand \"" + std::string(argv[1]) + "\"; see qo --help");
     }
-    arguments = known_forms(*command, argc - 2, argv + 2);
+    arguments = known_forms(*command, argc - 2, argv + 2, edit.backup_suffix);
     arguments.insert(arguments.begin(), argv[1]);
   }
   try {

@@ -16,16 +16,14 @@ namespace {
 // Where in the page as written the kept text first fails to read back as what the edit made of it;
 // nothing when it does read back.
 std::optional<std::size_t> first_failure(const EditedPage& page) {
+  const Document document = try_to_parse(page.kept.text(), false);
+  if (document == nullptr) return page.kept.changes().front().old_begin;
+  const std::string back = document->outerHTML();
   const std::string& expected = page.rewritten.text();
-  try {
-    const std::string back = parse_page({"", page.kept.text()}, false)->outerHTML();
-    if (back == expected) return std::nullopt;
-    const auto first =
-        std::mismatch(expected.begin(), expected.end(), back.begin(), back.end()).first;
-    return page.rewritten.original_offset(static_cast<std::size_t>(first - expected.begin()));
-  } catch (const Failure&) {  // it does not even parse
-    return page.kept.changes().front().old_begin;
-  }
+  if (back == expected) return std::nullopt;
+  const auto first =
+      std::mismatch(expected.begin(), expected.end(), back.begin(), back.end()).first;
+  return page.rewritten.original_offset(static_cast<std::size_t>(first - expected.begin()));
 }
 
 void warn_of(const DroppedValues& drops) {
@@ -47,7 +45,10 @@ const EditedText& accepted(const EditOptions& options, const Input& input, const
 class Editing {
  public:
   explicit Editing(const EditOptions& options)
-      : options_(options), edit_(make_edit(options)), session_(options) {}
+      : options_(options), edit_(make_edit(options)), session_(options) {
+    if (!options.in_place) return;
+    for (const std::string& file : options.files) pages_.insert(resolved(file));
+  }
 
   int run() {
     for (const std::string& warning : edit_.warnings) complain(warning);
@@ -78,10 +79,17 @@ class Editing {
     if (!written_.insert(resolved(input.name)).second) {
       throw Failure(input.name + ": has been edited already");
     }
-    if (!options_.backup_suffix.empty()) {
-      back_up_file(input.name, options_.backup_suffix, input.text);
-    }
+    if (!options_.backup_suffix.empty()) back_up(input);
     replace_file(input.name, edited.text());
+  }
+
+  // No page that is yet to be edited, or has been, is overwritten by the old text of another.
+  void back_up(const Input& input) const {
+    const std::string backup = input.name + options_.backup_suffix;
+    if (pages_.count(resolved(backup)) != 0) {
+      throw Failure(input.name + ": " + backup + " is to be edited, too");
+    }
+    back_up_file(input.name, options_.backup_suffix, input.text);
   }
 
   void write_diff(std::string_view diff) {
@@ -111,7 +119,8 @@ class Editing {
   const EditOptions& options_;
   const Edit edit_;
   Session session_;
-  std::set<std::string> written_;  // by -i
+  std::set<std::string> pages_;    // all that -i is to write, without links
+  std::set<std::string> written_;  // of these, so far
 };
 
 }  // namespace

@@ -83,7 +83,10 @@ std::vector<Change> whole_lines(std::string_view old_text, const EditedText& edi
   std::vector<Change> out;
   for (Change change : edited.changes()) {
     if (!at_line_start(old_text, change.old_end) || !at_line_start(edited.text(), change.new_end)) {
-      const std::size_t rest = line_end(old_text, change.old_end) - change.old_end;
+      const bool on_last_line = !out.empty() && change.old_end < out.back().old_end;
+      const std::size_t end =
+          on_last_line ? out.back().old_end : line_end(old_text, change.old_end);
+      const std::size_t rest = end - change.old_end;
       change.old_end += rest;
       change.new_end += rest;
     }

@@ -145,8 +145,7 @@ void write_replacement(const std::string& target, std::string_view text, const s
 
 std::string resolved(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> target(realpath(path.c_str(), nullptr), std::free);
-  if (target == nullptr) fail(path);
-  return target.get();
+  return target == nullptr ? path : target.get();
 }
 
 bool is_regular_file(const std::string& path) {

@@ -17,7 +17,7 @@ struct Input {
 // Reads a file; "-" is standard input. Throws Failure.
 Input read_input(const std::string& path);
 
-// Where the links of an existing path lead. Throws Failure.
+// Where the links of a path lead; the path itself when nothing is there.
 std::string resolved(const std::string& path);
 
 bool is_regular_file(const std::string& path);

@@ -6,7 +6,7 @@
 
 namespace {
 
-long tag_count = 0;
+std::size_t tag_count = 0;
 
 }  // namespace
 
@@ -21,6 +21,6 @@ void qo_assertion_faild(bool /*condition*/, std::string condition_text, std::str
   if (condition_text == "tagName.length()") ++tag_count;
 }
 
-long cli::tags_met() {
+std::size_t cli::tags_met() {
   return tag_count;
 }

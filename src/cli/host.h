@@ -3,10 +3,12 @@
 #ifndef QO_CLI_HOST_H
 #define QO_CLI_HOST_H
 
+#include <cstddef>
+
 namespace cli {
 
 // How many tags the parser has met so far, over all pages: it checks the name of each.
-long tags_met();
+std::size_t tags_met();
 
 }  // namespace cli
 

@@ -1,8 +1,9 @@
 #include "page.h"
 
-#include <algorithm>
 #include <iostream>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 #include "host.h"
 #include "text.h"
@@ -18,28 +19,51 @@ std::ostringstream& library_lines() {
   return *lines;
 }
 
-Document parse(std::string html, bool drop_comments) {
+}  // namespace
+
+Document try_to_parse(std::string html, bool drop_comments) {
   library_lines().str(std::string());
   _qo_html* document = nullptr;
   parseHtml(document, std::move(html), std::string(), drop_comments, false);
   return Document(document);
 }
 
-long count_tags(std::string html) {
-  const long before = tags_met();
-  parse(std::move(html), false);
+namespace {
+
+std::size_t count_tags(std::string html) {
+  const std::size_t before = tags_met();
+  try_to_parse(std::move(html), false);
   return tags_met() - before;
 }
 
-// Where the tag stands at which the parser gave up: the last that it met. Each "<" is one tag at
-// most, so going on by as many "<" as tags are missing never goes too far.
+std::vector<std::size_t> offsets_of(char c, std::string_view text) {
+  std::vector<std::size_t> offsets;
+  for (std::size_t i = text.find(c); i != text.npos; i = text.find(c, i + 1)) offsets.push_back(i);
+  return offsets;
+}
+
+// Where the tag stands at which the parser gave up: the last that it met, so the shortest beginning
+// of the page with as many tags ends with its "<". Each "<" is one tag at most: going on by as many
+// as are missing never goes too far, and mostly gets there at once; else the search halves.
 std::size_t find_refused_tag(const std::string& html) {
-  const long tags = count_tags(html);
-  std::size_t place = std::string::npos;
-  for (long missing = tags; missing > 0; missing = tags - count_tags(html.substr(0, place + 1))) {
-    for (; missing > 0; --missing) place = html.find('<', place + 1);
+  const std::vector<std::size_t> offsets = offsets_of('<', html);
+  const auto tags_up_to = [&](std::size_t i) { return count_tags(html.substr(0, offsets[i] + 1)); };
+  const std::size_t tags = count_tags(html);
+  if (tags == 0 || tags > offsets.size()) return html.size();  // not the page's fault
+  std::size_t low = tags - 1;
+  std::size_t high = offsets.size() - 1;
+  while (low < high) {
+    const std::size_t missing = tags - tags_up_to(low);
+    if (missing == 0) break;
+    low += missing;
+    const std::size_t middle = low + (high - low) / 2;
+    if (tags_up_to(middle) < tags) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
   }
-  return std::min(place, html.size());
+  return offsets[low];
 }
 
 // The library's line on a name that it refuses or on memory that ran out; empty when content
@@ -74,7 +98,7 @@ void silence_library() {
 }
 
 Document parse_page(const Input& input, bool drop_comments) {
-  Document document = parse(input.text, drop_comments);
+  Document document = try_to_parse(input.text, drop_comments);
   if (document == nullptr) refuse(input);
   return document;
 }

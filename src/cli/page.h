@@ -18,6 +18,9 @@ using Document = std::unique_ptr<_qo_html>;
 // the tool writes goes around both.
 void silence_library();
 
+// Null when the parser refuses the page.
+Document try_to_parse(std::string html, bool drop_comments);
+
 // Throws Failure with place and reason when the parser refuses the page.
 Document parse_page(const Input& input, bool drop_comments);
 

@@ -75,14 +75,9 @@ std::string safe_attributes(const _qo_html& node) {
 // Whether `content` can stand in the raw node without ending it.
 bool fits_raw(const _qo_html& node, const std::string& content) {
   const std::string markup = start_tag(node, "") + content + end_tag(node);
-  try {
-    const Document document = parse_page({"", markup}, false);
-    const std::vector<_qo_html*>& children = document->children;
-    return children.size() == 1 && children[0]->textContent() == content &&
-           children[0]->outerHTML() == markup;
-  } catch (const Failure&) {
-    return false;
-  }
+  const Document document = try_to_parse(markup, false);
+  return document != nullptr && document->children.size() == 1 &&
+         document->textContent() == content && document->outerHTML() == markup;
 }
 
 void set_attribute(_qo_html& node, const EditOperation& operation) {
@@ -172,7 +167,7 @@ class PageEditor {
     add(edit_.before);
     if (edit_.whole) {
       add(*edit_.whole, token);
-    } else if (has_new_content()) {
+    } else if (edit_.content) {
       add(content_for(*node.parent, token), token);
     } else {
       keep(token, node.text);
@@ -199,9 +194,9 @@ class PageEditor {
     if (!edit_.whole) change_attributes(node, edit_.attributes);
     const std::string form = start_tag(node, node.formatAttribute());
     const bool new_content =
-        !edit_.whole && has_new_content() && content_for(node, token) != node.innerHTML();
+        !edit_.whole && edit_.content && content_for(node, token) != node.innerHTML();
     // Operations on matches below would be lost with their elements.
-    if (!new_content && (edit_.whole || has_new_content())) settled_by_ = &node;
+    if (!new_content && (edit_.whole || edit_.content)) settled_by_ = &node;
     if (form == former && !(whole_element && new_content)) {
       note(page_.other_drops, dropped, token);
       keep(token, form + end);
@@ -221,9 +216,10 @@ class PageEditor {
   // Without those that an operation sets or deletes.
   std::vector<std::string> without_edited(std::vector<std::string> names) const {
     const auto is_edited = [this](const std::string& name) {
-      return std::any_of(
-          edit_.attributes.begin(), edit_.attributes.end(),
-          [&name](const EditOperation& operation) { return operation.name == name; });
+      return std::any_of(edit_.attributes.begin(), edit_.attributes.end(),
+                         [&name](const EditOperation& operation) {
+                           return !operation.name.empty() && operation.name == name;
+                         });
     };
     names.erase(std::remove_if(names.begin(), names.end(), is_edited), names.end());
     return names;
@@ -236,12 +232,10 @@ class PageEditor {
 
   std::string place(Token token) const { return name_ + ":" + place_of(source_, token.begin); }
 
-  bool has_new_content() const { return edit_.content_kind != Edit::Content::unchanged; }
-
   const std::string& content_for(const _qo_html& node, Token token) const {
     if (node.isVoid) throw Failure(place(token) + ": <" + node.tag + "> has no content to set");
     if (!is_raw(node)) return edit_.content_markup;
-    if (fits_raw(node, edit_.content)) return edit_.content;
+    if (fits_raw(node, *edit_.content)) return *edit_.content;
     throw Failure(place(token) + ": the new content would not stay in " + start_tag(node, ""));
   }
 
@@ -340,12 +334,10 @@ Edit make_edit(const EditOptions& options) {
   for (const EditOperation& operation : options.operations) {
     switch (operation.kind) {
       case Kind::set_text:
-        edit.content_kind = Edit::Content::text;
         edit.content = operation.value;
         edit.content_markup = escaped(operation.value, "&<>");
         break;
       case Kind::set_html:
-        edit.content_kind = Edit::Content::markup;
         edit.content = operation.value;
         edit.content_markup = markup("--html", operation.value);
         break;

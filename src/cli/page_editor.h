@@ -23,13 +23,10 @@ namespace cli {
 
 // What is done to every node that matches.
 struct Edit {
-  enum class Content { unchanged, text, markup };
-
   std::vector<EditOperation> attributes;  // operations on attributes and classes
-  Content content_kind = Content::unchanged;
-  std::string content;               // as given
-  std::string content_markup;        // the same as the library writes it back
-  std::optional<std::string> whole;  // takes the place of the node; empty: it is removed
+  std::optional<std::string> content;     // the new one, as given
+  std::string content_markup;             // the same as the library writes it back
+  std::optional<std::string> whole;       // takes the place of the node; empty: it is removed
   std::string before;
   std::string after;
   std::vector<std::string> warnings;  // on values that the given markup loses

@@ -64,7 +64,7 @@ void Output::write(std::string_view text) {
 }
 
 void Output::paint(const char* color, std::string_view text) {
-  if (colored_) {
+  if (colored_ && *color != '\0') {
     pending_.append("\x1b[").append(color).append("m");
     write(text);
     write("\x1b[m");

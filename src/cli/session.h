@@ -48,7 +48,8 @@ class Output {
 
   void write(std::string_view text);
 
-  // `text` in one of the terminal's colours, such as "1;31", where colours are wanted.
+  // `text` in one of the terminal's colors, such as "1;31", or in its own (""), where colors are
+  // wanted.
   void paint(const char* color, std::string_view text);
 
   bool has_pending() const { return !pending_.empty(); }

@@ -77,7 +77,7 @@ class AttributeScanner {
   }
 
   void end_value() {
-    if (in_value_ && drops_ && is_empty_) dropped_.push_back(name_);
+    if (in_value_ && drops_) dropped_.push_back(name_);
     name_.clear();
     in_value_ = false;
     after_quotes_ = false;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <unordered_set>
 
 #include <qo_html/qo_html_walk.h>
 
