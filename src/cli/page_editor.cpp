@@ -181,36 +181,43 @@ class PageEditor {
              const std::vector<std::string>& dropped) {
     const std::string end = whole_element ? end_tag(node) : std::string();
     const std::string former = start_tag(node, node.formatAttribute());
-    if (!is_match(node)) {
-      note(page_.other_drops, dropped, token);
-      return keep(token, former + end);
-    }
+    if (!is_match(node)) return untouched(token, former + end, dropped);
     add(edit_.before);
-    if (edit_.whole && (edit_.whole->empty() || node.outerHTML() != *edit_.whole)) {
-      add(*edit_.whole);
-      hidden_by_ = &node;
-      return;
-    }
-    if (!edit_.whole) change_attributes(node, edit_.attributes);
+    if (edit_.whole) return replace(node, token, former + end, dropped);
+    change_attributes(node, edit_.attributes);
     const std::string form = start_tag(node, node.formatAttribute());
-    const bool new_content =
-        !edit_.whole && edit_.content && content_for(node, token) != node.innerHTML();
-    // Operations on matches below would be lost with their elements.
-    if (!new_content && (edit_.whole || edit_.content)) settled_by_ = &node;
-    if (form == former && !(whole_element && new_content)) {
-      note(page_.other_drops, dropped, token);
-      keep(token, form + end);
-    } else {
+    const bool new_content = edit_.content && content_for(node, token) != node.innerHTML();
+    const bool is_touched = form != former || (whole_element && new_content);
+    if (is_touched) {
       note(page_.kept_drops, without_edited(dropped), token);
       page_.kept.add(start_tag(node, safe_attributes(node)));
       page_.rewritten.add(form);
-      if (!new_content) add(end);
+    } else {
+      untouched(token, form + end, dropped);
     }
     if (new_content) {
       add(content_for(node, token));
       hidden_by_ = &node;
-      if (whole_element) add(end);
+    } else if (edit_.content) {
+      settled_by_ = &node;
     }
+    if (is_touched) add(end);
+  }
+
+  // What takes the node's place may be the node as it is.
+  void replace(_qo_html& node, Token token, const std::string& form,
+               const std::vector<std::string>& dropped) {
+    if (!edit_.whole->empty() && node.outerHTML() == *edit_.whole) {
+      settled_by_ = &node;
+      return untouched(token, form, dropped);
+    }
+    add(*edit_.whole);
+    hidden_by_ = &node;
+  }
+
+  void untouched(Token token, const std::string& form, const std::vector<std::string>& dropped) {
+    note(page_.other_drops, dropped, token);
+    keep(token, form);
   }
 
   // Without those that an operation sets or deletes.
@@ -309,9 +316,11 @@ class PageEditor {
   const Edit& edit_;
   bool drop_comments_;
   EditedPage page_;
-  std::size_t position_ = 0;        // in the source
-  _qo_html* hidden_by_ = nullptr;   // the node whose content is not written
-  _qo_html* settled_by_ = nullptr;  // the node whose content is written, but not edited
+  std::size_t position_ = 0;       // in the source
+  _qo_html* hidden_by_ = nullptr;  // the node whose content is not written
+  // The node that already is what the edit makes of it: what is done to matches below it would be
+  // lost with them.
+  _qo_html* settled_by_ = nullptr;
 };
 
 }  // namespace
