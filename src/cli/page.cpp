@@ -1,5 +1,6 @@
 #include "page.h"
 
+#include <algorithm>
 #include <iostream>
 #include <sstream>
 #include <string_view>
@@ -53,9 +54,9 @@ std::size_t find_refused_tag(const std::string& html) {
   std::size_t low = tags - 1;
   std::size_t high = offsets.size() - 1;
   while (low < high) {
-    const std::size_t missing = tags - tags_up_to(low);
-    if (missing == 0) break;
-    low += missing;
+    const std::size_t met = tags_up_to(low);
+    if (met >= tags) break;
+    low = std::min(low + tags - met, high);  // memory that runs out may bend the counts
     const std::size_t middle = low + (high - low) / 2;
     if (tags_up_to(middle) < tags) {
       low = middle + 1;

@@ -186,7 +186,8 @@ class PageEditor {
     if (edit_.whole) return replace(node, token, former + end, dropped);
     change_attributes(node, edit_.attributes);
     const std::string form = start_tag(node, node.formatAttribute());
-    const bool new_content = edit_.content && content_for(node, token) != node.innerHTML();
+    const std::string* const content = edit_.content ? &content_for(node, token) : nullptr;
+    const bool new_content = content != nullptr && *content != node.innerHTML();
     const bool is_touched = form != former || (whole_element && new_content);
     if (is_touched) {
       note(page_.kept_drops, without_edited(dropped), token);
@@ -196,9 +197,9 @@ class PageEditor {
       untouched(token, form + end, dropped);
     }
     if (new_content) {
-      add(content_for(node, token));
+      add(*content);
       hidden_by_ = &node;
-    } else if (edit_.content) {
+    } else if (content != nullptr) {
       settled_by_ = &node;
     }
     if (is_touched) add(end);

@@ -33,8 +33,9 @@ class Selecting {
         result(input, std::to_string(matches.size()));
         return found;
       case Show::names:
-        if (!matches.empty()) name(input, "");
-        if (!matches.empty()) session_.out().write(end());
+        if (matches.empty()) return found;
+        name(input, "");
+        session_.out().write(end());
         return found;
       case Show::attributes:
         for (_qo_html* node : matches) attributes(input, *node);
