@@ -81,6 +81,7 @@ class Cli(unittest.TestCase):
             (["select", "-10t", "a", "page.html"], "", "x\0"),
             (["select", "!--", "--drop-comments"], "<!--c-->", "", 1),
             (["select", "[hidden]", "-"], "<p hidden>", "<p hidden></p>\n"),
+            (["select", "-t", "p"], "<>\nbad alloc<p>a</p>", "a\n"),  # what the library prints is no result
             (["select", "-c", "*"], "<p>a<!--c--></p>", "2\n"),  # the document itself is no match
             # Each match once, in the order of the page.
             (["select", "-at", "div p"], "<div><div><p t='1'></p></div><p t='2'></p></div>", "1\n2\n"),
@@ -327,6 +328,17 @@ class Cli(unittest.TestCase):
                                         "qo: bad.html:1:1: refused: invalid tag name 1: 'a-b' at char "
                                         "index: 1 '-'\n"), "select:q\n")
         self.assertEqual(qo("select", "-q", "a", "bad.html", "page.html")[0], 0)
+
+    def test_memory_that_runs_out_costs_no_page(self):
+        def limited():
+            resource.setrlimit(resource.RLIMIT_AS, (60 << 20, 60 << 20))
+        if subprocess.run([QO, "--version"], capture_output=True, preexec_fn=limited).returncode != 0:
+            self.skipTest("this build needs more memory to begin with")
+        self.write("large", "<p class='a'>x</p>" * 150000)
+        for arguments in (["select", "-c", "p"], ["check"], ["tree"], ["edit", "p", "--remove", "-i", "--allow-rewrite"]):
+            found = qo(*arguments, "large", preexec_fn=limited)
+            self.assertEqual(found, (2, b"", "qo: large: out of memory\n"))
+        self.assertEqual(self.read("large"), "<p class='a'>x</p>" * 150000)
 
     def test_selector_hints(self):
         self.assertEqual(self.complaint(["select", "-at", "div >:x p"], "qo: hint: :x has no effect\n",

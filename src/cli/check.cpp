@@ -28,6 +28,7 @@ int run(const CheckOptions& options) {
   bool different = false;
   const int status = session.run(options.files, [&](Input& input) {
     const std::string back = parse_page(input, options.drop_comments)->outerHTML();
+    require_memory();
     const std::string& text = input.text;
     if (back == text) return Found::something;
     different = true;

@@ -17,9 +17,9 @@ namespace {
 // nothing when it does read back.
 std::optional<std::size_t> first_failure(const EditedPage& page) {
   const Document document = try_to_parse(page.kept.text(), false);
-  const std::vector<Change>& changes = page.kept.changes();
-  if (document == nullptr) return changes.empty() ? 0 : changes.front().old_begin;
+  if (document == nullptr) return page.kept.changes().front().old_begin;
   const std::string back = document->outerHTML();
+  require_memory();
   const std::string& expected = page.rewritten.text();
   if (back == expected) return std::nullopt;
   const auto first =

@@ -1,9 +1,10 @@
 #include "page.h"
 
-#include <algorithm>
 #include <iostream>
-#include <sstream>
+#include <new>
+#include <streambuf>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host.h"
@@ -13,20 +14,65 @@ namespace cli {
 
 namespace {
 
-// What the library wrote in the last parse. Never destroyed: the standard streams are flushed into
-// it when the process ends.
-std::ostringstream& library_lines() {
-  static std::ostringstream* const lines = new std::ostringstream;
+// Takes what the library writes to a standard stream: keeps the beginning of the last line, and
+// whether any told of memory that ran out. Allocates nothing.
+class LibraryLines : public std::streambuf {
+ public:
+  // `shortage`: the line that tells; empty: any does.
+  explicit LibraryLines(std::string_view shortage) : shortage_line_(shortage) {}
+
+  void clear() { length_ = 0; }
+  std::string_view last() const { return {text_, length_}; }
+
+  // Whether memory ran out since the last call.
+  bool take_shortage() { return std::exchange(shortage_, false); }
+
+ protected:
+  int_type overflow(int_type c) override {
+    if (ended_) length_ = 0;
+    ended_ = c == '\n';
+    if (ended_) {
+      shortage_ = shortage_ || shortage_line_.empty() || last() == shortage_line_;
+    } else if (length_ < sizeof text_) {
+      text_[length_++] = traits_type::to_char_type(c);
+    }
+    return traits_type::not_eof(c);
+  }
+
+ private:
+  std::string_view shortage_line_;
+  char text_[200];
+  std::size_t length_ = 0;
+  bool ended_ = false;
+  bool shortage_ = false;
+};
+
+// Never destroyed: the standard streams are flushed into them when the process ends.
+LibraryLines& output_lines() {
+  static LibraryLines* const lines = new LibraryLines("exception in parse attribute");
+  return *lines;
+}
+
+LibraryLines& error_lines() {
+  static LibraryLines* const lines = new LibraryLines("");
   return *lines;
 }
 
 }  // namespace
 
+void require_memory() {
+  const bool output = output_lines().take_shortage();
+  const bool error = error_lines().take_shortage();
+  if (output || error) throw std::bad_alloc();
+}
+
 Document try_to_parse(std::string html, bool drop_comments) {
-  library_lines().str(std::string());
-  _qo_html* document = nullptr;
-  parseHtml(document, std::move(html), std::string(), drop_comments, false);
-  return Document(document);
+  output_lines().clear();
+  _qo_html* parsed = nullptr;
+  parseHtml(parsed, std::move(html), std::string(), drop_comments, false);
+  Document document(parsed);
+  require_memory();
+  return document;
 }
 
 namespace {
@@ -50,13 +96,12 @@ std::size_t find_refused_tag(const std::string& html) {
   const std::vector<std::size_t> offsets = offsets_of('<', html);
   const auto tags_up_to = [&](std::size_t i) { return count_tags(html.substr(0, offsets[i] + 1)); };
   const std::size_t tags = count_tags(html);
-  if (tags == 0 || tags > offsets.size()) return html.size();  // not the page's fault
   std::size_t low = tags - 1;
   std::size_t high = offsets.size() - 1;
   while (low < high) {
-    const std::size_t met = tags_up_to(low);
-    if (met >= tags) break;
-    low = std::min(low + tags - met, high);  // memory that runs out may bend the counts
+    const std::size_t missing = tags - tags_up_to(low);
+    if (missing == 0) break;
+    low += missing;
     const std::size_t middle = low + (high - low) / 2;
     if (tags_up_to(middle) < tags) {
       low = middle + 1;
@@ -67,19 +112,14 @@ std::size_t find_refused_tag(const std::string& html) {
   return offsets[low];
 }
 
-// The library's line on a name that it refuses or on memory that ran out; empty when content
-// without an end is the reason, on which there is no line.
-std::string reason_of_refusal() {
-  const std::string lines = library_lines().str();
-  if (lines.empty()) return lines;
-  const std::size_t start = lines.rfind('\n', lines.size() - 2) + 1;  // npos + 1 is 0
-  const std::string last = lines.substr(start, lines.size() - 1 - start);
-  const bool is_reason = last.find("invalid tag name") == 0 || last.find("exception in") == 0;
-  return is_reason ? last : std::string();
-}
-
 constexpr std::size_t excerpt_length = 30;
-constexpr std::size_t reason_length = 200;  // a name may be as long as the page
+
+// The library's line on a name that it refuses; empty when content without an end is the reason, on
+// which there is no line.
+std::string reason_of_refusal() {
+  const std::string_view last = output_lines().last();
+  return std::string(last.find("invalid tag name") == 0 ? last : std::string_view());
+}
 
 [[noreturn]] void refuse(const Input& input) {
   const std::string reason = reason_of_refusal();
@@ -87,15 +127,14 @@ constexpr std::size_t reason_length = 200;  // a name may be as long as the page
   const std::string_view rest = std::string_view(input.text).substr(tag);
   const std::string_view first_line = rest.substr(0, rest.find('\n'));
   throw Failure(input.name + ":" + place_of(input.text, tag) + ": refused: " +
-                (reason.empty() ? "no end to " + quoted(first_line, excerpt_length)
-                                : reason.substr(0, reason_length)));
+                (reason.empty() ? "no end to " + quoted(first_line, excerpt_length) : reason));
 }
 
 }  // namespace
 
 void silence_library() {
-  std::cout.rdbuf(library_lines().rdbuf());
-  std::cerr.rdbuf(library_lines().rdbuf());
+  std::cout.rdbuf(&output_lines());
+  std::cerr.rdbuf(&error_lines());
 }
 
 Document parse_page(const Input& input, bool drop_comments) {

@@ -7,6 +7,7 @@
 #include <new>
 #include <optional>
 
+#include "page.h"
 #include "text.h"
 
 namespace cli {
@@ -92,7 +93,9 @@ int Session::run(std::vector<std::string> files, const std::function<Found(Input
     std::optional<std::string> complaint;
     try {
       Input input = read_input(file);
-      found = std::max(found, work(input));
+      const Found here = work(input);
+      require_memory();
+      found = std::max(found, here);
     } catch (const Failure& failure) {
       complaint = failure.what();
     } catch (const std::bad_alloc&) {
