@@ -1,36 +1,47 @@
-# Puts library, headers, default host, CMake package, pkg-config file and tool in place, in three components.
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/qo_html)
+# Puts libraries, headers, default host, CMake packages, pkg-config files and tool in place, in five components.
 
-install(TARGETS qo_html EXPORT qo_html_targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+# What the two libraries have in common: the library itself, its headers, its CMake package and its pkg-config file.
+# They go into the components PREFIXlibrary and PREFIXdevelopment.
+file(RELATIVE_PATH pkgconfig_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+function(qo_html_install_library name prefix)
+  set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+  install(TARGETS ${name} EXPORT ${name}_targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT ${prefix}library NAMELINK_COMPONENT ${prefix}development)
+  list(TRANSFORM ARGN PREPEND src/${name}/)
+  install(FILES ${ARGN}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} COMPONENT ${prefix}development)
+  install(EXPORT ${name}_targets NAMESPACE qo_html::
+    DESTINATION ${package_dir} COMPONENT ${prefix}development)
+  configure_package_config_file(cmake/${name}Config.cmake.in ${PROJECT_BINARY_DIR}/${name}Config.cmake
+    INSTALL_DESTINATION ${package_dir})
+  write_basic_package_version_file(${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+  install(FILES
+    ${PROJECT_BINARY_DIR}/${name}Config.cmake
+    ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake
+    DESTINATION ${package_dir} COMPONENT ${prefix}development)
+  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${prefix}development)
+endfunction()
+
+qo_html_install_library(qo_html ""
+  qo_html.h qo_html_export.h qo_html_host.h qo_html_walk.h)
+qo_html_install_library(qo_page page_
+  decode.h edits.h page.h qo_page_export.h selector.h)
+
+# One finds the other beside it.
+set_target_properties(qo_page PROPERTIES INSTALL_RPATH $ORIGIN)
+
 install(TARGETS default_host EXPORT qo_html_targets
   OBJECTS DESTINATION ${CMAKE_INSTALL_LIBDIR}/qo_html COMPONENT development)
 
-install(FILES
-  src/qo_html/qo_html.h
-  src/qo_html/qo_html_export.h
-  src/qo_html/qo_html_host.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qo_html COMPONENT development)
 install(FILES src/default_host/qo_html_default_host.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/default_host COMPONENT development)
 
-install(EXPORT qo_html_targets NAMESPACE qo_html:: DESTINATION ${package_dir} COMPONENT development)
-configure_package_config_file(cmake/qo_htmlConfig.cmake.in ${PROJECT_BINARY_DIR}/qo_htmlConfig.cmake
-  INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/qo_htmlConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion)
-install(FILES
-  ${PROJECT_BINARY_DIR}/qo_htmlConfig.cmake
-  ${PROJECT_BINARY_DIR}/qo_htmlConfigVersion.cmake
-  DESTINATION ${package_dir} COMPONENT development)
-
-file(RELATIVE_PATH pkgconfig_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/qo_html.pc.in ${PROJECT_BINARY_DIR}/qo_html.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/qo_html.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
-
 if(QO_HTML_BUILD_CLI)
-  # The tool finds the library beside it, wherever both were put.
+  # The tool finds the libraries beside it, wherever all were put.
   file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(qo PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
   install(TARGETS qo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)

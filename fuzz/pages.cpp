@@ -1,84 +1,182 @@
-// Bytes as an edit of a page, as the tool makes it: the first tells the operation, the second which
-// elements, the rest is the page. The edited round trip must be what the library's own operations
-// make of the page, and a page that is not touched must stay as it is.
+// Two bytes, then a page: its tokens are the source, its nodes nest; an edit that changes nothing
+// leaves it alone; and an edit, which the two bytes choose, changes no byte outside of what it
+// says, and reads back as asked.
 
-#include <cli/host.h>
-#include <cli/page_editor.h>
+#include <qo_page/decode.h>
+#include <qo_page/edits.h>
+#include <qo_page/page.h>
+#include <qo_page/tokenizer.h>
+
+#include <qo_html/qo_html_walk.h>
+
+#include <string_view>
+#include <vector>
 
 #include "support.h"
 
 namespace {
 
-using Nodes = std::vector<_qo_html*>;
-using Kind = cli::EditOperation::Kind;
+using Kind = qo::Operation::Kind;
 
-struct Operation {
-  cli::EditOperation asked;
-  void (*reference)(_qo_html* node);
-};
-
-void insert(_qo_html* node, bool before) {
-  _qo_html* const text = qo_html_text_node_new("t");
-  require(before ? node->insert_before(text, node) : node->insert_after(text, node), "insertion");
+void check_tokens(std::string_view source, bool templates) {
+  qo::Tokenizer tokenizer(source, templates);
+  qo::Token token{};
+  std::size_t position = 0;
+  while (tokenizer.next(token)) {
+    require(token.extent.begin == position && token.extent.end > position,
+            "tokens cover the source");
+    position = token.extent.end;
+    if (token.kind != qo::TokenKind::start_tag) continue;
+    const qo::Tag name = qo::find_tag(token.name.in(source));
+    if (qo::has(name, qo::tag_flags::raw_text | qo::tag_flags::rcdata)) {
+      tokenizer.begin_raw_content(name);
+    }
+  }
+  require(position == source.size(), "tokens end with the source");
 }
 
-const Operation operations[] = {
-    {{Kind::delete_attribute, "none", ""}, [](_qo_html* node) { node->remove_attribute("none"); }},
-    {{Kind::add_class, "", "k"}, [](_qo_html* node) { node->add_class("k"); }},
-    {{Kind::set_text, "", "t"}, [](_qo_html* node) { node->set_text("t"); }},
-    {{Kind::insert_before, "", "t"}, [](_qo_html* node) { insert(node, true); }},
-    {{Kind::insert_after, "", "t"}, [](_qo_html* node) { insert(node, false); }},
-    {{Kind::remove, "", ""},
-     [](_qo_html* node) {
-       node->detach();
-       delete node;
-     }},
-};
-
-// Every so many of the elements.
-Nodes some_elements(_qo_html* document, unsigned step, bool with_void) {
-  qo_html_query all(document);
-  all.find("*");
-  Nodes chosen;
-  for (std::size_t i = 0; i < all.nodes.size(); i += step) {
-    _qo_html* const node = all.nodes[i];
-    if (!node->isRoot && (with_void || !node->isVoid)) chosen.push_back(node);
+// Extents lie within that of the parent's content, one after the other.
+std::vector<_qo_html*> check_nodes(const qo::Page& page) {
+  std::vector<_qo_html*> nodes;
+  TreeWalk walk(page.document());
+  while (_qo_html* node = walk.next()) {
+    const qo::Extent extent = page.extent(node);
+    require(extent.begin <= extent.content_begin && extent.content_begin <= extent.content_end &&
+                extent.content_end <= extent.end && extent.end <= page.source().size(),
+            "an extent");
+    std::size_t position = extent.content_begin;
+    for (const _qo_html* child : node->children) {
+      require(page.extent(child).begin >= position, "order of extents");
+      position = page.extent(child).end;
+    }
+    require(node->children.empty() || position <= extent.content_end, "nesting of extents");
+    if (!node->isRoot) nodes.push_back(node);
   }
-  return chosen;
+  return nodes;
+}
+
+const char* const values[] = {"",         "a",           "a b",       "\"'",
+                              "<b>&amp;", "{{ \"x\" }}", "</script>", "<i>x</i>"};
+
+qo::Operation make_operation(unsigned choice, unsigned value) {
+  const auto kind = static_cast<Kind>(choice % (static_cast<unsigned>(Kind::remove) + 1));
+  const char* const text = values[value % (sizeof values / sizeof values[0])];
+  switch (kind) {
+    case Kind::set_attribute:
+    case Kind::set_bare_attribute:
+    case Kind::remove_attribute:
+      return {kind, (value & 8) != 0 ? "class" : "id", text};
+    case Kind::add_class:
+    case Kind::remove_class:
+      return {kind, "", (value & 8) != 0 ? "&a\"" : "a"};
+    case Kind::rename:
+      return {kind, (value & 8) != 0 ? "div" : "x-y", ""};
+    case Kind::wrap:
+      return {kind, "", "<div class=w><b></b></div>"};
+    default:
+      return {kind, "", text};
+  }
+}
+
+// Between the changes, both texts are the same.
+void check_changes(const std::string& old_text, const qo::EditedSource& edited) {
+  std::size_t old_position = 0;
+  std::size_t new_position = 0;
+  const auto check_kept = [&](std::size_t old_end, std::size_t new_end) {
+    require(old_end >= old_position && new_end >= new_position &&
+                old_text.substr(old_position, old_end - old_position) ==
+                    edited.source.substr(new_position, new_end - new_position),
+            "bytes between changes");
+  };
+  for (const qo::Change& change : edited.changes) {
+    check_kept(change.old_begin, change.new_begin);
+    old_position = change.old_end;
+    new_position = change.new_end;
+  }
+  check_kept(old_text.size(), edited.source.size());
+}
+
+std::size_t count_elements(const qo::Page& page) {
+  std::size_t count = 0;
+  for (const _qo_html* node : check_nodes(page)) {
+    if (page.kind(node) == qo::NodeKind::element) ++count;
+  }
+  return count;
+}
+
+// The node that the edited one has become: nothing in front of it has changed its length.
+const _qo_html* node_at(const qo::Page& page, std::size_t begin) {
+  for (const _qo_html* node : check_nodes(page)) {
+    if (page.extent(node).begin == begin && !node->isText) return node;
+  }
+  return nullptr;
+}
+
+void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operation& operation,
+                 const qo::Page& after) {
+  const std::size_t elements = count_elements(after);
+  const _qo_html* const now = node_at(after, before.extent(node).begin);
+  switch (operation.kind) {
+    case Kind::set_attribute:
+      require(elements == count_elements(before), "elements");
+      require(after.attribute(now, operation.name) == operation.value, "value of an attribute");
+      return;
+    case Kind::set_bare_attribute:
+      require(after.attribute(now, operation.name) == "", "a bare attribute");
+      return;
+    case Kind::remove_attribute:
+      require(!after.attribute(now, operation.name), "an attribute that was removed");
+      return;
+    case Kind::rename:
+      require(now->tag == operation.name && elements == count_elements(before), "name");
+      return;
+    case Kind::set_text:
+      if (!node->isText && operation.value != "{{ \"x\" }}" &&
+          before.kind(node) == qo::NodeKind::element) {
+        const std::string text = after.text(now, qo::TextForm::written);
+        require(text == operation.value || after.text(now) == operation.value, "text");
+      }
+      return;
+    case Kind::unwrap:
+      require(elements + 1 == count_elements(before), "an element that was unwrapped");
+      return;
+    default:
+      return;
+  }
+}
+
+void check_edit(const qo::Page& page, _qo_html* node, const qo::Operation& operation) {
+  try {
+    qo::Edits edits(page);
+    edits.add(node, {operation});
+    const qo::EditedSource edited = edits.apply();
+    check_changes(page.source(), edited);
+    check_asked(page, node, operation, qo::Page(edited.source, page.options()));
+  } catch (const qo::Error& error) {
+    require(error.offset() <= page.source().size(), "place of an error");
+  }
 }
 
 }  // namespace
 
-// Tells where a page is refused, which is of no interest here.
-std::size_t cli::tags_met() {
-  return 0;
-}
-
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size < 2) return 0;
-  const Quiet quiet;
-  const Operation& operation = operations[data[0] % std::size(operations)];
-  const bool drop_comments = data[0] >= 128;
-  const unsigned step = 1 + data[1] % 4;
-  const bool with_void = operation.asked.kind != Kind::set_text;
-  const cli::Input page{"page", std::string(reinterpret_cast<const char*>(data) + 2, size - 2)};
-  const Owned document = parse(page.text, drop_comments);
-  if (document == nullptr) return 0;
-
-  const cli::EditedPage same = edit_page(page, document.get(), {}, cli::Edit(), drop_comments);
-  require(drop_comments || same.kept.text() == page.text, "an untouched page stays");
-  require(same.rewritten.text() == document->outerHTML(), "the plain round trip");
-
-  cli::EditOptions options;
-  options.operations = {operation.asked};
-  const cli::EditedPage edited =
-      edit_page(page, document.get(), some_elements(document.get(), step, with_void),
-                make_edit(options), drop_comments);
-  unified_diff(page.text, edited.kept, page.name);
-
-  const Owned reference = parse(page.text, drop_comments);
-  const Nodes elements = some_elements(reference.get(), step, with_void);
-  for (auto node = elements.rbegin(); node != elements.rend(); ++node) operation.reference(*node);
-  require(edited.rewritten.text() == reference->outerHTML(), "the edited round trip");
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 3) return 0;
+  const std::string source(reinterpret_cast<const char*>(data) + 3, size - 3);
+  {
+    const bool templates = (data[0] & 0x80) == 0;
+    check_tokens(source, templates);
+    std::unique_ptr<qo::Page> page;
+    try {
+      page = std::make_unique<qo::Page>(source, qo::PageOptions{templates});
+    } catch (const qo::Error&) {
+      return 0;  // UTF-16
+    }
+    const std::vector<_qo_html*> nodes = check_nodes(*page);
+    require(qo::Edits(*page).apply().source == source, "a page without edits");
+    if (!nodes.empty()) {
+      check_edit(*page, nodes[data[2] % nodes.size()], make_operation(data[0] & 0x7F, data[1]));
+    }
+  }
+  require(live_nodes() == 0, "nodes are left");
   return 0;
 }

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 [ $# -ge 1 ] || { echo "usage: fuzz.sh SECONDS [TARGET]..." >&2; exit 2; }
 seconds=$1
 shift
-[ $# -gt 0 ] || set -- edits entities markup pages selectors
+[ $# -gt 0 ] || set -- css_selectors edits entities markup pages selectors
 mkdir -p build/fuzz/finds
 for target in "$@"; do
   mkdir -p "build/fuzz/corpus/$target"

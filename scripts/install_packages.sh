@@ -1,10 +1,12 @@
 #!/bin/sh
 # Installs the Debian packages that are missing, as root or with sudo.
-# usage: install_packages.sh [build|check|bench|docs|package]...   (default: build)
+# usage: install_packages.sh [build|check|bench|compare|docs|package]...   (default: build)
 set -eu
 
-build="ca-certificates cmake g++ libcli11-dev libgtest-dev libjsoncpp-dev make binutils pkgconf python3-minimal scdoc libpython3-stdlib"
+build="ca-certificates cmake g++ libcli11-dev libgtest-dev libjsoncpp-dev libpcre2-dev make binutils pkgconf python3-minimal scdoc libpython3-stdlib"
 check="chromium clang clang-format git libclang-rt-dev"
+compare="chromium"
+command -v npm > /dev/null || compare="$compare nodejs npm"  # Node.js may have come from elsewhere
 docs="doxygen"
 package="dpkg-dev file"
 bench="libbenchmark-dev libgumbo-dev libxml2-dev python3 git"
@@ -15,6 +17,7 @@ for group in "${@:-build}"; do
     build) wanted="$wanted $build" ;;
     check) wanted="$wanted $check" ;;
     bench) wanted="$wanted $bench" ;;
+    compare) wanted="$wanted $compare" ;;
     docs) wanted="$wanted $docs" ;;
     package) wanted="$wanted $package" ;;
     *) echo "install_packages.sh: no group called '$group'" >&2; exit 2 ;;

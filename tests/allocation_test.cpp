@@ -9,6 +9,9 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <qo_page/edits.h>
+#include <qo_page/selector.h>
+
 #include "test_host.h"
 
 namespace {
@@ -32,6 +35,13 @@ void* allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
@@ -210,6 +220,38 @@ TEST(Allocation, FailureInFormValuesKeepsWhatWasStored) {
     EXPECT_EQ(thrown, failed);
     if (!failed) break;
     EXPECT_TRUE(!setting.values.isMember("c") || setting.values["a"] == "1");
+  }
+}
+
+// Reads a page, finds, edits and reads texts: all of it, or std::bad_alloc with nothing left behind.
+TEST(Allocation, FailureInAPageThrows) {
+  const std::string source = every_kind + "<svg><x-" + long_name + "></svg>";
+  const std::string expected = "<" + long_name + " class=\"k\"></" + long_name + ">";
+  const Operation operation = {
+      "page", [&](Setting& setting) {
+        const qo::Page page(source);
+        const auto found = page.select(qo::Selector("p:has(> :not(b)) > :nth-child(1 of *)"));
+        qo::Edits edits(page);
+        edits.add(found, {{qo::Operation::Kind::add_class, "", "k"}, {qo::Operation::Kind::wrap, "", "<i></i>"}});
+        const std::string text = page.text(page.document());
+        setting.result = edits.apply().source;
+        ASSERT_EQ(page.source(), source);
+      }};
+  for (long n = 0;; ++n) {
+    ASSERT_LT(n, 10000);
+    Setting setting;
+    const long live = test_host().live;
+    bool thrown;
+    std::string written;
+    const bool failed = run_with_failure(operation, setting, n, thrown, written);
+    EXPECT_EQ(test_host().live, live) << n;
+    EXPECT_EQ(written, "");
+    if (thrown) {
+      EXPECT_EQ(setting.result, "-") << n;
+      continue;
+    }
+    EXPECT_NE(setting.result.find("<i>" + expected + "</i>"), std::string::npos);
+    if (!failed) break;  // else the work found another way
   }
 }
 

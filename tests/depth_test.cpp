@@ -8,6 +8,9 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <qo_page/edits.h>
+#include <qo_page/selector.h>
+
 #include "test_host.h"
 
 namespace {
@@ -91,6 +94,28 @@ TEST(Width, AMillionSiblingsAreDestroyedReplacedAndFilteredInLinearTime) {
   EXPECT_TRUE(document->set_html(repeated("<u></u>")));
   EXPECT_EQ(document->children.size(), levels);
   EXPECT_TRUE(document->set_text(""));
+}
+
+TEST(Depth, PagesOfAnyShapeAreReadAndEdited) {
+  run_with_small_stack([] {
+    for (const std::string& source :
+         {repeated("<b>"), repeated("<div>"), repeated("<span><li>"), repeated("<a><p>"), repeated("<svg><p>")}) {
+      const qo::Page page(source + "<i>x</i>");
+      EXPECT_EQ(page.text(page.document()), "x");
+      qo::Edits edits(page);
+      edits.add(page.select(qo::Selector("i")), {{qo::Operation::Kind::add_class, "", "k"}});
+      EXPECT_TRUE(edits.apply().source == source + "<i class=\"k\">x</i>");
+    }
+  });
+}
+
+TEST(Width, PagesWithoutEndsAreReadInLinearTime) {
+  for (const char* piece : {"</x>", "{{", "{% a", "<% ", "<?x ", "{{ < ", "{# ", "<a b={{ ", "<!", "<script><!--",
+                            "<li>", "<td>", "{{ <b> ", "<p a='", "<x-y>", "<form>", "<option>", "<p x{{a}}"}) {
+    const qo::Page page(repeated(piece));
+    EXPECT_EQ(page.extent(page.document()).end, page.source().size());
+    EXPECT_EQ(qo::Edits(page).apply().source, page.source());
+  }
 }
 
 }  // namespace

@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <qo_page/edits.h>
+#include <qo_page/selector.h>
+
 #include "test_host.h"
 
 namespace {
@@ -23,6 +26,10 @@ void use_everything(const std::string& name) {
     EXPECT_EQ(values[name], "<![CDATA[&]]>");
     query.get(0)->parent->set_html("<b>new</b>");
     EXPECT_EQ(document->outerHTML(), "<form><p class=\"a b\"><b>new</b></p></form>");
+    const qo::Page page("<p>{{ a }}<li class=" + name + ">&lt;");
+    qo::Edits edits(page);
+    edits.add(page.select(qo::Selector("li:matches('<')")), {{qo::Operation::Kind::add_class, "", "k"}});
+    EXPECT_EQ(edits.apply().source, "<p>{{ a }}<li class=\"" + name + " k\">&lt;");
   }
 }
 

@@ -1,14 +1,14 @@
-// Fills a template in: texts by id, and a row of the table for each item.
+// Fills a template in: texts by id, and a row of the table for each item. All else stays as it is.
 // usage: edit_template TEMPLATE
 
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <memory>
-#include <stdexcept>
 #include <string>
 
-#include <qo_html/qo_html.h>
+#include <qo_page/edits.h>
+#include <qo_page/page.h>
+#include <qo_page/selector.h>
 
 namespace {
 
@@ -17,36 +17,35 @@ struct Item {
   const char* price;
 };
 
-constexpr Item items[] = {{"Tea", "3.20"}, {"Bread &amp; butter", "4.50"}};
+constexpr Item items[] = {{"Tea", "3.20"}, {"Bread & butter", "4.50"}};
+
+using Kind = qo::Operation::Kind;
 
 // The first match; the template has to have one.
-_qo_html* find(_qo_html* below, const std::string& selector) {
-  _qo_html* const found = qo_html_query(below).find(selector).get(0);
-  if (found == nullptr) throw std::runtime_error("the template has no " + selector);
-  return found;
+_qo_html* find(const qo::Page& page, const std::string& selector) {
+  const std::vector<_qo_html*> found = page.select(qo::Selector(selector));
+  if (found.empty()) throw qo::Error("the template has no " + selector, 0);
+  return found[0];
 }
 
-// A new node with the row's markup, put in front of the row.
-_qo_html* insert_copy_before(_qo_html* row) {
-  const std::unique_ptr<_qo_html> holder(qo_html_element_new("holder"));
-  holder->set_html(row->outerHTML());
-  _qo_html* const copy = holder->get_child_at(0);
-  copy->detach();
-  row->insert_before(copy, row);
-  return copy;
+// The template's own row, with the texts of an item.
+std::string row_for(const qo::Page& row, const Item& item) {
+  qo::Edits edits(row);
+  edits.add(find(row, ".name"), {{Kind::set_text, "", item.name}});
+  edits.add(find(row, ".price"), {{Kind::set_text, "", item.price}});
+  return edits.apply().source;
 }
 
-void fill_in(_qo_html* page) {
-  find(page, "#number")->set_text("Invoice 17");
-  find(page, "#total")->set_text("7.70");
+std::string filled_in(const qo::Page& page) {
   _qo_html* const row = find(page, "tr.item");
-  for (const Item& item : items) {
-    _qo_html* const copy = insert_copy_before(row);
-    find(copy, ".name")->set_text(item.name);
-    find(copy, ".price")->set_text(item.price);
-  }
-  row->detach();
-  delete row;
+  std::string rows;
+  for (const Item& item : items) rows += row_for(qo::Page(std::string(page.html(row))), item);
+
+  qo::Edits edits(page);
+  edits.add(find(page, "#number"), {{Kind::set_text, "", "Invoice 17"}});
+  edits.add(find(page, "#total"), {{Kind::set_text, "", "7.70"}, {Kind::add_class, "", "sum"}});
+  edits.add(row, {{Kind::replace, "", rows}});
+  return edits.apply().source;
 }
 
 }  // namespace
@@ -54,17 +53,14 @@ void fill_in(_qo_html* page) {
 int main(int argc, char** argv) {
   std::ifstream file(argc == 2 ? argv[1] : "");
   std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  _qo_html* parsed = nullptr;
-  if (text.empty() || !parseHtml(parsed, std::move(text), argv[1], false, false)) {
+  if (text.empty()) {
     std::cerr << "usage: edit_template TEMPLATE" << std::endl;
     return 2;
   }
-  const std::unique_ptr<_qo_html> page(parsed);
   try {
-    fill_in(page.get());
-  } catch (const std::runtime_error& error) {
+    std::cout << filled_in(qo::Page(std::move(text)));
+  } catch (const qo::Error& error) {
     std::cerr << error.what() << std::endl;
     return 1;
   }
-  std::cout << page->outerHTML();
 }

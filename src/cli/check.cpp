@@ -1,43 +1,65 @@
-#include "commands.h"
-#include "page.h"
-#include "session.h"
-#include "text.h"
-
 #include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "commands.h"
+#include "differences.h"
+#include "host_page.h"
+#include "line_index.h"
+#include "page_view.h"
+#include "reading.h"
+#include "session.h"
+#include "written_forms.h"
 
 namespace cli {
 
 namespace {
 
-constexpr std::size_t excerpt_length = 30;
-constexpr std::size_t lead_length = 12;  // of the excerpt, in front of the difference
+// What a host makes of a page, as far as it reads it.
+struct HostPage {
+  Document document;
+  std::string_view read;
+  std::optional<Refusal> refusal;
+};
 
-// What stands around the place of the first difference, on one line.
-std::string excerpt(std::string_view text, std::size_t difference) {
-  const std::size_t line = text.substr(0, difference).rfind('\n') + 1;  // npos + 1 is 0
-  const std::size_t from = std::max(line, difference - std::min(difference, lead_length));
-  return quoted(text.substr(from, text.find('\n', difference) - from), excerpt_length);
+HostPage read_as_host(const std::string& text) {
+  HostPage page{try_to_parse(text, false), text, std::nullopt};
+  if (page.document != nullptr) return page;
+  page.refusal = find_refusal(text);
+  page.read = page.read.substr(0, page.refusal->offset);
+  page.document = try_to_parse(std::string(page.read), false);
+  return page;
+}
+
+std::vector<Difference> check(const qo::Page& page, const LineIndex& lines, bool bytes) {
+  const HostPage host = read_as_host(page.source());
+  const Reading reading = host_reading(host.document.get(), host.read);
+  std::vector<Difference> found =
+      find_differences(page_reading(page), reading, page.source(), lines);
+  if (bytes) add_written_forms(reading, host.read, !host.refusal, found);
+  if (host.refusal) found.push_back({host.refusal->offset, host.refusal->reason});
+  std::stable_sort(found.begin(), found.end(),
+                   [](const Difference& a, const Difference& b) { return a.offset < b.offset; });
+  return found;
 }
 
 }  // namespace
 
-// Tells of the first difference on a line of its own. A page that comes back is found, in terms of
-// the exit status.
+// A page that hosts read as it is counts as found, in terms of the exit status.
 int run(const CheckOptions& options) {
   Session session(options);
   bool different = false;
   const int status = session.run(options.files, [&](Input& input) {
-    const std::string back = parse_page(input, options.drop_comments)->outerHTML();
-    require_memory();
-    const std::string& text = input.text;
-    if (back == text) return Found::something;
-    different = true;
-    const auto first = std::mismatch(text.begin(), text.end(), back.begin(), back.end()).first;
-    const std::size_t offset = static_cast<std::size_t>(first - text.begin());
-    session.out().paint("35", input.name);
-    session.out().write(":" + place_of(text, offset) + ": " + excerpt(text, offset) +
-                        " comes back as " + excerpt(back, offset) + "\n");
-    return Found::nothing;
+    const qo::Page page = read_page(input, options);
+    const LineIndex lines(page.source());
+    const std::vector<Difference> found = check(page, lines, options.bytes);
+    for (const Difference& difference : found) {
+      session.out().paint("35", input.name);
+      session.out().write(":" + lines.place(difference.offset).text() + ": " + difference.what +
+                          "\n");
+    }
+    different = different || !found.empty();
+    return found.empty() ? Found::something : Found::nothing;
   });
   return status == status_found && different ? status_not_found : status;
 }

@@ -8,8 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <qo_html/qo_html_ascii.h>
-
+#include "arguments.h"
 #include "files.h"
 #include "options.h"
 #include "text.h"
@@ -22,24 +21,8 @@ bool has_any(const std::string& text, std::string_view characters) {
   return text.find_first_of(characters) != std::string::npos;
 }
 
-bool begins_with(const std::string& text, std::string_view start) {
-  return text.compare(0, start.size(), start) == 0;
-}
-
 bool ends_with(const std::string& text, std::string_view end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// CLI11 takes an argument in brackets for a list, and "++" for the end of a subcommand. In front of
-// these, this keeps it from that.
-constexpr char guard = '\x01';
-
-std::string with_guard(const std::string& argument) {
-  return begins_with(argument, "[") || argument == "++" ? guard + argument : argument;
-}
-
-std::string without_guard(const std::string& argument) {
-  return argument.substr(argument[0] == guard ? 1 : 0);
 }
 
 // --- Options that subcommands share ---
@@ -56,21 +39,28 @@ void add_common(CLI::App& command, CommonOptions& options) {
       ->type_name("WHEN");
   command.add_option("-o,--output", options.output, "Write results to FILE, once all are there")
       ->type_name("FILE");
-  command.add_flag("--drop-comments", options.drop_comments, "Leave comments out of the page");
+  command.add_flag("!--no-templates", options.templates, "Read template code like any other text");
   for (CLI::Option* option : command.get_options()) {
     if (option->get_items_expected_max() == 0) option->disable_flag_override();  // no --flag=VALUE
   }
 }
 
-void add_strict(CLI::App& command, bool& strict) {
-  command.add_flag("--strict", strict, "Refuse selectors that a hint would be given on");
+void add_host(CLI::App& command, ReadingOptions& options) {
+  CLI::Option* host =
+      command.add_flag("--host", options.host, "Read as a host process does, with the library");
+  command.add_flag("--drop-comments", options.drop_comments, "Leave comments out of the page")
+      ->needs(host);
 }
 
-void add_selector(CLI::App& command, std::string& selector, bool& strict) {
-  add_positional(command, "SEL", selector,
-                 "Which elements: tag .class #id [name=value] > and blanks")
-      ->required();
-  add_strict(command, strict);
+// What can read as a host and takes a selector.
+void add_host_with_selector(CLI::App& command, ReadingOptions& options) {
+  add_host(command, options);
+  command.add_flag("--strict", options.strict, "Refuse selectors that a hint would be given on")
+      ->needs(command.get_option("--host"));
+}
+
+void add_selector(CLI::App& command, std::string& selector) {
+  add_positional(command, "SEL", selector, "Which elements: a CSS selector")->required();
 }
 
 void add_files(CLI::App& command, std::vector<std::string>& files) {
@@ -94,7 +84,7 @@ struct ShowFlag {
 constexpr ShowFlag show_flags[] = {
     {"-t,--text", "Print the text of each match", Show::text},
     {"--inner", "Print the content of each match, without its own tags", Show::inner},
-    {"-j,--json", "Print a line of JSON for each match: tag, attrs, text and html", Show::json},
+    {"-j,--json", "Print a line of JSON for each match", Show::json},
     {"-c,--count", "Print only the number of matches", Show::count},
     {"-l,--files-with-matches", "Print only the names of files with a match", Show::names},
     {"-q,--quiet", "Print nothing; the exit status tells", Show::nothing}};
@@ -102,7 +92,7 @@ constexpr ShowFlag show_flags[] = {
 void add_select(CLI::App& app, SelectOptions& options) {
   CLI::App& command =
       *app.add_subcommand("select", "Print the elements that a selector finds, one a line");
-  add_selector(command, options.selector, options.strict);
+  add_selector(command, options.selector);
   add_files(command, options.files);
   std::vector<CLI::Option*> shows;
   for (const ShowFlag& flag : show_flags) {
@@ -121,18 +111,26 @@ void add_select(CLI::App& app, SelectOptions& options) {
                       ->delimiter(',')
                       ->allow_extra_args(false));
   for (CLI::Option* show : shows) show->group("What to print, if not the whole element");
+  CLI::Option* fields =
+      command.add_option("--fields", options.fields, "What -j tells: tag, attrs, text, line, ...")
+          ->type_name("NAME[,NAME]")
+          ->delimiter(',')
+          ->allow_extra_args(false);
+  command.add_flag("--raw", options.raw, "Print texts and values as written, not decoded");
   command.add_flag("-1,--first", options.first_only, "Stop a file at its first match");
   command.add_flag("-0,--null", options.end_with_nul, "End each result with a zero byte");
   CLI::Option* with_name =
       command.add_flag("-H,--with-filename", "Print the file's name with each");
   CLI::Option* no_name = command.add_flag("--no-filename", "Never print it");
-  command.final_callback([&options, shows, with_name, no_name] {
+  command.final_callback([&options, shows, fields, with_name, no_name] {
     const auto is_given = [](const CLI::Option* show) { return !show->empty(); };
     if (std::count_if(shows.begin(), shows.end(), is_given) > 1) {
       throw Failure("select: only one of -t, --inner, -a, -j, -c, -l and -q can be given");
     }
+    if (!fields->empty() && options.show != Show::json) throw Failure("select: --fields needs -j");
     options.with_name = no_name->empty() && (!with_name->empty() || options.files.size() > 1);
   });
+  add_host_with_selector(command, options);
   add_common(command, options);
 }
 
@@ -149,7 +147,6 @@ void add_form(CLI::App& app, FormOptions& options) {
   CLI::Option* selector = add_positional(command, "SEL", options.selector,
                                          "Which elements to take for forms; default: form");
   CLI::Option* file = add_file(command, options.file);
-  add_strict(command, options.strict);
   command.add_flag("--all", options.all, "Print an array with all forms, not the first form");
   command.add_flag("--compact", options.compact, "Print on one line");
   command.final_callback([&options, selector, file] {
@@ -158,16 +155,17 @@ void add_form(CLI::App& app, FormOptions& options) {
       options.file = std::exchange(options.selector, "form");
     }
   });
+  add_host_with_selector(command, options);
   add_common(command, options);
 }
 
 // --- qo edit ---
 
-using Kind = EditOperation::Kind;
+using Kind = qo::Operation::Kind;
 
 struct OperationOption {
   const char* name;
-  const char* type;
+  const char* type;  // of the value; empty: there is none
   const char* help;
   Kind kind;
 };
@@ -175,57 +173,59 @@ struct OperationOption {
 constexpr OperationOption operation_options[] = {
     {"--attr", "NAME=VALUE", "Set an attribute", Kind::set_attribute},
     {"--bare-attr", "NAME", "Set an attribute without a value", Kind::set_bare_attribute},
-    {"--del-attr", "NAME", "Remove an attribute", Kind::delete_attribute},
+    {"--del-attr", "NAME", "Remove an attribute", Kind::remove_attribute},
     {"--add-class", "CLASS", "Add a class", Kind::add_class},
-    {"--del-class", "CLASS", "Remove a class", Kind::delete_class},
+    {"--del-class", "CLASS", "Remove a class", Kind::remove_class},
+    {"--rename", "NAME", "Change the element's name", Kind::rename},
     {"--text", "TEXT", "Replace the content by text", Kind::set_text},
-    {"--html", "HTML", "Replace the content by markup", Kind::set_html},
-    {"--replace", "HTML", "Replace the element itself", Kind::replace},
-    {"--before", "HTML", "Insert markup in front of the element", Kind::insert_before},
-    {"--after", "HTML", "Insert markup behind the element", Kind::insert_after}};
+    {"--html", "MARKUP", "Replace the content by markup", Kind::set_html},
+    {"--prepend", "MARKUP", "Insert markup at the start of the content", Kind::prepend},
+    {"--append", "MARKUP", "Insert markup at the end of the content", Kind::append},
+    {"--before", "MARKUP", "Insert markup in front of the element", Kind::insert_before},
+    {"--after", "MARKUP", "Insert markup after the element", Kind::insert_after},
+    {"--wrap", "MARKUP", "Put the element into the innermost element of markup", Kind::wrap},
+    {"--unwrap", "", "Take the tags away, and leave the content", Kind::unwrap},
+    {"--replace", "MARKUP", "Replace the element itself", Kind::replace},
+    {"--remove", "", "Remove the element", Kind::remove}};
 
-EditOperation read_operation(const OperationOption& option, const std::string& value) {
-  EditOperation operation{option.kind, std::string(), value};
+qo::Operation read_operation(const OperationOption& option, const std::string& value) {
   switch (option.kind) {
     case Kind::set_attribute: {
       const std::size_t equals = value.find('=');
       if (equals == std::string::npos) {
         throw Failure("--attr: \"" + value + "\" has no \"=\"; --bare-attr sets a name alone");
       }
-      operation.name = value.substr(0, equals);
-      operation.value = value.substr(equals + 1);
-      break;
+      return {option.kind, value.substr(0, equals), value.substr(equals + 1)};
     }
     case Kind::set_bare_attribute:
-    case Kind::delete_attribute:
-      operation.name = value;
-      break;
-    case Kind::add_class:
-    case Kind::delete_class:
-      if (value.empty() || std::any_of(value.begin(), value.end(), is_space)) {
-        throw Failure(std::string(option.name) + ": \"" + value + "\" is not one class");
-      }
-      return operation;
+    case Kind::remove_attribute:
+    case Kind::rename:
+      return {option.kind, value, std::string()};
     default:
-      return operation;
+      return {option.kind, std::string(), value};
   }
-  if (operation.name.empty() || has_any(operation.name, " \t\r\n\v\f/>=\"'<")) {
-    throw Failure(std::string(option.name) + ": \"" + operation.name + "\" is no attribute name");
-  }
-  return operation;
 }
 
-// The operations in the order in which they stand on the command line.
-std::vector<EditOperation> read_operations(const CLI::App& command) {
-  std::vector<EditOperation> operations;
+// The operations in the order in which they are on the command line. Throws Failure when one is
+// wrong in itself or contradicts another.
+std::vector<qo::Operation> read_operations(const CLI::App& command) {
+  std::vector<qo::Operation> operations;
+  std::vector<std::string> names;
   std::map<const CLI::Option*, std::size_t> used;
   for (const CLI::Option* given : command.parse_order()) {
     const std::string name = given->get_name();
-    if (name == "--remove") operations.push_back({Kind::remove, "", ""});
     for (const OperationOption& option : operation_options) {
       if (name != option.name) continue;
-      operations.push_back(read_operation(option, given->results()[used[given]++]));
+      const bool has_value = *option.type != '\0';
+      const std::string value = has_value ? given->results()[used[given]++] : std::string();
+      operations.push_back(read_operation(option, value));
+      names.push_back(name);
     }
+  }
+  try {
+    qo::check_operations(operations);
+  } catch (const qo::Error& error) {
+    throw Failure("edit: " + names[error.offset()] + ": " + error.what());
   }
   return operations;
 }
@@ -241,9 +241,13 @@ void check_in_place(const EditOptions& options) {
 void add_edit(CLI::App& app, EditOptions& options) {
   CLI::App& command = *app.add_subcommand(
       "edit", "Change the elements that a selector finds, and nothing else of the page");
-  add_selector(command, options.selector, options.strict);
+  add_selector(command, options.selector);
   add_files(command, options.files);
   for (const OperationOption& option : operation_options) {
+    if (*option.type == '\0') {
+      command.add_flag(option.name, option.help)->group("Operations, in any number");
+      continue;
+    }
     command.add_option(option.name, option.help)
         ->group("Operations, in any number")
         ->type_name(option.type)
@@ -251,12 +255,9 @@ void add_edit(CLI::App& app, EditOptions& options) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->allow_extra_args(false);
   }
-  command.add_flag("--remove", "Remove the element")->group("Operations, in any number");
   command.add_flag("-i,--in-place", options.in_place,
                    "Write the pages back; -iSUFFIX keeps each old page under its name + SUFFIX");
   command.add_flag("-n,--diff", options.show_diff, "Write nothing; show the changes as a diff");
-  command.add_flag("--allow-rewrite", options.allow_rewrite,
-                   "Where a page cannot keep its form, write all of it in the library's form");
   command.final_callback([&options, &command] {
     options.operations = read_operations(command);
     if (options.operations.empty()) {
@@ -271,8 +272,9 @@ void add_edit(CLI::App& app, EditOptions& options) {
 
 void add_check(CLI::App& app, CheckOptions& options) {
   CLI::App& command =
-      *app.add_subcommand("check", "Tell whether pages parse and come back byte for byte");
+      *app.add_subcommand("check", "Tell where a host process reads pages otherwise than qo");
   add_files(command, options.files);
+  command.add_flag("--bytes", options.bytes, "Tell where the library writes other bytes, too");
   add_common(command, options);
 }
 
@@ -281,17 +283,18 @@ void add_tree(CLI::App& app, TreeOptions& options) {
   add_file(command, options.file);
   command.add_flag("-b,--blanks", options.blanks, "Show text that is only white space, too");
   CLI::Option* html = command.add_flag("--html", options.html,
-                                       "Write a page that shows the tree, beside a browser's");
+                                       "Write a page that shows the tree, beside other readings");
   command.add_option("--select", options.selector, "What to highlight in that page")
       ->type_name("SEL")
       ->needs(html);
-  add_strict(command, options.strict);
+  add_host_with_selector(command, options);
   add_common(command, options);
 }
 
 void add_decode(CLI::App& app, DecodeOptions& options) {
-  CLI::App& command = *app.add_subcommand("decode", "Replace named character references");
+  CLI::App& command = *app.add_subcommand("decode", "Replace character references");
   add_file(command, options.file);
+  add_host(command, options);
   add_common(command, options);
 }
 
@@ -301,61 +304,6 @@ const CLI::App* find_subcommand(const CLI::App& app, const std::string& name) {
   const std::vector<const CLI::App*> found = app.get_subcommands(
       [&name](const CLI::App* subcommand) { return subcommand->get_name() == name; });
   return found.empty() ? nullptr : found.front();
-}
-
-bool takes_value(const CLI::App& command, const std::string& name) {
-  const CLI::Option* option = command.get_option_no_throw(name);
-  return option != nullptr && option->get_items_expected_min() > 0;
-}
-
-// Whether the next argument is a value of this one, which may be a group of letters.
-bool wants_value(const CLI::App& command, const std::string& argument) {
-  if (begins_with(argument, "--") || !begins_with(argument, "-")) {
-    return takes_value(command, argument);
-  }
-  for (std::size_t i = 1; i < argument.size(); ++i) {
-    if (takes_value(command, {'-', argument[i]})) return i + 1 == argument.size();
-  }
-  return false;
-}
-
-// "--text=": CLI11 would take the next argument for the value.
-bool has_empty_value(const CLI::App& command, const std::string& argument) {
-  return begins_with(argument, "--") && ends_with(argument, "=") &&
-         takes_value(command, argument.substr(0, argument.size() - 1));
-}
-
-// The SUFFIX of "-iSUFFIX" and "--in-place=SUFFIX"; null for any other argument.
-const char* backup_suffix(const CLI::App& command, const char* argument) {
-  if (command.get_name() != "edit") return nullptr;
-  for (const std::string_view start : {std::string_view("--in-place="), std::string_view("-i")}) {
-    const bool is_longer = begins_with(argument, start) && argument[start.size()] != '\0';
-    if (is_longer) return argument + start.size();
-  }
-  return nullptr;
-}
-
-// The arguments of a subcommand, with what CLI11 does not know brought into forms that it does, but
-// for the suffix.
-std::vector<std::string> known_forms(const CLI::App& command, int argc, char** argv,
-                                     std::string& suffix) {
-  std::vector<std::string> known;
-  int i = 0;
-  for (; i < argc && std::string_view(argv[i]) != "--"; ++i) {
-    const std::string argument = argv[i];
-    if (has_empty_value(command, argument)) {
-      known.push_back(argument.substr(0, argument.size() - 1));
-      known.emplace_back();
-    } else if (const char* const found = backup_suffix(command, argv[i])) {
-      known.emplace_back("--in-place");
-      suffix = found;
-    } else {
-      known.push_back(with_guard(argument));
-      if (wants_value(command, argument) && i + 1 < argc) known.emplace_back(argv[++i]);
-    }
-  }
-  std::transform(argv + i, argv + argc, std::back_inserter(known), with_guard);
-  return known;
 }
 
 // CLI11's message, on one line.

@@ -1,96 +1,79 @@
-#include <algorithm>
-#include <optional>
 #include <set>
 
+#include <qo_page/edits.h>
+#include <qo_page/selector.h>
+
 #include "commands.h"
-#include "page.h"
-#include "page_editor.h"
-#include "selectors.h"
+#include "page_view.h"
 #include "session.h"
 #include "text.h"
+#include "unified_diff.h"
 
 namespace cli {
 
 namespace {
 
-// Where in the page as written the kept text first fails to read back as what the edit made of it;
-// nothing when it does read back.
-std::optional<std::size_t> first_failure(const EditedPage& page) {
-  const Document document = try_to_parse(page.kept.text(), false);
-  if (document == nullptr) return page.kept.changes().front().old_begin;
-  const std::string back = document->outerHTML();
-  require_memory();
-  const std::string& expected = page.rewritten.text();
-  if (back == expected) return std::nullopt;
-  const auto first =
-      std::mismatch(expected.begin(), expected.end(), back.begin(), back.end()).first;
-  return page.rewritten.original_offset(static_cast<std::size_t>(first - expected.begin()));
-}
-
-void warn_of(const DroppedValues& drops) {
-  if (drops.count > 0) complain(drops.warning());
-}
-
-const EditedText& accepted(const EditOptions& options, const Input& input, const EditedPage& page) {
-  const std::optional<std::size_t> failure = first_failure(page);
-  if (failure && !options.allow_rewrite) {
-    throw Failure(input.name + ":" + place_of(input.text, *failure) +
-                  ": this edit cannot keep the page as written (--allow-rewrite rewrites it)");
-  }
-  warn_of(page.kept_drops);
-  if (!failure) return page.kept;
-  warn_of(page.other_drops);
-  return page.rewritten;
-}
-
 class Editing {
  public:
   explicit Editing(const EditOptions& options)
-      : options_(options), edit_(make_edit(options)), session_(options) {
+      : options_(options), selector_(options.selector), session_(options) {
     if (!options.in_place) return;
     for (const std::string& file : options.files) pages_.insert(resolved(file));
   }
 
   int run() {
-    for (const std::string& warning : edit_.warnings) complain(warning);
-    return session_.run(options_.files, [this](Input& input) { return page(input); });
+    const int status = session_.run(options_.files, [this](Input& input) { return page(input); });
+    if (options_.in_place && options_.files.size() > 1) {
+      complain("changed " + std::to_string(written_.size()) + " of " +
+               std::to_string(options_.files.size()) + " files");
+    }
+    return status;
   }
 
  private:
-  Found page(const Input& input) {
-    const Document document = parse_page(input, options_.drop_comments);
-    const std::vector<_qo_html*> matches = find_matches(document.get(), options_.selector);
-    if (matches.empty() && !options_.drop_comments) {
-      if (prints_pages()) session_.out().write(input.text);
+  Found page(Input& input) {
+    const qo::Page page = read_page(input, options_);
+    const std::vector<_qo_html*> matches = page.select(selector_);
+    if (matches.empty()) {
+      if (prints_pages()) session_.out().write(page.source());
       return Found::nothing;
     }
-    const EditedPage edited =
-        edit_page(input, document.get(), matches, edit_, options_.drop_comments);
-    write(input, accepted(options_, input, edited));
-    return matches.empty() ? Found::nothing : Found::something;
+    write(input.name, page, edited(input.name, page, matches));
+    return Found::something;
+  }
+
+  qo::EditedSource edited(const std::string& name, const qo::Page& page,
+                          const std::vector<_qo_html*>& matches) const {
+    try {
+      qo::Edits edits(page);
+      edits.add(matches, options_.operations);
+      return edits.apply();
+    } catch (const qo::Error& error) {
+      throw Failure(name + ":" + place_of(page.source(), error.offset()) +
+                    ": refused: " + error.what());
+    }
   }
 
   bool prints_pages() const { return !options_.show_diff && !options_.in_place; }
 
-  void write(const Input& input, const EditedText& edited) {
-    if (prints_pages()) return session_.out().write(edited.text());
-    if (options_.show_diff) return write_diff(unified_diff(input.text, edited, input.name));
-    if (edited.text() == input.text) return;
-    if (!is_regular_file(input.name)) throw Failure(input.name + ": is no regular file");
-    if (!written_.insert(resolved(input.name)).second) {
-      throw Failure(input.name + ": has been edited already");
-    }
-    if (!options_.backup_suffix.empty()) back_up(input);
-    replace_file(input.name, edited.text());
+  void write(const std::string& name, const qo::Page& page, const qo::EditedSource& edited) {
+    if (prints_pages()) return session_.out().write(edited.source);
+    if (options_.show_diff) return write_diff(unified_diff(page.source(), edited, name));
+    if (edited.changes.empty()) return;
+    if (!is_regular_file(name)) throw Failure(name + ": is no regular file");
+    if (written_.count(resolved(name)) != 0) throw Failure(name + ": has been edited already");
+    if (!options_.backup_suffix.empty()) back_up(name, page.source());
+    replace_file(name, edited.source);
+    written_.insert(resolved(name));
   }
 
   // No page that is yet to be edited, or has been, is overwritten by the old text of another.
-  void back_up(const Input& input) const {
-    const std::string backup = input.name + options_.backup_suffix;
+  void back_up(const std::string& name, const std::string& text) const {
+    const std::string backup = name + options_.backup_suffix;
     if (pages_.count(resolved(backup)) != 0) {
-      throw Failure(input.name + ": " + backup + " is to be edited, too");
+      throw Failure(name + ": " + backup + " is to be edited, too");
     }
-    back_up_file(input.name, options_.backup_suffix, input.text);
+    back_up_file(name, options_.backup_suffix, text);
   }
 
   void write_diff(std::string_view diff) {
@@ -118,7 +101,7 @@ class Editing {
   }
 
   const EditOptions& options_;
-  const Edit edit_;
+  const qo::Selector selector_;
   Session session_;
   std::set<std::string> pages_;    // all that -i is to write, without links
   std::set<std::string> written_;  // of these, so far
@@ -127,7 +110,6 @@ class Editing {
 }  // namespace
 
 int run(const EditOptions& options) {
-  give_hints(options.selector, options.strict);
   return Editing(options).run();
 }
 

@@ -1,5 +1,7 @@
 #include "json_text.h"
 
+#include <cstdio>
+
 #include "text.h"
 
 namespace cli {
@@ -8,10 +10,14 @@ Json::Value json_string(std::string_view text) {
   return Json::Value(valid_utf8(text));
 }
 
-Json::Value& add_member(Json::Value& object, std::string_view name) {
-  std::string valid = valid_utf8(name);
-  while (object.isMember(valid)) valid += replacement_character;
-  return object[valid];
+std::string MemberNames::unique(std::string_view name) {
+  const std::string valid = valid_utf8(name);
+  std::string unique = valid;
+  while (counts_.count(unique) != 0) {
+    unique = valid + replacement_character + std::to_string(++counts_[valid]);
+  }
+  counts_.emplace(unique, 1);
+  return unique;
 }
 
 JsonWriter::JsonWriter(const std::string& indentation) {
@@ -27,6 +33,63 @@ std::string JsonWriter::write(const Json::Value& value) {
   out_.str(std::string());
   writer_->write(value, &out_);
   return out_.str();
+}
+
+void JsonLine::add(std::string_view name, std::string_view text) {
+  begin(name);
+  append_string(text);
+}
+
+void JsonLine::add(std::string_view name, std::size_t number) {
+  begin(name);
+  members_ += std::to_string(number);
+}
+
+void JsonLine::add_true(std::string_view name) {
+  begin(name);
+  members_ += "true";
+}
+
+void JsonLine::add_object(std::string_view name, const JsonLine& object) {
+  begin(name);
+  members_ += object.text();
+}
+
+void JsonLine::begin(std::string_view name) {
+  if (!members_.empty()) members_ += ',';
+  append_string(name);
+  members_ += ':';
+}
+
+void JsonLine::append_string(std::string_view text) {
+  members_ += '"';
+  for (const char c : valid_utf8(text)) {
+    switch (c) {
+      case '"':
+      case '\\':
+        members_ += '\\';
+        members_ += c;
+        break;
+      case '\n':
+        members_ += "\\n";
+        break;
+      case '\r':
+        members_ += "\\r";
+        break;
+      case '\t':
+        members_ += "\\t";
+        break;
+      default:
+        if (static_cast<unsigned char>(c) < 0x20) {
+          char escape[7];
+          std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+          members_ += escape;
+        } else {
+          members_ += c;
+        }
+    }
+  }
+  members_ += '"';
 }
 
 }  // namespace cli

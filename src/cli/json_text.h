@@ -6,6 +6,8 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include <json/json.h>
 
@@ -14,8 +16,15 @@ namespace cli {
 // A string value.
 Json::Value json_string(std::string_view text);
 
-// A new member of an object. Names that are not UTF-8 may become the same: then U+FFFD is added.
-Json::Value& add_member(Json::Value& object, std::string_view name);
+// Makes names of members of one object. Names that are not UTF-8 may become the same: all but the
+// first then get U+FFFD and a number.
+class MemberNames {
+ public:
+  std::string unique(std::string_view name);
+
+ private:
+  std::unordered_map<std::string, std::size_t> counts_;
+};
 
 class JsonWriter {
  public:
@@ -27,6 +36,23 @@ class JsonWriter {
  private:
   std::unique_ptr<Json::StreamWriter> writer_;
   std::ostringstream out_;
+};
+
+// An object on one line, whose members stay in the order in which they come.
+class JsonLine {
+ public:
+  void add(std::string_view name, std::string_view text);
+  void add(std::string_view name, std::size_t number);
+  void add_true(std::string_view name);
+  void add_object(std::string_view name, const JsonLine& object);
+
+  std::string text() const { return "{" + members_ + "}"; }
+
+ private:
+  void begin(std::string_view name);
+  void append_string(std::string_view text);
+
+  std::string members_;
 };
 
 }  // namespace cli

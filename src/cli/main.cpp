@@ -3,9 +3,12 @@
 #include <csignal>
 #include <exception>
 #include <new>
+#include <string>
+
+#include <qo_page/selector.h>
 
 #include "commands.h"
-#include "page.h"
+#include "host_page.h"
 #include "session.h"
 #include "text.h"
 
@@ -17,6 +20,9 @@ int main(int argc, char** argv) {
     if (!options) return cli::status_found;
     cli::silence_library();
     return std::visit([](const auto& chosen) { return cli::run(chosen); }, *options);
+  } catch (const qo::SelectorError& error) {
+    cli::complain(std::string("selector: ") + error.what());
+    cli::complain_of_place(error.shown());
   } catch (const cli::Failure& failure) {
     cli::complain(failure.what());
   } catch (const std::bad_alloc&) {

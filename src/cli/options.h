@@ -8,79 +8,66 @@
 #include <variant>
 #include <vector>
 
+#include <qo_page/edits.h>
+
 namespace cli {
 
 struct CommonOptions {
   std::string color = "auto";  // or "always" or "never"
   std::string output;          // the file that results go to; empty: standard output
-  bool drop_comments = false;
+  bool templates = true;       // template code is opaque
 };
 
-struct SelectOptions : CommonOptions {
+// For what can read a page as a host process would.
+struct ReadingOptions : CommonOptions {
+  bool host = false;
+  bool drop_comments = false;  // this and the next: for hosts only
+  bool strict = false;
+};
+
+struct SelectOptions : ReadingOptions {
   enum class Show { html, inner, text, attributes, json, count, names, nothing };
 
   std::string selector;
   std::vector<std::string> files;
   Show show = Show::html;
   std::vector<std::string> attributes;
-  bool strict = false;
+  std::vector<std::string> fields;  // of JSON lines
+  bool raw = false;                 // texts and values as written
   bool first_only = false;
   bool end_with_nul = false;
   bool with_name = false;  // each result has the file's name in front
 };
 
-struct FormOptions : CommonOptions {
+struct FormOptions : ReadingOptions {
   std::string selector = "form";
   std::string file = "-";
-  bool strict = false;
   bool all = false;
   bool compact = false;
-};
-
-struct EditOperation {
-  enum class Kind {
-    set_attribute,
-    set_bare_attribute,
-    delete_attribute,
-    add_class,
-    delete_class,
-    set_text,
-    set_html,
-    replace,
-    insert_before,
-    insert_after,
-    remove
-  };
-
-  Kind kind;
-  std::string name;   // of an attribute
-  std::string value;  // of an attribute, else what the operation works with
 };
 
 struct EditOptions : CommonOptions {
   std::string selector;
   std::vector<std::string> files;
-  std::vector<EditOperation> operations;  // in the order in which they were given
-  bool strict = false;
+  std::vector<qo::Operation> operations;  // in the order in which they were given
   bool in_place = false;
   std::string backup_suffix;
   bool show_diff = false;
-  bool allow_rewrite = false;
 };
 
 struct CheckOptions : CommonOptions {
   std::vector<std::string> files;
+  bool bytes = false;  // tell as well where the library would write other bytes
 };
 
-struct TreeOptions : CommonOptions {
+struct TreeOptions : ReadingOptions {
   std::string file = "-";
   bool html = false;
   std::string selector;
-  bool strict = false;
   bool blanks = false;  // show text nodes that are nothing but white space
 };
 
-struct DecodeOptions : CommonOptions {
+struct DecodeOptions : ReadingOptions {
   std::string file = "-";
 };
 

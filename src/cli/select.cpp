@@ -1,7 +1,6 @@
 #include "commands.h"
-#include "json_text.h"
-#include "page.h"
-#include "selectors.h"
+#include "fields.h"
+#include "page_view.h"
 #include "session.h"
 #include "text.h"
 
@@ -14,16 +13,23 @@ using Show = SelectOptions::Show;
 class Selecting {
  public:
   explicit Selecting(const SelectOptions& options)
-      : options_(options), session_(options), json_("") {}
+      : options_(options),
+        session_(options),
+        read_(make_reader(options, options.selector,
+                          options.raw ? qo::TextForm::written : qo::TextForm::decoded)),
+        fields_(options.fields) {
+    if (fields_.empty()) fields_ = default_fields(options.host, options.with_name);
+    check_fields(fields_, options.host);
+  }
 
   int run() {
     return session_.run(options_.files, [this](Input& input) { return page(input); });
   }
 
  private:
-  Found page(const Input& input) {
-    const Document document = parse_page(input, options_.drop_comments);
-    std::vector<_qo_html*> matches = find_matches(document.get(), options_.selector);
+  Found page(Input& input) {
+    const std::unique_ptr<PageView> view = read_(input);
+    std::vector<_qo_html*> matches = view->matches();
     if (options_.first_only && matches.size() > 1) matches.resize(1);
     const Found found = matches.empty() ? Found::nothing : Found::something;
     switch (options_.show) {
@@ -38,52 +44,45 @@ class Selecting {
         session_.out().write(end());
         return found;
       case Show::attributes:
-        for (_qo_html* node : matches) attributes(input, *node);
+        for (_qo_html* node : matches) attributes(input, *view, node);
         return found;
       case Show::json:
-        for (_qo_html* node : matches) session_.out().write(json(input, *node) + end());
+        json(input, *view, matches);
         return found;
       default:
-        for (_qo_html* node : matches) result(input, shown(*node));
+        for (_qo_html* node : matches) result(input, shown(*view, node));
         return found;
     }
   }
 
-  std::string shown(_qo_html& node) const {
+  std::string shown(const PageView& view, _qo_html* node) const {
     switch (options_.show) {
       case Show::inner:
-        return node.innerHTML();
+        return view.inner_html(node);
       case Show::text:
-        return node.textContent();
+        return view.text(node);
       default:
-        return node.outerHTML();
+        return view.html(node);
     }
   }
 
   // A line with the values of the wanted attributes, for a node that has any of them.
-  void attributes(const Input& input, _qo_html& node) {
+  void attributes(const Input& input, const PageView& view, _qo_html* node) {
     std::string line;
     bool any = false;
     for (const std::string& wanted : options_.attributes) {
       if (&wanted != &options_.attributes.front()) line += '\t';
-      any = any || node.has_attribute(wanted);
-      line += node.get_attribute(wanted);
+      const std::optional<std::string> value = view.attribute(node, wanted);
+      any = any || value;
+      line += value.value_or("");
     }
     if (any) result(input, line);
   }
 
-  std::string json(const Input& input, _qo_html& node) {
-    Json::Value line(Json::objectValue);
-    Json::Value& attributes = line["attrs"] = Json::Value(Json::objectValue);
-    for (const Attribute& attribute : node.attributes) {
-      add_member(attributes, attribute.name) =
-          attribute.hasValue != 0 ? json_string(attribute.value) : Json::Value(true);
-    }
-    line["tag"] = json_string(node.tagName());
-    line["text"] = json_string(node.textContent());
-    line["html"] = json_string(node.outerHTML());
-    if (options_.with_name) line["file"] = json_string(input.name);
-    return json_.write(line);
+  void json(const Input& input, const PageView& view, const std::vector<_qo_html*>& matches) {
+    const LineIndex lines(view.source());
+    const FieldWriter writer(fields_, input.name, view, lines);
+    for (_qo_html* node : matches) session_.out().write(writer.line(node) + end());
   }
 
   void result(const Input& input, std::string_view text) {
@@ -101,13 +100,13 @@ class Selecting {
 
   const SelectOptions& options_;
   Session session_;
-  JsonWriter json_;
+  PageReader read_;
+  std::vector<std::string> fields_;
 };
 
 }  // namespace
 
 int run(const SelectOptions& options) {
-  give_hints(options.selector, options.strict);
   return Selecting(options).run();
 }
 

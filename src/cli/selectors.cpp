@@ -5,7 +5,6 @@
 #include <unordered_set>
 #include <utility>
 
-#include <qo_html/qo_html_ascii.h>
 #include <qo_html/qo_html_walk.h>
 
 #include "session.h"
@@ -29,7 +28,7 @@ struct Step {
 };
 
 bool is_combinator(char c) {
-  return is_space(c) || c == '>';
+  return is_blank(c) || c == '>';
 }
 
 bool is_one_of(char c, std::string_view characters) {
@@ -69,7 +68,8 @@ std::vector<Step> read_steps(std::string_view selector) {
 
 // Whether a part of a selector searches all that is below the nodes so far.
 bool searches_below(const std::string& part) {
-  return std::any_of(part.begin(), part.end(), is_space) && part.find('>') == std::string::npos;
+  return std::any_of(part.begin(), part.end(), [](char c) { return is_blank(c); }) &&
+         part.find('>') == std::string::npos;
 }
 
 enum class Which { all, outermost };

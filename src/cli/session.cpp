@@ -7,7 +7,9 @@
 #include <new>
 #include <optional>
 
-#include "page.h"
+#include <qo_page/page.h>
+
+#include "host_page.h"
 #include "text.h"
 
 namespace cli {
@@ -37,6 +39,14 @@ bool wants_color(const CommonOptions& options) {
 
 void complain(std::string_view message) {
   write_to_stderr("qo: " + printable(message) + "\n");
+}
+
+void complain_of_place(std::string_view lines) {
+  while (!lines.empty()) {
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    write_to_stderr("  " + printable(line) + "\n");
+    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+  }
 }
 
 Progress::Progress(std::size_t total)
@@ -98,6 +108,8 @@ int Session::run(std::vector<std::string> files, const std::function<Found(Input
       found = std::max(found, here);
     } catch (const Failure& failure) {
       complaint = failure.what();
+    } catch (const qo::Error& error) {
+      complaint = file + ": " + error.what();
     } catch (const std::bad_alloc&) {
       complaint = file + ": out of memory";
     }

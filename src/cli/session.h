@@ -22,6 +22,9 @@ enum class Found { nothing, something, enough };
 // Writes "qo: MESSAGE" to standard error, on one line.
 void complain(std::string_view message);
 
+// Writes some lines to standard error, each with two blanks in front.
+void complain_of_place(std::string_view lines);
+
 // Tells on standard error how far the work is, when that is a terminal and the work takes long.
 class Progress {
  public:

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include <qo_html/qo_html_ascii.h>
-
 namespace cli {
 
 namespace {
@@ -90,6 +88,10 @@ std::string quoted(std::string_view text, std::size_t most) {
   return '"' + printable(text.substr(0, most)) + "\"...";
 }
 
+std::string_view first_character(std::string_view text) {
+  return text.substr(0, std::max<std::size_t>(1, sequence_length(text, 0)));
+}
+
 std::string valid_utf8(std::string_view text) {
   std::string out;
   for (std::size_t i = 0; i < text.size();) {
@@ -105,8 +107,12 @@ std::string valid_utf8(std::string_view text) {
   return out;
 }
 
+bool is_blank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 bool is_blank(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), is_space);
+  return std::all_of(text.begin(), text.end(), [](char c) { return is_blank(c); });
 }
 
 }  // namespace cli

@@ -27,9 +27,14 @@ std::string quoted(std::string_view text, std::size_t most);
 
 constexpr char replacement_character[] = "\xEF\xBF\xBD";  // U+FFFD
 
+// The text's first character, with all its bytes.
+std::string_view first_character(std::string_view text);
+
 // The text with every byte that is not part of valid UTF-8 replaced by U+FFFD.
 std::string valid_utf8(std::string_view text);
 
+// White space of any kind.
+bool is_blank(char c);
 bool is_blank(std::string_view text);
 
 }  // namespace cli

@@ -1,9 +1,14 @@
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 #include <qo_html/qo_html_walk.h>
 
+#include <qo_page/selector.h>
+
 #include "commands.h"
-#include "page.h"
+#include "host_page.h"
+#include "page_view.h"
 #include "selectors.h"
 #include "session.h"
 #include "text.h"
@@ -26,55 +31,84 @@ std::string indentation(std::size_t level) {
 
 class Outline {
  public:
-  Outline(const TreeOptions& options, Output& out) : options_(options), out_(out) {}
+  // `page`: what the nodes belong to; null when they are the library's.
+  Outline(const TreeOptions& options, Output& out, const qo::Page* page)
+      : options_(options), out_(out), page_(page) {}
 
   void write(_qo_html* document) {
     TreeWalk walk(document);
     walk.next();
     while (_qo_html* node = walk.next()) {
-      const bool is_section = node->isComment || node->isCdata;
-      if (is_section) walk.skip_children();
+      if (node->isComment || node->isCdata) walk.skip_children();
       if (node->isText && !options_.blanks && is_blank(node->text)) continue;
       out_.write(indentation(walk.depth() - 1));
-      if (is_section) {
-        section(*node);
-      } else if (node->isText) {
-        out_.write(quoted(node->text, text_length));
-      } else {
-        element(*node);
-      }
+      write_node(*node);
       out_.write("\n");
     }
   }
 
  private:
-  void section(_qo_html& node) {
-    out_.paint("2", node.isComment ? "comment " : "cdata ");
-    out_.write(quoted(node.textContent(), text_length));
+  void write_node(_qo_html& node) {
+    if (node.isText) return out_.write(quoted(node.text, text_length));
+    if (node.isComment) return section("comment ", node.textContent());
+    if (node.isCdata) return section("cdata ", node.textContent());
+    if (page_ == nullptr) return tag(node.tag, node.formatAttribute(), ">");
+    if (page_->kind(&node) == qo::NodeKind::code) return section("code ", page_->html(&node));
+    written_tag(node);
   }
 
-  void element(_qo_html& node) {
-    out_.paint("34", "<" + printable(node.tag));
-    out_.paint("33", printable(node.formatAttribute()));
-    out_.paint("34", ">");
+  void section(const char* kind, std::string_view content) {
+    out_.paint("2", kind);
+    out_.write(quoted(content, text_length));
+  }
+
+  // The start tag, as its author wrote it.
+  void written_tag(const _qo_html& node) {
+    const qo::Extent extent = page_->extent(&node);
+    const std::size_t size = extent.content_begin - extent.begin;
+    std::string_view rest = std::string_view(page_->source()).substr(extent.begin, size);
+    const std::string_view name = rest.substr(1, node.tag.size());
+    rest.remove_prefix(1 + name.size());
+    const std::size_t end = rest.empty() || rest.back() != '>' ? rest.size() : rest.size() - 1;
+    tag(name, rest.substr(0, end), rest.substr(end));
+  }
+
+  void tag(std::string_view name, std::string_view attributes, std::string_view end) {
+    out_.paint("34", "<" + printable(name));
+    out_.paint("33", printable(attributes));
+    out_.paint("34", end);
   }
 
   const TreeOptions& options_;
   Output& out_;
+  const qo::Page* page_;
 };
+
+void write_outline(const TreeOptions& options, Input& input, Output& out) {
+  if (options.host) {
+    const Document document = parse_page(input, options.drop_comments);
+    Outline(options, out, nullptr).write(document.get());
+  } else {
+    const qo::Page page = read_page(input, options);
+    Outline(options, out, &page).write(page.document());
+  }
+}
 
 }  // namespace
 
 int run(const TreeOptions& options) {
-  give_hints(options.selector, options.strict);
+  std::optional<qo::Selector> selector;
+  if (options.host) {
+    give_hints(options.selector, options.strict);
+  } else if (!options.selector.empty()) {
+    selector.emplace(options.selector);
+  }
   Session session(options);
   return session.run({options.file}, [&](Input& input) {
-    const Document document = parse_page(input, options.drop_comments);
     if (options.html) {
-      const std::vector<_qo_html*> matches = find_matches(document.get(), options.selector);
-      session.out().write(tree_page(input, document.get(), options.selector, matches));
+      session.out().write(tree_page(input, options, selector));
     } else {
-      Outline(options, session.out()).write(document.get());
+      write_outline(options, input, session.out());
     }
     return Found::something;
   });

@@ -1,10 +1,15 @@
 #include "tree_page.h"
 
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include <qo_html/qo_html_walk.h>
 
+#include "host_page.h"
 #include "json_text.h"
+#include "page_view.h"
+#include "selectors.h"
 #include "text.h"
 #include "viewer.h"
 
@@ -12,18 +17,28 @@ namespace cli {
 
 namespace {
 
-// As viewer.js calls them.
-const char* kind_of(const _qo_html& node) {
+using Nodes = std::vector<_qo_html*>;
+
+// --- Rows ---
+
+// As viewer.js calls them. `page`: what the node belongs to; null when it is the library's.
+const char* kind_of(const _qo_html& node, const qo::Page* page) {
   if (node.isText) return is_blank(node.text) ? "blank" : "text";
   if (node.isComment) return "comment";
   if (node.isCdata) return "cdata";
+  if (page != nullptr && page->kind(&node) == qo::NodeKind::code) return "code";
+  if (page != nullptr && page->kind(&node) == qo::NodeKind::doctype) return "doctype";
   if (node.isDeclaration) return "declaration";
-  return node.isVoid ? "void" : "element";
+  return page == nullptr && node.isVoid ? "void" : "element";
+}
+
+std::string content_of(_qo_html& node, const qo::Page* page) {
+  if (node.isText || node.isComment || node.isCdata) return node.textContent();
+  return page != nullptr && node.isDeclaration ? std::string(page->html(&node)) : node.tag;
 }
 
 // [depth, kind, name or text, [[attribute, value or null]...], the number of matches]
-Json::Value row(_qo_html& node, std::size_t depth, unsigned matches) {
-  const bool is_text = node.isText || node.isComment || node.isCdata;
+Json::Value row(_qo_html& node, const qo::Page* page, std::size_t depth, unsigned matches) {
   Json::Value attributes(Json::arrayValue);
   for (const Attribute& attribute : node.attributes) {
     Json::Value pair(Json::arrayValue);
@@ -33,14 +48,14 @@ Json::Value row(_qo_html& node, std::size_t depth, unsigned matches) {
   }
   Json::Value row(Json::arrayValue);
   row.append(Json::Value::UInt64(depth));
-  row.append(kind_of(node));
-  row.append(json_string(is_text ? node.textContent() : node.tag));
+  row.append(kind_of(node, page));
+  row.append(json_string(content_of(node, page)));
   row.append(std::move(attributes));
   row.append(matches);
   return row;
 }
 
-// Nothing of the data can end the element that it stands in.
+// Nothing of the data can end the element that it is in.
 std::string in_script(const std::string& json) {
   std::string out;
   for (const char c : json) {
@@ -51,6 +66,10 @@ std::string in_script(const std::string& json) {
     }
   }
   return out;
+}
+
+std::string text_in_script(std::string_view text) {
+  return in_script(JsonWriter("").write(json_string(text)));
 }
 
 using NodeSet = std::unordered_set<_qo_html*>;
@@ -65,7 +84,7 @@ unsigned count_matches(_qo_html* node, const NodeSet& matches) {
 }
 
 // One row a node, in document order, so that the depth of the page does not matter.
-std::string rows(_qo_html* document, const std::vector<_qo_html*>& matches) {
+std::string rows(_qo_html* document, const qo::Page* page, const Nodes& matches) {
   const NodeSet among(matches.begin(), matches.end());
   JsonWriter writer("");
   std::string out;
@@ -74,19 +93,36 @@ std::string rows(_qo_html* document, const std::vector<_qo_html*>& matches) {
   while (_qo_html* node = walk.next()) {
     if (node->isComment || node->isCdata) walk.skip_children();
     out += out.empty() ? "\n" : ",\n";
-    out += in_script(writer.write(row(*node, walk.depth() - 1, count_matches(node, among))));
+    out += in_script(writer.write(row(*node, page, walk.depth() - 1, count_matches(node, among))));
   }
-  return out;
+  return "[" + out + "]";
 }
 
-std::string text_in_script(std::string_view text) {
-  return in_script(JsonWriter("").write(json_string(text)));
+// --- Readings ---
+
+std::string page_rows(const qo::Page& page, const std::optional<qo::Selector>& selector) {
+  Nodes matches;
+  if (selector) matches = page.select(*selector);
+  return rows(page.document(), &page, matches);
+}
+
+// The library's tree, or why there is none.
+std::string host_rows(const std::string& source, const TreeOptions& options) {
+  const Document document = try_to_parse(source, options.drop_comments);
+  if (document == nullptr) {
+    const Refusal refusal = find_refusal(source);
+    return text_in_script(place_of(source, refusal.offset) + ": " + refusal.reason);
+  }
+  Nodes matches;
+  if (options.host) matches = find_matches(document.get(), options.selector);
+  return rows(document.get(), nullptr, matches);
 }
 
 }  // namespace
 
-std::string tree_page(const Input& input, _qo_html* document, const std::string& selector,
-                      const std::vector<_qo_html*>& matches) {
+std::string tree_page(Input& input, const TreeOptions& options,
+                      const std::optional<qo::Selector>& selector) {
+  const qo::Page page = read_page(input, options);
   return std::string() +
          "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
          "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
@@ -98,10 +134,11 @@ std::string tree_page(const Input& input, _qo_html* document, const std::string&
          viewer_style +
          "</style>\n</head>\n<body>\n<noscript>This page needs scripts.</noscript>\n" +
          "<script type=\"application/json\" id=\"data\">\n{\"name\":" + text_in_script(input.name) +
-         ",\n\"selector\":" + text_in_script(selector) +
-         ",\n\"source\":" + text_in_script(input.text) + ",\n\"nodes\":[" +
-         rows(document, matches) + "]}\n</script>\n<script>" + viewer_script +
-         "</script>\n</body>\n</html>\n";
+         ",\n\"selector\":" + text_in_script(options.selector) + ",\n\"selected\":\"" +
+         (options.host ? "host" : "page") + "\",\n\"source\":" + text_in_script(page.source()) +
+         ",\n\"page\":" + page_rows(page, selector) +
+         ",\n\"host\":" + host_rows(page.source(), options) + "}\n</script>\n<script>" +
+         viewer_script + "</script>\n</body>\n</html>\n";
 }
 
 }  // namespace cli

@@ -1,22 +1,24 @@
-// The tree of a page as a page of its own.
+// The trees of a page as a page of its own.
 
 #ifndef QO_CLI_TREE_PAGE_H
 #define QO_CLI_TREE_PAGE_H
 
+#include <optional>
 #include <string>
-#include <vector>
 
-#include <qo_html/qo_html.h>
+#include <qo_page/selector.h>
 
 #include "files.h"
+#include "options.h"
 
 namespace cli {
 
-// A self-contained HTML page that shows the tree of `document`, which was parsed from `input`, with
-// `matches` of `selector` highlighted, beside what a browser makes of the same source. Nothing of
-// the input is ever run or loaded.
-std::string tree_page(const Input& input, _qo_html* document, const std::string& selector,
-                      const std::vector<_qo_html*>& matches);
+// A self-contained HTML page that shows the tree that qo, a host, and the browser make of `input`,
+// two at a time, with the matches of the selector highlighted in the first or, by --host, in the
+// second. `selector`: the one for the first. Nothing of the input is ever run or loaded. Throws
+// Failure. Takes the text of the input along.
+std::string tree_page(Input& input, const TreeOptions& options,
+                      const std::optional<qo::Selector>& selector);
 
 }  // namespace cli
 

@@ -1,177 +1,13 @@
-"use strict";
-// Shows the tree that `qo tree --html` put into the page, beside what this browser makes of the
-// same source. All content reaches the document as text nodes; the source itself is only ever
-// parsed into an inert document, in which nothing runs and nothing is loaded.
+// Shows two of three readings of a page side by side: those of qo and of a host, which
+// `qo tree --html` put into the page, and what this browser makes of the same source. All content
+// reaches the document as text nodes; the source itself is only ever parsed into an inert document,
+// in which nothing runs and nothing is loaded.
 
 const rowsAtFirst = 1500;   // opened without being asked
 const rowsAtOnce = 500;     // children that one click shows
 const deepestIndent = 60;   // levels
-const lookAhead = 40;       // nodes, when the two trees differ
 
-// --- Trees: nodes in document order, under a root that is not shown ---
-
-function makeNode(parent, kind, text, attributes) {
-  const node = { parent, kind, text, attributes, depth: parent ? parent.depth + 1 : -1,
-    children: [], index: 0, mark: "", matches: 0, partner: null, row: null, shown: 0 };
-  if (parent) {
-    node.index = parent.children.length;
-    parent.children.push(node);
-  }
-  return node;
-}
-
-function treeOfRows(rows) {
-  const root = makeNode(null, "document", "", []);
-  const path = [root];
-  const nodes = [];
-  for (const [depth, kind, text, attributes, matches] of rows) {
-    path.length = depth + 1;
-    const node = makeNode(path[depth], kind, text, attributes);
-    node.matches = matches;
-    path.push(node);
-    nodes.push(node);
-  }
-  return { root, nodes };
-}
-
-function describe(dom) {
-  switch (dom.nodeType) {
-    case Node.ELEMENT_NODE:
-      return ["element", dom.localName, Array.from(dom.attributes, a => [a.name, a.value])];
-    case Node.TEXT_NODE:
-      return [/[^ \t\n\v\f\r]/.test(dom.data) ? "text" : "blank", dom.data, []];
-    case Node.COMMENT_NODE:
-      return ["comment", dom.data, []];
-    case Node.DOCUMENT_TYPE_NODE:
-      return ["declaration", "!doctype", [[dom.name, null]]];
-    default:
-      return ["cdata", dom.data || "", []];
-  }
-}
-
-function childrenOf(dom) {
-  return dom.localName === "template" && dom.content ? dom.content.childNodes : dom.childNodes;
-}
-
-function treeOfBrowser(source) {
-  // A byte order mark at the start is no text to a browser that loads a file.
-  const page = new DOMParser().parseFromString(source.replace(/^\uFEFF/, ""), "text/html");
-  const root = makeNode(null, "document", "", []);
-  const nodes = [];
-  const waiting = [[page, root]];
-  while (waiting.length) {
-    const [dom, node] = waiting.pop();
-    if (node !== root) nodes.push(node);
-    const below = Array.from(childrenOf(dom), child => [child, makeNode(node, ...describe(child))]);
-    for (const pair of below.reverse()) waiting.push(pair);
-  }
-  return { root, nodes };
-}
-
-// --- Comparing them ---
-
-const inert = new DOMParser().parseFromString("<textarea></textarea><i></i>", "text/html");
-const [textDecoder, attributeDecoder] = inert.body.children;
-
-function withBrowserLineEnds(text) {
-  return text.replace(/\r\n?/g, "\n");
-}
-
-// References as a browser reads them: those in attributes have a rule of their own.
-function decodedText(text) {
-  const lines = withBrowserLineEnds(text);
-  if (!lines.includes("&")) return lines;
-  textDecoder.innerHTML = "\n" + lines.replaceAll("<", "&lt;");
-  return textDecoder.value;
-}
-
-function decodedAttribute(value) {
-  const lines = withBrowserLineEnds(value);
-  if (!lines.includes("&")) return lines;
-  attributeDecoder.innerHTML = '<i title="' + lines.replaceAll('"', "&quot;") + '"></i>';
-  return attributeDecoder.firstChild.title;
-}
-
-const rawElements = /^(script|style|xmp|iframe|noembed|noframes)$/i;
-
-// What two nodes have in common that stand for the same thing.
-function keyOf(node, ours) {
-  const collapse = text => text.replace(/[ \t\n\v\f\r]+/g, " ").replace(/^ | $/g, "");
-  switch (node.kind) {
-    case "text":
-      return "text " + collapse(ours && !rawElements.test(node.parent.text) ? decodedText(node.text)
-        : withBrowserLineEnds(node.text));
-    case "comment":
-    case "cdata":
-      return node.kind + " " + withBrowserLineEnds(node.text);
-    default:
-      return node.text.toLowerCase();
-  }
-}
-
-// The distances to the nearest pair of equal keys in front of us, or null.
-function nearestMeeting(a, i, b, j) {
-  for (let sum = 1; sum <= 2 * lookAhead; ++sum) {
-    for (let k = Math.max(0, sum - lookAhead); k <= Math.min(sum, lookAhead); ++k) {
-      if (i + k < a.length && j + sum - k < b.length && a[i + k].key === b[j + sum - k].key) {
-        return [k, sum - k];
-      }
-    }
-  }
-  return null;
-}
-
-function pairUp(a, b) {
-  let i = 0;
-  let j = 0;
-  while (i < a.length && j < b.length) {
-    if (a[i].key === b[j].key) {
-      a[i].partner = b[j];
-      b[j++].partner = a[i++];
-    } else {
-      const [k, l] = nearestMeeting(a, i, b, j) || [1, 1];
-      i += k;
-      j += l;
-    }
-  }
-}
-
-function pairedAncestor(node) {
-  let above = node.parent;
-  while (above.parent && !above.partner) above = above.parent;
-  return above;
-}
-
-function sameAttributes(ours, theirs) {
-  const wanted = new Map();
-  for (const [name, value] of ours) {
-    const key = name.toLowerCase();
-    if (!wanted.has(key)) wanted.set(key, decodedAttribute(value || ""));
-  }
-  return wanted.size === theirs.length &&
-    theirs.every(([name, value]) => wanted.get(name.toLowerCase()) === (value || ""));
-}
-
-// White space is not compared: a browser drops and moves much of it.
-function compare(ours, theirs) {
-  const lists = [ours, theirs].map(tree => tree.nodes.filter(node => node.kind !== "blank"));
-  lists.forEach((list, side) => list.forEach(node => { node.key = keyOf(node, side === 0); }));
-  ours.root.partner = theirs.root;
-  theirs.root.partner = ours.root;
-  pairUp(...lists);
-  for (const node of lists.flat()) {
-    if (!node.partner) node.mark = "only";
-    else if (pairedAncestor(node).partner !== pairedAncestor(node.partner)) node.mark = "moved";
-  }
-  for (const node of lists[0]) {
-    const isElement = node.kind === "element" || node.kind === "void";
-    if (node.mark || !isElement || sameAttributes(node.attributes, node.partner.attributes)) continue;
-    node.mark = node.partner.mark = "attributes";
-  }
-  return lists[0].filter(node => node.mark).concat(lists[1].filter(node => node.mark === "only"));
-}
-
-// --- Showing them ---
+// --- Rows ---
 
 function make(name, className, ...content) {
   const element = document.createElement(name);
@@ -194,6 +30,9 @@ function labelOf(node) {
       return ["<!--" + node.text + "-->"];
     case "cdata":
       return ["<![CDATA[" + node.text + "]]>"];
+    case "code":
+    case "doctype":
+      return [node.text];
     default: {
       const parts = ["<", make("span", "name", node.text)];
       for (const [name, value] of node.attributes) {
@@ -205,11 +44,15 @@ function labelOf(node) {
   }
 }
 
+const badges = { only: "missing", moved: "elsewhere", attributes: "other attributes" };
+
+// The rows of one tree; `there` tells what it was compared with.
 class TreeView {
-  constructor(tree, element, badges) {
-    this.tree = tree;
+  constructor(tree, element, there) {
     this.element = element;
-    this.badges = badges;
+    this.there = there;
+    for (const node of tree.nodes) Object.assign(node, { row: null, shown: 0, more: null });
+    Object.assign(tree.root, { shown: 0, more: null });
     element.addEventListener("click", event => this.toggleAt(event.target));
     element.addEventListener("keydown", event => {
       if (event.key !== "Enter" && event.key !== " ") return;
@@ -245,7 +88,7 @@ class TreeView {
       row.setAttribute("aria-expanded", "false");
     }
     if (node.depth > deepestIndent) row.title = "level " + (node.depth + 1);
-    if (node.mark) row.append(make("span", "badge", this.badges[node.mark]));
+    if (node.mark) row.append(make("span", "badge", badges[node.mark] + " " + this.there));
     node.row = row;
     return row;
   }
@@ -333,50 +176,92 @@ function counted(count, one, many) {
   return count.toLocaleString("en") + " " + (count === 1 ? one : many);
 }
 
-function main() {
-  const data = JSON.parse(document.getElementById("data").textContent);
-  const ours = treeOfRows(data.nodes);
-  const theirs = treeOfBrowser(data.source);
-  const differences = compare(ours, theirs);
-  const matches = ours.nodes.filter(node => node.matches);
-  const matchCount = matches.reduce((sum, node) => sum + node.matches, 0);
+// The two readings that are shown, and what they have in common.
+class Viewer {
+  constructor(data) {
+    this.data = data;
+    this.readings = makeReadings(data);
+    this.marked = this.readings[data.selected];
+    this.matches = (this.marked.tree ? this.marked.tree.nodes : []).filter(node => node.matches);
+    this.matchCount = this.matches.reduce((sum, node) => sum + node.matches, 0);
+    this.blanks = make("input");
+    this.blanks.type = "checkbox";
+    this.blanks.checked = true;
+    this.blanks.addEventListener("change", () =>
+      document.body.classList.toggle("hide-blanks", !this.blanks.checked));
+    this.header = make("header");
+    this.main = make("main");
+    document.title = data.name + " \u2013 tree";
+    document.body.append(this.header, this.main);
+  }
 
-  const columns = [
-    ["As the tags nest", ours, { only: "not in the browser", moved: "elsewhere in the browser",
-      attributes: "other attributes in the browser" }],
-    ["As this browser repairs it", theirs, { only: "only in the browser", moved: "moved",
-      attributes: "other attributes" }]];
-  const views = columns.map(([title, tree, badges]) => {
+  show(left, right) {
+    const shown = [this.readings[left], this.readings[right]];
+    const differences = compare(...shown);
+    const sections = shown.map((reading, side) => this.section(reading, shown[1 - side], side));
+    this.main.replaceChildren(...sections.map(({ section }) => section));
+    const isLeft = new Set(shown[0].tree ? shown[0].tree.nodes : []);
+    const viewOf = node => sections[isLeft.has(node) ? 0 : 1].view;
+    const matches = shown.includes(this.marked) ? this.matches : [];
+    this.header.replaceChildren(...this.headerParts(matches, differences, viewOf));
+    matches.slice(0, rowsAtOnce).forEach(node => viewOf(node).reveal(node));
+    Object.assign(document.body.dataset, { left, right, nodes: isLeft.size,
+      matches: this.matchCount, differences: differences ? differences.length : "" });
+  }
+
+  headerParts(matches, differences, viewOf) {
+    const parts = [make("h1", "", this.data.name)];
+    if (this.data.selector) {
+      parts.push(make("span", "", make("code", "", this.data.selector), " ",
+        stepper(counted(this.matchCount, "match", "matches"), matches, viewOf)));
+    }
+    if (differences) {
+      parts.push(stepper(counted(differences.length, "difference", "differences"), differences,
+        viewOf));
+    }
+    return [...parts, make("label", "", this.blanks, " white space")];
+  }
+
+  section(reading, other, side) {
+    const title = make("h2", "", this.chooser(reading, other, side));
+    if (!reading.tree) {
+      return { section: make("section", "", title, make("p", "message", reading.message)) };
+    }
+    title.append(" ", make("small", "", counted(reading.tree.nodes.length, "node", "nodes")));
     const element = make("div", "tree");
     element.setAttribute("role", "tree");
-    element.setAttribute("aria-label", title);
-    const view = new TreeView(tree, element, badges);
-    const count = make("small", "", counted(tree.nodes.length, "node", "nodes"));
-    view.section = make("section", "", make("h2", "", title + " ", count), element);
-    return view;
-  });
-  const isOurs = new Set(ours.nodes);
-  const viewOf = node => views[isOurs.has(node) ? 0 : 1];
-
-  const blanks = make("input");
-  blanks.type = "checkbox";
-  blanks.checked = true;
-  blanks.addEventListener("change", () =>
-    document.body.classList.toggle("hide-blanks", !blanks.checked));
-
-  const header = make("header", "", make("h1", "", data.name));
-  if (data.selector) {
-    header.append(make("span", "", make("code", "", data.selector), " ",
-      stepper(counted(matchCount, "match", "matches"), matches, viewOf)));
+    element.setAttribute("aria-label", reading.title);
+    const view = new TreeView(reading.tree, element, other.there);
+    return { section: make("section", "", title, element), view };
   }
-  header.append(stepper(counted(differences.length, "difference", "differences"), differences, viewOf),
-    make("label", "", blanks, " white space"));
 
-  document.title = data.name + " \u2013 tree";
-  document.body.append(header, make("main", "", ...views.map(view => view.section)));
-  matches.slice(0, rowsAtOnce).forEach(node => viewOf(node).reveal(node));
-  Object.assign(document.body.dataset,
-    { nodes: ours.nodes.length, matches: matchCount, differences: differences.length });
+  // Choosing what the other side shows swaps the two.
+  chooser(reading, other, side) {
+    const select = make("select");
+    select.setAttribute("aria-label", side === 0 ? "the reading on the left" : "the reading on the right");
+    for (const { name, title } of Object.values(this.readings)) {
+      const option = make("option", "", title);
+      option.value = name;
+      option.selected = name === reading.name;
+      select.append(option);
+    }
+    select.addEventListener("change", () => {
+      const pair = [select.value, select.value === other.name ? reading.name : other.name];
+      const [left, right] = side === 0 ? pair : pair.reverse();
+      this.show(left, right);
+      location.replace("#" + left + "," + right);
+      this.main.children[side].querySelector("select").focus();
+    });
+    return select;
+  }
+}
+
+function main() {
+  const data = JSON.parse(document.getElementById("data").textContent);
+  const asked = location.hash.slice(1).split(",");
+  const isPair = asked.length === 2 && asked[0] !== asked[1] &&
+    asked.every(name => Object.hasOwn(kinds, name));
+  new Viewer(data).show(...(isPair ? asked : [data.selected, "browser"]));
 }
 
 main();

@@ -64,7 +64,7 @@ void destroy_children(_qo_html* top) noexcept {
       return;
     }
     node->children.pop_back();
-    if (!node->children.empty()) prefetch(node->children.back());
+    if (!node->children.empty()) TreeWalk::prefetch(node->children.back());
     delete done;
   }
 }

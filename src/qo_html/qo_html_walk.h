@@ -1,5 +1,5 @@
-// The one way in which the library walks a tree: pre-order, over the child vectors alone, without
-// recursion.
+// A walk over a tree: pre-order, over the child vectors alone, without recursion. The library has
+// no other way to walk, and hosts may use it as well.
 
 #ifndef QO_HTML_WALK_H
 #define QO_HTML_WALK_H
@@ -11,21 +11,15 @@
 
 #include <qo_html/qo_html.h>
 
-// A large tree is not in the cache: the next sibling is fetched while a node is looked at.
-inline void prefetch(const _qo_html* node) {
-  if (node == nullptr) return;
-  __builtin_prefetch(node);
-  __builtin_prefetch(&node->tag);
-  __builtin_prefetch(&node->children);
-}
-
 // Visits a node and all nodes below it. The tree must not change meanwhile. The path to the current
 // node takes 16 bytes a level; down to a depth of inline_levels nothing is allocated, below it a
 // step may throw std::bad_alloc.
 class TreeWalk {
  public:
+  // What a step comes to.
   enum class Event { enter, leave, end };
 
+  // Begins in front of `start`.
   explicit TreeWalk(_qo_html* start) : start_(start) {
     levels_[0] = {&start_, &start_ + 1};
     depth_ = 1;
@@ -66,7 +60,7 @@ class TreeWalk {
   // The node of the last event; null before the first and at the end.
   _qo_html* node() const { return node_; }
 
-  // After a node was entered: goes on behind its subtree.
+  // After a node was entered: goes on after its subtree.
   void skip_children() { descend_ = false; }
 
   // After a node was entered: makes sure that going down into its children allocates nothing.
@@ -77,8 +71,16 @@ class TreeWalk {
   // The level of a node that was just entered; 0 is the start node.
   std::size_t depth() const { return depth_ - 1; }
 
-  // The node at `depth` on the path to the current node, which must not stand higher.
+  // The node at `depth` on the path to the current node, which must not be higher.
   _qo_html* path(std::size_t depth) const { return *(levels_[depth].next - 1); }
+
+  // A large tree is not in the cache: the next sibling is fetched while a node is looked at.
+  static void prefetch(const _qo_html* node) {
+    if (node == nullptr) return;
+    __builtin_prefetch(node);
+    __builtin_prefetch(&node->tag);
+    __builtin_prefetch(&node->children);
+  }
 
  private:
   struct Level {  // what is left of one child vector; the path goes through the child before `next`

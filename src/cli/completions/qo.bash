@@ -8,25 +8,27 @@ _qo() {
     esac
   done
 
-  local common="-h --help --color -o --output --drop-comments"
+  local common="-h --help --color -o --output --no-templates"
+  local host="--host --drop-comments"
   local options
   case $command in
     select)
-      options="$common --strict -t --text --inner -a --attribute -j --json -c --count
+      options="$common $host --strict -t --text --inner -a --attribute -j --json --fields --raw -c --count
         -l --files-with-matches -q --quiet -1 --first -0 --null -H --with-filename --no-filename" ;;
-    form) options="$common --strict --all --compact" ;;
+    form) options="$common $host --strict --all --compact" ;;
     edit)
-      options="$common --strict --attr --bare-attr --del-attr --add-class --del-class --text --html
-        --replace --before --after --remove -i --in-place -n --diff --allow-rewrite" ;;
-    check | decode) options=$common ;;
-    tree) options="$common --strict -b --blanks --html --select" ;;
+      options="$common --attr --bare-attr --del-attr --add-class --del-class --rename --text --html --prepend
+        --append --before --after --wrap --unwrap --replace --remove -i --in-place -n --diff" ;;
+    check) options="$common --bytes" ;;
+    decode) options="$common $host" ;;
+    tree) options="$common $host --strict -b --blanks --html --select" ;;
     *) options="-h --help --version select form edit check tree decode" ;;
   esac
 
   case $previous in
     --color) COMPREPLY=($(compgen -W "auto always never" -- "$current")) && return ;;
-    --attr | --bare-attr | --del-attr | --add-class | --del-class | --text | --replace | --before | \
-      --after | --select | -a | --attribute) return ;;
+    --attr | --bare-attr | --del-attr | --add-class | --del-class | --rename | --text | --prepend | --append | \
+      --before | --after | --wrap | --replace | --fields | --select | -a | --attribute) return ;;
     --html) [[ $command == edit ]] && return ;;
   esac
   if [[ -z $command || $current == -* ]]; then

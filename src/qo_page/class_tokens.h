@@ -1,0 +1,19 @@
+// The tokens of a class attribute.
+
+#ifndef QO_PAGE_CLASS_TOKENS_H
+#define QO_PAGE_CLASS_TOKENS_H
+
+#include <string_view>
+#include <vector>
+
+#include <qo_page/tokenizer.h>
+
+namespace qo {
+
+// The tokens of the value at `value`, as written. Blanks are between them, and code that begins or
+// ends a block; code that stands for text is a part of its token.
+std::vector<Range> class_tokens(std::string_view source, Range value, CodeScanner& code);
+
+}  // namespace qo
+
+#endif

@@ -1,0 +1,16 @@
+// Whether an edited page reads back as what was asked.
+
+#ifndef QO_PAGE_EDIT_CHECK_H
+#define QO_PAGE_EDIT_CHECK_H
+
+#include <qo_page/edit_writer.h>
+
+namespace qo {
+
+// Reads the new source, and throws Error, with a place in the old one, unless every kept node is
+// where it must be, nested as it must be, and all others are whole within what was put in.
+void check_edit(const WrittenEdit& written, const PageOptions& options);
+
+}  // namespace qo
+
+#endif

@@ -1,0 +1,271 @@
+#include <qo_page/edit_writer.h>
+
+#include <algorithm>
+
+#include <qo_page/escape.h>
+#include <qo_page/tag_edit.h>
+
+namespace qo {
+
+namespace {
+
+using Kind = Operation::Kind;
+
+constexpr std::size_t npos = std::string::npos;
+
+const Operation* find(const NodeEdits& edits, std::initializer_list<Kind> kinds) {
+  for (const Operation* operation : edits.operations) {
+    if (std::find(kinds.begin(), kinds.end(), operation->kind) != kinds.end()) return operation;
+  }
+  return nullptr;
+}
+
+bool is_replaced(const NodeEdits& edits) {
+  return find(edits, {Kind::replace, Kind::remove}) != nullptr;
+}
+
+// Markup that is put in front of what is there already comes first.
+std::string joined(const NodeEdits& edits, Kind kind, bool newest_first) {
+  std::string out;
+  for (const Operation* operation : edits.operations) {
+    if (operation->kind != kind) continue;
+    out = newest_first ? operation->value + out : out + operation->value;
+  }
+  return out;
+}
+
+}  // namespace
+
+Halves split_wrapper(const std::string& markup, const PageOptions& options) {
+  const Page page(markup, options);
+  const Node* innermost = nullptr;
+  const Node* around = as_node(page.document());
+  while (around != nullptr) {
+    const auto first =
+        std::find_if(around->children.begin(), around->children.end(),
+                     [](_qo_html* child) { return as_node(child)->kind == NodeKind::element; });
+    around = first == around->children.end() ? nullptr : as_node(*first);
+    if (around != nullptr) innermost = around;
+  }
+  if (innermost == nullptr || !innermost->has_content) {
+    throw Error("\"" + markup + "\" has no element to wrap with", 0);
+  }
+  const std::size_t middle = innermost->extent.content_end;
+  return {markup.substr(0, middle), markup.substr(middle)};
+}
+
+EditWriter::EditWriter(const Page& page, const std::vector<NodeEdits>& edits)
+    : page_(page),
+      source_(page.source()),
+      code_(source_, page.options().templates),
+      walk_(page.document()),
+      edits_(edits) {}
+
+WrittenEdit EditWriter::write() {
+  written_.source.reserve(source_.size());
+  walk_.next();  // the document
+  for (;;) {
+    switch (walk_.step()) {
+      case TreeWalk::Event::enter:
+        enter(*as_node(walk_.node()));
+        break;
+      case TreeWalk::Event::leave:
+        if (!walk_.node()->isRoot) leave();
+        break;
+      case TreeWalk::Event::end:
+        copy_until(source_.size());
+        return std::move(written_);
+    }
+  }
+}
+
+// Nodes in content that was replaced are never met.
+const NodeEdits* EditWriter::edits_of(const Node& node) {
+  while (next_edits_ < edits_.size() &&
+         edits_[next_edits_].node->extent.begin < node.extent.begin) {
+    ++next_edits_;
+  }
+  const bool found = next_edits_ < edits_.size() && edits_[next_edits_].node == &node;
+  return found ? &edits_[next_edits_++] : nullptr;
+}
+
+void EditWriter::enter(Node& node) {
+  const NodeEdits* const edits = edits_of(node);
+  if (node.isText) {
+    if (edits != nullptr) enter_text(node, *edits);
+    return;
+  }
+  copy_until(node.extent.begin);
+  const std::size_t before = insertion_count();
+  if (edits != nullptr) write_before(*edits);
+  const std::size_t first_half = insertion_count() > before ? before : npos;
+  if (edits != nullptr && is_replaced(*edits)) {
+    write_replaced(node, *edits);
+    return write_after(*edits, first_half);
+  }
+  write_start_tag(node, edits);
+  const bool has_tags = edits == nullptr || find(*edits, {Kind::unwrap}) == nullptr;
+  open_.push_back({has_tags ? written_.kept.size() - 1 : npos, edits, first_half});
+  const bool skips_content = edits != nullptr && write_content(node, *edits);
+  if (skips_content) walk_.skip_children();
+  if (skips_content || node.children.empty()) leave();
+}
+
+void EditWriter::enter_text(Node& node, const NodeEdits& edits) {
+  copy_until(node.extent.begin);
+  const std::size_t before = insertion_count();
+  write_before(edits);
+  const std::size_t first_half = insertion_count() > before ? before : npos;
+  if (is_replaced(edits)) {
+    write_replaced(node, edits);
+  } else {
+    write_content(node, edits);
+    copy_until(node.extent.end);
+  }
+  write_after(edits, first_half);
+}
+
+// At the end of the innermost open node.
+void EditWriter::leave() {
+  const OpenNode open = open_.back();
+  open_.pop_back();
+  Node& node = *as_node(walk_.node());
+  copy_until(node.extent.content_end);
+  if (open.edits != nullptr) insert(joined(*open.edits, Kind::append, false));
+  if (open.kept != npos) written_.kept[open.kept].extent.content_end = written_.source.size();
+  write_end_tag(node, open.edits);
+  if (open.kept != npos) written_.kept[open.kept].extent.end = written_.source.size();
+  if (open.edits != nullptr) write_after(*open.edits, open.first_half);
+}
+
+void EditWriter::write_replaced(Node& node, const NodeEdits& edits) {
+  insert_until(node.extent.end, find(edits, {Kind::replace, Kind::remove})->value);
+  if (!node.isText) walk_.skip_children();
+}
+
+void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
+  const std::size_t begin = written_.source.size();
+  if (edits == nullptr || node.kind != NodeKind::element) {
+    copy_until(node.extent.content_begin);
+  } else if (find(*edits, {Kind::unwrap}) != nullptr) {
+    return skip_until(node.extent.content_begin);
+  } else {
+    TagEdit tag(source_, node.extent.begin, code_);
+    for (const Operation* operation : edits->operations) tag.apply(*operation);
+    replace_until(node.extent.content_begin, tag.text());
+  }
+  const bool is_renamed = edits != nullptr && find(*edits, {Kind::rename}) != nullptr;
+  const std::size_t content = written_.source.size();
+  written_.kept.push_back({&node, {begin, content, content, content}, is_renamed});
+}
+
+// True when the content is a new one.
+bool EditWriter::write_content(Node& node, const NodeEdits& edits) {
+  insert(joined(edits, Kind::prepend, true));
+  const Operation* const operation = find(edits, {Kind::set_text, Kind::set_html});
+  if (operation == nullptr) return false;
+  insert_until(node.isText ? node.extent.end : node.extent.content_end,
+               content_of(node, *operation), operation->kind == Kind::set_text);
+  return true;
+}
+
+// Plain text where references count, else the text as it is.
+std::string EditWriter::content_of(const Node& node, const Operation& operation) const {
+  const Node& holder = node.isText ? *as_node(node.parent) : node;
+  const bool is_literal = holder.kind == NodeKind::comment || holder.kind == NodeKind::cdata ||
+                          has(holder.name, tag_flags::raw_text);
+  if (operation.kind == Kind::set_html || is_literal) return operation.value;
+  const std::string text = escaped_text(operation.value, page_.options().templates);
+  const bool loses_line_break =
+      !node.isText && text.substr(0, 1) == "\n" &&
+      (node.name == Tag::pre_ || node.name == Tag::textarea_ || node.name == Tag::listing_);
+  return loses_line_break ? "\n" + text : text;
+}
+
+void EditWriter::write_end_tag(Node& node, const NodeEdits* edits) {
+  const Extent& extent = node.extent;
+  if (edits == nullptr || extent.content_end == extent.end || node.kind != NodeKind::element) {
+    return copy_until(extent.end);
+  }
+  if (find(*edits, {Kind::unwrap}) != nullptr) return skip_until(extent.end);
+  if (const Operation* const rename = find(*edits, {Kind::rename})) {
+    const Range name = end_tag_name(source_, extent.content_end, code_);
+    copy_until(name.begin);
+    replace_until(name.end, rename->name);
+  }
+  copy_until(extent.end);
+}
+
+// Everything goes right beside the node: what came first is farther away.
+void EditWriter::write_before(const NodeEdits& edits) {
+  std::string text;
+  for (const Operation* operation : edits.operations) {
+    if (operation->kind == Kind::insert_before) text += operation->value;
+    if (operation->kind == Kind::wrap) {
+      text += split_wrapper(operation->value, page_.options()).first;
+    }
+  }
+  insert(text);
+}
+
+void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
+  std::string text;
+  for (const Operation* operation : edits.operations) {
+    if (operation->kind == Kind::insert_after) text = operation->value + text;
+    if (operation->kind == Kind::wrap) {
+      text = split_wrapper(operation->value, page_.options()).second + text;
+    }
+  }
+  const std::size_t begin = written_.source.size();
+  insert(text);
+  if (first_half == npos || find(edits, {Kind::wrap}) == nullptr) return;
+  written_.insertions[first_half].second_begin = begin;
+  written_.insertions[first_half].second_end = written_.source.size();
+}
+
+// --- The two texts ---
+
+void EditWriter::copy_until(std::size_t end) {
+  if (end <= position_) return;
+  written_.source += source_.substr(position_, end - position_);
+  position_ = end;
+}
+
+void EditWriter::skip_until(std::size_t end) {
+  replace_until(end, std::string_view());
+}
+
+// The new text takes the place of the old one, but for what both begin and end with.
+void EditWriter::replace_until(std::size_t end, std::string_view text) {
+  const std::string_view old_text = source_.substr(position_, end - position_);
+  const std::size_t shorter = std::min(old_text.size(), text.size());
+  std::size_t start = 0;
+  while (start < shorter && old_text[start] == text[start]) ++start;
+  std::size_t tail = 0;
+  while (start + tail < shorter &&
+         old_text[old_text.size() - 1 - tail] == text[text.size() - 1 - tail]) {
+    ++tail;
+  }
+  const std::size_t written = written_.source.size();
+  written_.source += text;
+  if (start + tail < std::max(old_text.size(), text.size())) {
+    written_.changes.push_back(
+        {position_ + start, end - tail, written + start, written_.source.size() - tail});
+  }
+  position_ = end;
+}
+
+void EditWriter::insert(std::string_view text) {
+  insert_until(position_, text);
+}
+
+void EditWriter::insert_until(std::size_t end, std::string_view text, bool is_text) {
+  const std::size_t begin = written_.source.size();
+  const std::size_t old_begin = position_;
+  replace_until(end, text);
+  if (text.empty()) return;
+  const std::size_t new_end = written_.source.size();
+  written_.insertions.push_back({begin, new_end, old_begin, is_text, new_end, new_end});
+}
+
+}  // namespace qo

@@ -1,0 +1,127 @@
+#include <qo_page/operations.h>
+
+#include <algorithm>
+#include <string>
+
+#include <qo_page/ascii.h>
+
+namespace qo {
+
+namespace {
+
+using Kind = Operation::Kind;
+
+// What an operation works on, as far as that decides what it goes together with.
+enum Part : unsigned {
+  tags = 1u << 0,     // changes the node's tags
+  bare = 1u << 1,     // takes them away
+  content = 1u << 2,  // sets the content
+  inside = 1u << 3,   // adds to it
+  around = 1u << 4,   // adds to what is around the node
+  whole = 1u << 5,    // takes the node away
+};
+
+struct KindRow {
+  const char* name;  // for messages
+  Part part;
+};
+
+// By kind.
+constexpr KindRow kind_rows[] = {
+    {"set an attribute", tags}, {"set an attribute", tags}, {"remove an attribute", tags},
+    {"add a class", tags},      {"remove a class", tags},   {"rename", tags},
+    {"unwrap", bare},           {"set the text", content},  {"set the markup", content},
+    {"prepend", inside},        {"append", inside},         {"insert before", Part()},
+    {"insert after", Part()},   {"wrap", around},           {"replace", whole},
+    {"remove", whole},
+};
+
+const KindRow& row_of(Kind kind) {
+  return kind_rows[static_cast<std::size_t>(kind)];
+}
+
+// Parts that cannot both be worked on, whatever the order.
+constexpr unsigned excluded[][2] = {
+    {tags, bare | whole}, {bare, whole},   {content, content | whole},
+    {inside, whole},      {around, whole}, {whole, whole}};
+
+bool contradict(const Operation& first, const Operation& second) {
+  const unsigned a = row_of(first.kind).part;
+  const unsigned b = row_of(second.kind).part;
+  for (const auto& [one, other] : excluded) {
+    if (((a & one) != 0 && (b & other) != 0) || ((b & one) != 0 && (a & other) != 0)) return true;
+  }
+  if (a == inside && b == content) return true;
+  return first.kind == Kind::rename && second.kind == Kind::rename && first.name != second.name;
+}
+
+bool is_attribute_name(std::string_view name) {
+  return !name.empty() && name.find_first_of(" \t\n\f\r/>=\"'<") == std::string_view::npos;
+}
+
+bool is_element_name(std::string_view name) {
+  return !name.empty() && is_letter(name[0]) && is_attribute_name(name);
+}
+
+bool is_class(std::string_view token) {
+  return !token.empty() && std::none_of(token.begin(), token.end(), is_blank);
+}
+
+std::string quoted(const std::string& text) {
+  return '"' + text + '"';
+}
+
+void check_names(const Operation& operation, std::size_t index) {
+  switch (operation.kind) {
+    case Kind::set_attribute:
+    case Kind::set_bare_attribute:
+    case Kind::remove_attribute:
+      if (is_attribute_name(operation.name)) return;
+      throw Error(quoted(operation.name) + " is no attribute name", index);
+    case Kind::add_class:
+    case Kind::remove_class:
+      if (is_class(operation.value)) return;
+      throw Error(quoted(operation.value) + " is not one class", index);
+    case Kind::rename:
+      if (is_element_name(operation.name)) return;
+      throw Error(quoted(operation.name) + " is no name of an element", index);
+    default:
+      return;
+  }
+}
+
+}  // namespace
+
+void check_together(const std::vector<const Operation*>& operations) {
+  for (std::size_t i = 0; i < operations.size(); ++i) {
+    check_names(*operations[i], i);
+    for (std::size_t k = 0; k < i; ++k) {
+      if (!contradict(*operations[k], *operations[i])) continue;
+      throw Error(std::string("\"") + row_of(operations[k]->kind).name + "\" and \"" +
+                      row_of(operations[i]->kind).name + "\" contradict each other",
+                  i);
+    }
+  }
+}
+
+void check_operations(const std::vector<Operation>& operations) {
+  std::vector<const Operation*> pointers;
+  for (const Operation& operation : operations) pointers.push_back(&operation);
+  check_together(pointers);
+}
+
+void check_fits(const Operation& operation, const Node& node) {
+  const unsigned part = row_of(operation.kind).part;
+  const bool is_section =
+      node.kind == NodeKind::comment || node.kind == NodeKind::cdata || node.kind == NodeKind::text;
+  if (node.kind == NodeKind::document) throw Error("the document itself cannot be edited", 0);
+  if ((part & (tags | bare)) != 0 && node.kind != NodeKind::element) {
+    throw Error("only elements have tags to edit", node.extent.begin);
+  }
+  if ((part & (bare | content | inside)) == 0 || ((part & content) != 0 && is_section)) return;
+  if (node.has_content) return;
+  throw Error(node.kind == NodeKind::element ? "<" + node.tag + "> has no content" : "no content",
+              node.extent.begin);
+}
+
+}  // namespace qo

@@ -1,0 +1,145 @@
+#include <qo_page/selectors/matcher.h>
+
+#include <algorithm>
+
+#include <qo_page/node_text.h>
+#include <qo_page/selector.h>
+#include <qo_page/selectors/attribute_match.h>
+#include <qo_page/selectors/default_buttons.h>
+#include <qo_page/selectors/languages.h>
+
+namespace qo::selectors {
+
+namespace {
+
+bool is_at_top(const Node& node) {
+  return node.parent == nullptr || as_node(node.parent)->kind == NodeKind::document;
+}
+
+// Comments and code are no content; neither is a line break that a browser drops.
+bool is_empty(const Node& node) {
+  std::string text;
+  return std::all_of(node.children.begin(), node.children.end(), [&](const _qo_html* child) {
+    const Node& below = *as_node(child);
+    if (below.isText) append_text(below, TextForm::decoded, text);
+    return text.empty() && below.kind != NodeKind::element && below.kind != NodeKind::cdata;
+  });
+}
+
+}  // namespace
+
+bool Matcher::matches_tests(const Compound& compound, const Here& here) {
+  for (const Test& test : compound.tests) {
+    if (!std::visit([&](const auto& one) { return matches_one(one, here); }, test)) return false;
+  }
+  return true;
+}
+
+// Names, classes, ids and attributes.
+template <class LocalTest>
+bool Matcher::matches_one(const LocalTest& test, const Here& here) {
+  return selectors::matches(test, *here.node);
+}
+
+bool Matcher::matches_one(const PositionTest& test, const Here& here) {
+  if (here.node->isComment) return false;
+  const auto mirrored = [&] {
+    if (*here.siblings == 0) *here.siblings = SiblingPositions::count(*here.node->parent);
+    return *here.siblings - here.place + 1;
+  };
+  if (!test.of_type) {
+    return test.nth.contains(test.from_end == here.is_backward ? here.place : mirrored());
+  }
+  const std::uint32_t place = here.is_backward ? mirrored() : here.place;
+  const Position position = positions_.among_type(*here.node, here.depth, place);
+  return test.nth.contains(test.from_end ? position.from_end : position.from_start);
+}
+
+bool Matcher::matches_one(const AnyTest& test, const Here& here) {
+  const bool any = std::any_of(test.list.begin(), test.list.end(), [&](const Complex& complex) {
+    return matches(complex.parts[0].compound, here);
+  });
+  return any != test.negated;
+}
+
+PageText& Matcher::page_text() {
+  if (!text_) text_.emplace(document_);
+  return *text_;
+}
+
+bool Matcher::matches_one(const TextTest& test, const Here& here) {
+  return page_text().contains(*here.node, test);
+}
+
+bool Matcher::matches_one(const PatternTest& test, const Here& here) {
+  std::string buffer;
+  if (!budget_) budget_.emplace(page_text().size());
+  try {
+    return test.pattern->find(page_text().of(*here.node, buffer), *budget_) != std::string::npos;
+  } catch (const PatternBudget::Exceeded&) {
+    throw SelectorError("the regular expression takes too many steps on this page", test.offset,
+                        program_.text);
+  }
+}
+
+bool Matcher::matches_one(const LanguageTest& test, const Here& here) {
+  const Attribute* attribute = language_attribute(*here.node);
+  std::string buffer;
+  return selectors::matches(test, std::string(value_of(*attribute, buffer)));
+}
+
+bool Matcher::matches_one(const DirectionTest& test, const Here& here) {
+  return is_rtl(*here.node) == test.rtl;
+}
+
+bool Matcher::matches_page(const Compound& compound) {
+  return std::all_of(compound.tests.begin(), compound.tests.end(),
+                     [&](const Test& test) { return matches_page(test); });
+}
+
+bool Matcher::matches_page(const Test& test) {
+  if (const auto* language = std::get_if<LanguageTest>(&test)) {
+    return selectors::matches(*language, page_language(document_));
+  }
+  if (const auto* direction = std::get_if<DirectionTest>(&test)) return !direction->rtl;
+  return false;
+}
+
+bool Matcher::matches_one(const Fact& fact, const Here& here) {
+  const Node& node = *here.node;
+  switch (fact) {
+    case Fact::html:
+      return node.space == Space::html && !node.isComment;
+    case Fact::root:
+      return !node.isComment && is_at_top(node);
+    case Fact::scope:
+      return !node.isComment && (scope_ != nullptr ? &node == scope_ : is_at_top(node));
+    case Fact::empty:
+      return !node.isComment && is_empty(node);
+    case Fact::textless: {
+      std::string buffer;
+      return page_text().of(node, buffer).empty();
+    }
+    case Fact::comment:
+      return node.isComment;
+    case Fact::default_button:
+      return is_default_button(node);
+    case Fact::has_language:
+      return language_attribute(node) != nullptr;
+    case Fact::has_direction:
+      return has_direction(node);
+  }
+  return false;
+}
+
+bool Matcher::matches_one(const SlotTest& test, const Here& here) {
+  return (here.slots & slot_bit(test.slot)) != 0;
+}
+
+bool Matcher::is_default_button(const Node& node) {
+  if (node.name != Tag::button_ && node.name != Tag::input_) return false;
+  if (!default_buttons_) default_buttons_ = find_default_buttons(document_);
+  return default_buttons_->count(&node) != 0;
+}
+
+}  // namespace qo::selectors

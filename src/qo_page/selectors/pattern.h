@@ -1,0 +1,54 @@
+// A regular expression, and the bounds of what it may cost.
+
+#ifndef QO_PAGE_SELECTORS_PATTERN_H
+#define QO_PAGE_SELECTORS_PATTERN_H
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct pcre2_real_code_8;
+
+namespace qo::selectors {
+
+class PatternError : public std::runtime_error {
+ public:
+  PatternError(const std::string& message, std::size_t offset)
+      : std::runtime_error(message), offset_(offset) {}
+  std::size_t offset() const { return offset_; }
+
+ private:
+  std::size_t offset_;
+};
+
+// The steps that patterns may still take on a page, together.
+struct PatternBudget {
+  struct Exceeded {};  // thrown by find() when there are none left
+
+  explicit PatternBudget(std::size_t text_size)
+      : steps(50'000'000 + 100 * static_cast<std::int64_t>(text_size)) {}
+
+  std::int64_t steps;
+};
+
+// A Perl-compatible regular expression over UTF-8. Bytes that are none match nothing.
+class Pattern {
+ public:
+  // Throws PatternError when the text is no such expression.
+  explicit Pattern(std::string_view text);
+  ~Pattern();
+  Pattern(const Pattern&) = delete;
+  Pattern& operator=(const Pattern&) = delete;
+
+  // The offset at which it first matches, or npos. Throws PatternBudget::Exceeded.
+  std::size_t find(std::string_view text, PatternBudget& budget) const;
+
+ private:
+  pcre2_real_code_8* code_;
+};
+
+}  // namespace qo::selectors
+
+#endif

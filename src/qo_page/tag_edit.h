@@ -1,0 +1,69 @@
+// Changes of one tag.
+
+#ifndef QO_PAGE_TAG_EDIT_H
+#define QO_PAGE_TAG_EDIT_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qo_page/edits.h>
+#include <qo_page/tokenizer.h>
+
+namespace qo {
+
+// Carries operations on attributes, classes and the name out on one start tag.
+class TagEdit {
+ public:
+  // `begin`: where the tag is in the source.
+  TagEdit(std::string_view source, std::size_t begin, CodeScanner& code);
+
+  // An operation of any other kind changes nothing.
+  void apply(const Operation& operation);
+
+  // The new tag. Throws Error when it would not be read as what was asked.
+  std::string text() const;
+
+ private:
+  // An attribute as it is to be. One that was written and is not changed has no text of its own.
+  struct Slot {
+    const AttributeToken* written;  // null: a new one
+    std::string name;
+    std::string value;  // as to be written, without quotes
+    bool has_value;
+    char quote;
+    bool is_changed;
+    bool is_removed;
+  };
+
+  Slot* find(std::string_view name);
+  Slot& find_or_add(std::string_view name);
+  void set(Slot& slot, const std::string& value);
+  void set_bare(Slot& slot);
+  void remove(std::string_view name);
+  void add_class(const std::string& token);
+  void remove_class(const std::string& token);
+  void use_quotes(Slot& slot);
+  std::vector<Range> tokens_of(const Slot& slot) const;
+
+  std::string text_of(const Slot& slot) const;
+  std::size_t removal_begin(std::size_t previous_end, const AttributeToken& attribute) const;
+  bool is_cut_off() const;
+  std::vector<const Slot*> order() const;
+  std::size_t insertion_offset() const;
+  void check(const std::string& text, const std::vector<const Slot*>& slots) const;
+
+  std::string_view source_;
+  bool templates_;
+  Token token_{};
+  std::string name_;
+  char tag_quote_ = '"';  // of the first attribute that has quotes
+  std::vector<Slot> slots_;
+};
+
+// Where the name is in the end tag at `begin`.
+Range end_tag_name(std::string_view source, std::size_t begin, CodeScanner& code);
+
+}  // namespace qo
+
+#endif

@@ -1,0 +1,145 @@
+// Edits: what goes together, what fits which node, where a refusal is. docs/pages.md holds what edits give.
+
+#include <qo_page/edits.h>
+
+#include <gtest/gtest.h>
+#include <qo_html/qo_html_walk.h>
+
+#include "test_host.h"
+
+namespace {
+
+using Kind = qo::Operation::Kind;
+
+// The first node that starts with `start` in the source.
+_qo_html* find(const qo::Page& page, const std::string& start) {
+  TreeWalk walk(page.document());
+  walk.next();
+  while (_qo_html* node = walk.next()) {
+    if (page.html(node).substr(0, start.size()) == start) return node;
+  }
+  return nullptr;
+}
+
+// The new source, or the offset and text of the error.
+template <class Add>
+std::string result(const std::string& source, Add add) {
+  const qo::Page page(source);
+  qo::Edits edits(page);
+  try {
+    add(edits, page);
+    return edits.apply().source;
+  } catch (const qo::Error& error) {
+    return std::to_string(error.offset()) + ": " + error.what();
+  }
+}
+
+std::string edited(const std::string& source, const std::string& start, const std::vector<qo::Operation>& operations) {
+  return result(source, [&](qo::Edits& edits, const qo::Page& page) { edits.add(find(page, start), operations); });
+}
+
+TEST(Edits, FitTheKindOfTheNode) {
+  const std::string source = "a<!--b--><?c?><p>d</p><br><svg><g/></svg>";
+  const qo::Operation text{Kind::set_text, "", "x"}, name{Kind::rename, "x", ""}, append{Kind::append, "", "x"};
+  struct {
+    const char* node;
+    qo::Operation operation;
+    const char* result;
+  } const cases[] = {
+      {"a", text, "x<!--b--><?c?><p>d</p><br><svg><g/></svg>"},
+      {"a", {Kind::wrap, "", "<b></b>"}, "<b>a</b><!--b--><?c?><p>d</p><br><svg><g/></svg>"},
+      {"<!--", text, "a<!--x--><?c?><p>d</p><br><svg><g/></svg>"},
+      {"<!--", {Kind::set_text, "", "-->"}, "5: the new text would not stay in the comment"},
+      {"<!--", name, "1: only elements have tags to edit"},
+      {"<!--", append, "1: no content"},
+      {"<?c", {Kind::remove, "", ""}, "a<!--b--><p>d</p><br><svg><g/></svg>"},
+      {"<?c", {Kind::insert_after, "", "<i></i>"}, "a<!--b--><?c?><i></i><p>d</p><br><svg><g/></svg>"},
+      {"<?c", text, "9: no content"},
+      {"<br", append, "22: <br> has no content"},
+      {"<br", {Kind::unwrap, "", ""}, "22: <br> has no content"},
+      {"<g", text, "31: <g> has no content"},
+      {"d", name, "17: only elements have tags to edit"},
+      {"d", {Kind::insert_before, "", "</p>"}, "17: the edit would change how <p> is read"},
+      {"d", {Kind::set_text, "", "{{ a<b }}<"}, "a<!--b--><?c?><p>{{ a<b }}&lt;</p><br><svg><g/></svg>"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(edited(source, test.node, {test.operation}), test.result) << test.node;
+  EXPECT_EQ(result(source, [&](qo::Edits& edits, const qo::Page& page) { edits.add(page.document(), {text}); }),
+            "0: the document itself cannot be edited");
+}
+
+TEST(Edits, RefuseWhatContradictsItself) {
+  const qo::Operation attribute{Kind::set_attribute, "a", "1"}, text{Kind::set_text, "", "x"},
+      append{Kind::append, "", "y"}, remove{Kind::remove, "", ""}, replace{Kind::replace, "", "r"},
+      unwrap{Kind::unwrap, "", ""}, before{Kind::insert_before, "", "b"}, wrap{Kind::wrap, "", "<i></i>"},
+      rename{Kind::rename, "q", ""};
+  const auto contradiction = [](const char* first, const char* second, int index = 1) {
+    return std::to_string(index) + ": \"" + first + "\" and \"" + second + "\" contradict each other";
+  };
+  struct {
+    std::vector<qo::Operation> operations;
+    std::string result;
+  } const cases[] = {
+      {{remove, text}, contradiction("remove", "set the text")},
+      {{text, remove}, contradiction("set the text", "remove")},
+      {{attribute, before, unwrap}, contradiction("set an attribute", "unwrap", 2)},
+      {{replace, remove}, contradiction("replace", "remove")},
+      {{append, text}, contradiction("append", "set the text")},
+      {{text, text}, contradiction("set the text", "set the text")},
+      {{wrap, remove}, contradiction("wrap", "remove")},
+      {{rename, {Kind::rename, "z", ""}}, contradiction("rename", "rename")},
+      {{text, append}, "<p>xy</p>"},
+      {{before, remove}, "b"},
+      {{unwrap, wrap, text}, "<i>x</i>"},
+      {{rename, rename, attribute, {Kind::remove_attribute, "A", ""}}, "<q>o</q>"},
+      {{{Kind::set_attribute, "a b", ""}}, "0: \"a b\" is no attribute name"},
+      {{{Kind::add_class, "", ""}}, "0: \"\" is not one class"},
+      {{{Kind::rename, "1", ""}}, "0: \"1\" is no name of an element"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(edited("<p>o</p>", "<p", test.operations), test.result);
+  // In several calls as well; then the place is that of the node.
+  EXPECT_EQ(result("ab<p>c</p>",
+                   [&](qo::Edits& edits, const qo::Page& page) {
+                     edits.add(find(page, "<p"), {text});
+                     edits.add(find(page, "<p"), {remove});
+                   }),
+            "2: \"set the text\" and \"remove\" contradict each other");
+}
+
+TEST(Edits, ComeInTheOrderOfTheSource) {
+  EXPECT_EQ(result("<div><p>a</p></div><br>",
+                   [](qo::Edits& edits, const qo::Page& page) {
+                     edits.add(find(page, "<br"), {{Kind::insert_before, "", "3"}});
+                     edits.add(find(page, "<p"), {{Kind::append, "", "1"}});
+                     edits.add(find(page, "<div"), {{Kind::append, "", "2"}});
+                     edits.add(find(page, "<p"), {{Kind::append, "", "!"}, {Kind::add_class, "", "k"}});
+                   }),
+            "<div><p class=\"k\">a1!</p>2</div>3<br>");
+  // What is replaced is no longer touched, whatever came first.
+  EXPECT_EQ(result("<div><p>a</p></div><p>b</p>",
+                   [](qo::Edits& edits, const qo::Page& page) {
+                     edits.add(find(page, "<p>a"), {{Kind::set_text, "", "c"}});
+                     edits.add(find(page, "<div"), {{Kind::set_html, "", "<p>d</p>"}});
+                     edits.add(find(page, "<p>b"), {{Kind::remove, "", ""}});
+                   }),
+            "<div><p>d</p></div>");
+}
+
+TEST(Edits, TellTheirChanges) {
+  const qo::Page page("<p class=\"a b\">c</p>");
+  qo::Edits edits(page);
+  EXPECT_TRUE(edits.apply().changes.empty());
+  _qo_html* const p = find(page, "<p");
+  edits.add(p, {{Kind::add_class, "", "a"}, {Kind::set_text, "", "c"}, {Kind::remove_attribute, "id", ""}});
+  EXPECT_TRUE(edits.apply().changes.empty());
+  edits.add(p, {{Kind::remove_class, "", "a"}, {Kind::append, "", "d"}});
+  const qo::EditedSource edited = edits.apply();
+  EXPECT_EQ(edited.source, "<p class=\"b\">cd</p>");
+  ASSERT_EQ(edited.changes.size(), 2u);
+  EXPECT_EQ(edited.changes[0].old_end - edited.changes[0].old_begin, 2u);
+  EXPECT_EQ(edited.changes[0].new_end, edited.changes[0].new_begin);
+  EXPECT_EQ(edited.changes[1].old_begin, 16u);
+  EXPECT_EQ(edited.source.substr(edited.changes[1].new_begin, 1), "d");
+  EXPECT_EQ(page.source(), "<p class=\"a b\">c</p>");
+}
+
+}  // namespace

@@ -1,0 +1,125 @@
+// Pages: tokens, trees, extents, texts. docs/pages.md holds the plain cases.
+
+#include <qo_page/page.h>
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "doc_rows.h"
+#include "test_host.h"
+
+namespace {
+
+TEST(Page, DoesWhatTheDocumentationSays) {
+  std::ifstream file(QO_HTML_DOCS_DIR "/pages.md");
+  int rows = 0;
+  for (std::string line; std::getline(file, line) && line != "## What an edit gives";) {
+    const auto row = cells(line);
+    if (row.empty()) continue;
+    ++rows;
+    const qo::Page page(unescaped(row[0]));
+    EXPECT_EQ(dump(page.document()), row[1]) << row[0];
+    EXPECT_EQ(broken_links(page.document()), "") << row[0];
+  }
+  EXPECT_GT(rows, 60);
+}
+
+_qo_html* find(_qo_html* below, const std::string& tag) {
+  std::vector<_qo_html*> found;
+  below->getElementsByTagName(tag, found, nullptr);
+  return found.empty() ? nullptr : found[0];
+}
+
+TEST(Page, TellsWhereNodesAre) {
+  struct {
+    const char* source;
+    const char* tag;
+    qo::Extent extent;
+  } const cases[] = {
+      {"a<p b>c</p >d", "p", {1, 6, 7, 12}},      {"<ul><li>a\n<li>b</ul>", "li", {4, 8, 10, 10}},
+      {"<p>a<br/>b", "br", {4, 9, 9, 9}},         {"<p>a", "p", {0, 3, 4, 4}},
+      {"<b><p>x</b>y</p>z", "b", {0, 3, 16, 16}}, {"a<!-- b --!>c", "!--", {1, 5, 8, 12}},
+      {"<?php x ?>", "?php", {0, 10, 10, 10}},    {"<body><body a>b", "body", {0, 6, 15, 15}},
+  };
+  for (const auto& test : cases) {
+    const qo::Page page(test.source);
+    const qo::Extent found = page.extent(find(page.document(), test.tag));
+    EXPECT_EQ(found.begin, test.extent.begin) << test.source;
+    EXPECT_EQ(found.content_begin, test.extent.content_begin) << test.source;
+    EXPECT_EQ(found.content_end, test.extent.content_end) << test.source;
+    EXPECT_EQ(found.end, test.extent.end) << test.source;
+  }
+  const qo::Page page("x<p a>y</p>");
+  EXPECT_EQ(page.html(page.document()->children[1]), "<p a>y</p>");
+  EXPECT_EQ(page.inner_html(page.document()->children[1]), "y");
+  EXPECT_EQ(page.html(page.document()), page.source());
+}
+
+TEST(Page, GivesTextsAsUsersSeeThem) {
+  struct {
+    const char* source;  // the text is that of its first node
+    const char* text;
+    const char* written;
+  } const cases[] = {
+      {"<p>a &lt; <b>b</b><!-- c --><script>d</script><?php e ?></p>", "a < b", "a &lt; b"},
+      {"<script>a &lt; b</script>", "a &lt; b", "a &lt; b"},
+      {"<title>a &lt; b</title>", "a < b", "a &lt; b"},
+      {"<xmp>&lt;</xmp>", "&lt;", "&lt;"},
+      {"<svg><title>&lt;</title><![CDATA[&lt;]]></svg>", "<&lt;", "&lt;&lt;"},
+      {"<!-- &lt; -->", " &lt; ", " &lt; "},
+      {"<?php a ?>", "<?php a ?>", "<?php a ?>"},
+      {"<pre>\n\na</pre>", "\na", "\n\na"},
+      {"<textarea>\r\na</textarea>", "a", "\r\na"},
+      {"<p>&notin; &notit; {{ a }}</p>", "\xE2\x88\x89 \xC2\xACit; {{ a }}", "&notin; &notit; {{ a }}"},
+  };
+  for (const auto& test : cases) {
+    const qo::Page page(test.source);
+    _qo_html* const node = page.document()->children[0];
+    EXPECT_EQ(page.text(node), test.text) << test.source;
+    EXPECT_EQ(page.text(node, qo::TextForm::written), test.written) << test.source;
+  }
+  const qo::Page page("<a HREF='?a&lt=1&amp;b' b>");
+  _qo_html* const a = page.document()->children[0];
+  EXPECT_EQ(page.attribute(a, "href"), "?a&lt=1&b");
+  EXPECT_EQ(page.attribute(a, "href", qo::TextForm::written), "?a&lt=1&amp;b");
+  EXPECT_EQ(page.attribute(a, "b"), "");
+  EXPECT_EQ(page.attribute(a, "c"), std::nullopt);
+}
+
+TEST(Page, ReadsClassesAroundCode) {
+  struct {
+    const char* value;
+    std::vector<std::string> classes;
+  } const cases[] = {
+      {" a\n b ", {"a", "b"}},
+      {"a{% if x %} b{% endif %}c", {"a", "b", "c"}},
+      {"col-{{ n }} {{ x y }}", {"col-{{ n }}", "{{ x y }}"}},
+      {"<?php if (a) { ?>b<?php } ?>", {"b"}},
+  };
+  for (const auto& test : cases) {
+    const qo::Page page(std::string("<p class='") + test.value + "'>");
+    EXPECT_EQ(page.document()->children[0]->classes, test.classes) << test.value;
+  }
+}
+
+TEST(Page, RefusesNothingButUtf16) {
+  using namespace std::string_literals;
+  for (const std::string& source : {"\xFF\xFE<\0"s, "\xFE\xFF\0<"s, "<\0p\0>\0"s, "\0<\0p\0>"s}) {
+    try {
+      qo::Page page(source);
+      ADD_FAILURE() << source;
+    } catch (const qo::Error& error) {
+      EXPECT_NE(std::string(error.what()).find("iconv"), std::string::npos);
+    }
+  }
+  EXPECT_EQ(dump(qo::Page("<p>\0\xFF"s).document()), "p{'\0\xFF'}"s);
+  EXPECT_EQ(dump(qo::Page("").document()), "");
+}
+
+TEST(Page, ReadsCodeAsTextWhenTold) {
+  const qo::Page page("<a b=\"{{ \"c\" }}\"><?php d > e ?><% f", qo::PageOptions{false});
+  EXPECT_EQ(dump(page.document()), "a[b='{{ ' c\" }}\"]{#comment{'?php d '} ' e ?><% f'}");
+}
+
+}  // namespace
