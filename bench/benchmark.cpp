@@ -24,6 +24,7 @@
 
 #include <qo_html/qo_html.h>
 
+#include "page_benchmark.h"
 #include "pages.h"
 
 namespace {
@@ -311,6 +312,8 @@ void print_memory(const Pages& pages) {
   benchmark::AddCustomContext("largest_page_bytes", std::to_string(largest->size()));
   benchmark::AddCustomContext("heap_bytes_per_node",
                               std::to_string(taken / static_cast<double>(alone.nodes)));
+  benchmark::AddCustomContext("page_heap_ratio",
+                              std::to_string(static_cast<double>(heap_of_page(*largest)) / taken));
 }
 
 void use_warm_heap() {
@@ -347,6 +350,7 @@ int main(int argc, char** argv) {
   register_trees(pages);
   register_references();
   register_forms();
+  register_page_benchmarks(pages);
   std::vector<std::unique_ptr<Pages>> adversarial;
   for (const char* kind : {"deep", "flat", "comments", "ampersands", "attributes"}) {
     adversarial.push_back(std::make_unique<Pages>(adversarial_text(kind)));

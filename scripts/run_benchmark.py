@@ -74,6 +74,37 @@ def table(rows):
     return "\n".join(lines)
 
 
+def page_table(rows):
+    """What qo_page does, beside others at the same work."""
+    def line(name, work, *others):
+        own = rows[f"page/{work}/qo_page"][0]
+        return f"| {name} | {own:.1f} | " + ", ".join(
+            f"{own / rows[other][0]:.2f} × {label}" if own >= rows[other][0] else f"1/{rows[other][0] / own:.1f} of {label}"
+            for label, other in others) + " |"
+    return "\n".join([
+        "| work | ms | its time is |", "|---|---|---|",
+        line("read and free", "read", ("`parseHtml` and free", "parse/pages/qo_html"), ("libxml2's", "parse/pages/libxml2")),
+        line("`a[href]`", "select_a_href", ("a bare walk", "page/select_a_href/walk"),
+             ("libxml2's XPath", "page/select_a_href/libxml2")),
+        line("`div:has(> a[href]):not(.x) > p:nth-child(2n+1 of .y)`", "select_has", ("a bare walk", "page/select_a_href/walk")),
+        line("read a page of 50 MB, add a class to 400,000 cells", "edit_large", ("reading it", "page/edit_large/read")),
+    ])
+
+
+def growth_table(rows):
+    """Time at a size and at four times that size."""
+    lines = ["| work | size | ms | at four times the size | factor |", "|---|---|---|---|---|"]
+    sizes = {}
+    for name, row in rows.items():
+        if name.startswith("growth/"):
+            _, work, size = name.split("/")
+            sizes.setdefault(work, []).append((int(size), row[0]))
+    for work, measured in sizes.items():
+        (size, small), (_, large) = sorted(measured)
+        lines.append(f"| {work.replace('_', ' ')} | {size:,} | {small:.1f} | {large:.1f} | {large / small:.1f} |")
+    return "\n".join(lines)
+
+
 def attribute_table(rows):
     lines = ["| attributes on one tag | ms | ns an attribute |", "|---|---|---|"]
     for count in (1000, 10000, 100000):
@@ -139,9 +170,18 @@ floor with the child vectors and class tokens, which the tree has to have as wel
 
 {table(rows)}
 
+## Pages
+
+`qo_page` on the same pages, with the default heap. Its tree of the largest page, with the source, takes {float(context["page_heap_ratio"]):.2f}
+times the heap of that of `parseHtml`.
+
+{page_table(rows)}
+
+{growth_table(rows)}
+
 ## Warm heap
 
-As above, with a heap that keeps freed memory (`mallopt`: no trimming, no `mmap`).
+The first table, with a heap that keeps freed memory (`mallopt`: no trimming, no `mmap`).
 
 {table(warm)}
 
