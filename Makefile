@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check fuzz bench docs package format clean
+.PHONY: demo test check fuzz bench pages compare docs package format clean
 
 # How long each fuzz target runs.
 FUZZ_SECONDS ?= 60
@@ -43,6 +43,19 @@ bench:
 	cmake --build build/bench -j $(JOBS)
 	scripts/unpack_bench_pages.py build/bench/pages
 	scripts/run_benchmark.py
+
+# Some 11,000 templates and pages of many makers, in build/pages.
+pages:
+	scripts/install_packages.sh bench
+	scripts/fetch_pages.py build/pages
+
+# Trees beside parse5's, selectors beside Chromium's and cheerio's, on real pages.
+compare: pages build/dev/configured
+	scripts/install_packages.sh compare
+	npm install --silent --prefix build/compare parse5 cheerio
+	cmake --build build/dev -j $(JOBS)
+	scripts/compare_trees.mjs build/pages/documentation
+	scripts/compare_selectors.mjs build/pages/documentation
 
 # The API reference, in build/docs/html.
 docs:
