@@ -173,7 +173,7 @@ class Reference {
 
   bool holds(const PatternTest& test, const Node& node) {
     const std::string text = page_.text(&node);
-    PatternBudget budget(text.size());
+    qo::PatternBudget budget(text.size());
     return test.pattern->find(text, budget) != std::string::npos;
   }
 
@@ -244,7 +244,7 @@ void compare(const qo::Page& page, const qo::Selector& selector) {
   std::vector<const _qo_html*> expected;
   try {
     search(reference, list, *as_node(page.document()), expected);
-  } catch (const PatternBudget::Exceeded&) {
+  } catch (const qo::PatternBudget::Exceeded&) {
     return;
   }
   const std::vector<_qo_html*> found = page.select(selector);

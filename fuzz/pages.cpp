@@ -58,6 +58,19 @@ std::vector<_qo_html*> check_nodes(const qo::Page& page) {
 const char* const values[] = {"",         "a",           "a b",       "\"'",
                               "<b>&amp;", "{{ \"x\" }}", "</script>", "<i>x</i>"};
 
+constexpr char substituted[] = "\"'&lt<";
+
+// What the substitution makes of a text without template code.
+std::string with_substitutions(std::string text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::size_t length = text[i] == 'a' ? 1 : text.compare(i, 3, "b c") == 0 ? 3 : 0;
+    if (length == 0) continue;
+    text.replace(i, length, substituted);
+    i += sizeof substituted - 2;
+  }
+  return text;
+}
+
 qo::Operation make_operation(unsigned choice, unsigned value) {
   const auto kind = static_cast<Kind>(choice % (static_cast<unsigned>(Kind::remove) + 1));
   const char* const text = values[value % (sizeof values / sizeof values[0])];
@@ -73,6 +86,9 @@ qo::Operation make_operation(unsigned choice, unsigned value) {
       return {kind, (value & 8) != 0 ? "div" : "x-y", ""};
     case Kind::wrap:
       return {kind, "", "<div class=w><b></b></div>"};
+    case Kind::substitute_value:
+    case Kind::substitute_text:
+      return {kind, (value & 8) != 0 ? "class" : "id", "", qo::Substitution("a|b c", substituted)};
     default:
       return {kind, "", text};
   }
@@ -137,6 +153,20 @@ void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operati
         require(text == operation.value || after.text(now) == operation.value, "text");
       }
       return;
+    case Kind::substitute_value: {
+      const std::optional<std::string> old_value = before.attribute(node, operation.name);
+      if (!old_value || old_value->find_first_of("{<") != std::string::npos) return;
+      require(after.attribute(now, operation.name) == with_substitutions(*old_value), "a value");
+      return;
+    }
+    case Kind::substitute_text: {
+      const std::string old_text = before.text(node);
+      const bool counts = before.kind(node) == qo::NodeKind::element &&
+                          old_text.find_first_of("{<") == std::string::npos &&
+                          node->children.size() == 1;
+      require(!counts || after.text(now) == with_substitutions(old_text), "texts");
+      return;
+    }
     case Kind::unwrap:
       require(elements + 1 == count_elements(before), "an element that was unwrapped");
       return;

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include <qo_page/escape.h>
+#include <qo_page/node_text.h>
+#include <qo_page/substituter.h>
 #include <qo_page/tag_edit.h>
 
 namespace qo {
@@ -58,6 +60,7 @@ EditWriter::EditWriter(const Page& page, const std::vector<NodeEdits>& edits)
     : page_(page),
       source_(page.source()),
       code_(source_, page.options().templates),
+      budget_(source_.size()),
       walk_(page.document()),
       edits_(edits) {}
 
@@ -119,10 +122,28 @@ void EditWriter::enter_text(Node& node, const NodeEdits& edits) {
   if (is_replaced(edits)) {
     write_replaced(node, edits);
   } else {
-    write_content(node, edits);
+    if (!write_content(node, edits)) write_substituted(node, edits);
     copy_until(node.extent.end);
   }
   write_after(edits, first_half);
+}
+
+// Of several substitutions, each works on what the one before it gives.
+void EditWriter::write_substituted(const Node& node, const NodeEdits& edits) {
+  const auto kind = is_literal(node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
+  std::string text = node.text;
+  std::vector<Splice> splices;
+  for (const Operation* operation : edits.operations) {
+    if (operation->kind != Kind::substitute_text) continue;
+    const Substituter substituter(*operation->substitution, budget_, node.extent.begin);
+    splices = substituter.splices({text, kind, 0, page_.options().templates});
+    text = spliced(text, splices);
+  }
+  if (edits.operations.size() > 1) return insert_until(node.extent.end, text, true);
+  for (const Splice& splice : splices) {
+    copy_until(node.extent.begin + splice.begin);
+    insert_until(node.extent.begin + splice.end, splice.text, true);
+  }
 }
 
 // At the end of the innermost open node.
@@ -150,7 +171,7 @@ void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
   } else if (find(*edits, {Kind::unwrap}) != nullptr) {
     return skip_until(node.extent.content_begin);
   } else {
-    TagEdit tag(source_, node.extent.begin, code_);
+    TagEdit tag(source_, node.extent.begin, code_, budget_);
     for (const Operation* operation : edits->operations) tag.apply(*operation);
     replace_until(node.extent.content_begin, tag.text());
   }

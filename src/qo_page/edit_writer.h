@@ -12,6 +12,7 @@
 
 #include <qo_page/edits.h>
 #include <qo_page/node.h>
+#include <qo_page/pattern.h>
 #include <qo_page/template_code.h>
 
 namespace qo {
@@ -64,6 +65,7 @@ class EditWriter {
 
   void enter(Node& node);
   void enter_text(Node& node, const NodeEdits& edits);
+  void write_substituted(const Node& node, const NodeEdits& edits);
   void leave();
   void write_replaced(Node& node, const NodeEdits& edits);
   void write_start_tag(Node& node, const NodeEdits* edits);
@@ -85,6 +87,7 @@ class EditWriter {
   const Page& page_;
   std::string_view source_;
   CodeScanner code_;
+  PatternBudget budget_;
   TreeWalk walk_;
   const std::vector<NodeEdits>& edits_;
   std::size_t next_edits_ = 0;

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <utility>
+
+#include <qo_html/qo_html_walk.h>
 
 #include <qo_page/edit_check.h>
 #include <qo_page/edit_writer.h>
 #include <qo_page/node.h>
+#include <qo_page/node_text.h>
 #include <qo_page/operations.h>
 
 namespace qo {
@@ -43,12 +47,45 @@ std::vector<NodeEdits> by_node(std::vector<Use> uses, const Batches& batches) {
   return edits;
 }
 
+// The texts of some nodes, each once.
+std::vector<Node*> texts_of(std::vector<Node*> nodes) {
+  std::sort(nodes.begin(), nodes.end(),
+            [](const Node* a, const Node* b) { return a->extent.begin < b->extent.begin; });
+  std::vector<Node*> texts;
+  std::size_t covered_end = 0;
+  for (Node* node : nodes) {
+    if (node->extent.begin < covered_end) continue;
+    covered_end = node->extent.end;
+    TreeWalk walk(node);
+    while (_qo_html* below = walk.next()) {
+      if (below->isText) {
+        texts.push_back(as_node(below));
+      } else if (below != node && is_hidden(*as_node(below))) {
+        walk.skip_children();
+      }
+    }
+  }
+  return texts;
+}
+
+bool is_for_texts(const Operation& operation) {
+  return operation.kind == Operation::Kind::substitute_text;
+}
+
 }  // namespace
 
 struct Edits::State {
   const Page& page;
   Batches batches;
   std::vector<Use> uses;
+
+  void add(const std::vector<Node*>& nodes, std::vector<Operation> operations) {
+    if (operations.empty()) return;
+    uses.reserve(uses.size() + nodes.size());
+    batches.push_back(std::move(operations));
+    const auto batch = static_cast<std::uint32_t>(batches.size() - 1);
+    for (Node* node : nodes) uses.push_back({node, batch});
+  }
 };
 
 Edits::Edits(const Page& page) : state_(new State{page, {}, {}}) {}
@@ -66,10 +103,20 @@ void Edits::add(const std::vector<_qo_html*>& nodes, const std::vector<Operation
     }
     for (const _qo_html* node : nodes) check_fits(operation, *as_node(node));
   }
-  state_->uses.reserve(state_->uses.size() + nodes.size());
-  state_->batches.push_back(operations);
-  const auto batch = static_cast<std::uint32_t>(state_->batches.size() - 1);
-  for (_qo_html* node : nodes) state_->uses.push_back({as_node(node), batch});
+  std::vector<Node*> own;
+  for (_qo_html* node : nodes) own.push_back(as_node(node));
+  std::vector<Operation> of_nodes, of_texts;
+  for (const Operation& operation : operations) {
+    (is_for_texts(operation) ? of_texts : of_nodes).push_back(operation);
+  }
+  const std::size_t before = state_->uses.size();
+  try {
+    if (!of_texts.empty()) state_->add(texts_of(own), of_texts);
+    state_->add(own, std::move(of_nodes));
+  } catch (...) {
+    state_->uses.resize(before);
+    throw;
+  }
 }
 
 EditedSource Edits::apply() const {

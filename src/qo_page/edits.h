@@ -5,10 +5,12 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <qo_page/page.h>
+#include <qo_page/substitution.h>
 
 namespace qo {
 
@@ -26,7 +28,9 @@ struct Operation {
     add_class,           // value: one token, added if it is not there
     remove_class,        // value: one token
     rename,              // name: of both tags
-    unwrap,              // takes the tags away and leaves the content
+    substitute_value,    // name, substitution: in the value of an attribute, if it is there
+    substitute_text,  // substitution: in each text of the element, but for what text() leaves out
+    unwrap,           // takes the tags away and leaves the content
     // Of elements that have content; the first two of comments, sections and texts as well:
     set_text,  // value
     set_html,  // value: markup
@@ -43,6 +47,7 @@ struct Operation {
   Kind kind;          // what to do
   std::string name;   // of an attribute or element
   std::string value;  // plain text or markup
+  std::optional<Substitution> substitution = std::nullopt;
 };
 
 // Throws Error when two operations contradict each other, since one wipes out what the other does,

@@ -3,6 +3,7 @@
 #include <qo_html/qo_html_walk.h>
 
 #include <qo_page/decode.h>
+#include <qo_page/readable_text.h>
 
 namespace qo {
 
@@ -10,14 +11,6 @@ namespace {
 
 bool is_script_or_style(const Node& node) {
   return node.name == Tag::script_ || node.name == Tag::style_;
-}
-
-// Whether a text is as it is written, without references.
-bool is_literal(const Node& text) {
-  const Node* const parent = as_node(text.parent);
-  if (parent == nullptr || parent->kind == NodeKind::document) return false;
-  if (parent->kind == NodeKind::comment || parent->kind == NodeKind::cdata) return true;
-  return parent->space == Space::html && has(parent->name, tag_flags::raw_text);
 }
 
 // A browser drops a line break at the start of these.
@@ -36,31 +29,44 @@ bool is_hidden(const Node& node) {
          (node.kind == NodeKind::element && is_script_or_style(node));
 }
 
-void append_text(const Node& node, TextForm form, std::string& out) {
+bool is_literal(const Node& text) {
+  const Node* const parent = as_node(text.parent);
+  if (parent == nullptr || parent->kind == NodeKind::document) return false;
+  if (parent->kind == NodeKind::comment || parent->kind == NodeKind::cdata) return true;
+  return parent->space == Space::html && has(parent->name, tag_flags::raw_text);
+}
+
+std::string characters_of(const Node& node) {
   std::string_view text = node.text;
-  if (form == TextForm::decoded && drops_line_break(node)) {
+  if (drops_line_break(node)) {
     if (text.substr(0, 1) == "\r") text.remove_prefix(1);
     if (text.substr(0, 1) == "\n") text.remove_prefix(1);
   }
-  if (form == TextForm::written || is_literal(node)) {
-    out += text;
-  } else {
-    out += decode(text, DecodeMode::text);
-  }
+  return is_literal(node) ? std::string(text) : decode(text, DecodeMode::text);
 }
 
 std::string text_of(const Node& node, TextForm form) {
+  if (form == TextForm::readable) return readable_text(node, NestedTables::read);
   std::string out;
   TreeWalk walk(const_cast<Node*>(&node));
   while (const _qo_html* below = walk.next()) {
     const Node& found = *as_node(below);
     if (found.isText) {
-      append_text(found, form, out);
+      out += form == TextForm::written ? found.text : characters_of(found);
     } else if (&found != &node && is_hidden(found)) {
       walk.skip_children();
     }
   }
   return out;
+}
+
+std::string value_of(const Attribute& attribute, TextForm form) {
+  if (form == TextForm::written) return attribute.value;
+  std::string value = decode(attribute.value, DecodeMode::attribute);
+  if (form == TextForm::decoded) return value;
+  ReadableText text;
+  text.add(value);
+  return text.take();
 }
 
 }  // namespace qo

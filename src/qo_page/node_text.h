@@ -12,11 +12,17 @@ namespace qo {
 // Whether the node is no part of the text of the nodes around it.
 bool is_hidden(const Node& node);
 
-// Appends the characters of a text node.
-void append_text(const Node& node, TextForm form, std::string& out);
+// The decoded characters of a text node.
+std::string characters_of(const Node& node);
+
+// Whether a text node is as it is written, without references.
+bool is_literal(const Node& text);
 
 // The text of the node and all that is below it, but for what is hidden there.
 std::string text_of(const Node& node, TextForm form);
+
+// The value of an attribute.
+std::string value_of(const Attribute& attribute, TextForm form);
 
 }  // namespace qo
 

@@ -19,6 +19,7 @@ enum Part : unsigned {
   inside = 1u << 3,   // adds to it
   around = 1u << 4,   // adds to what is around the node
   whole = 1u << 5,    // takes the node away
+  texts = 1u << 6,    // changes texts within it
 };
 
 struct KindRow {
@@ -28,11 +29,23 @@ struct KindRow {
 
 // By kind.
 constexpr KindRow kind_rows[] = {
-    {"set an attribute", tags}, {"set an attribute", tags}, {"remove an attribute", tags},
-    {"add a class", tags},      {"remove a class", tags},   {"rename", tags},
-    {"unwrap", bare},           {"set the text", content},  {"set the markup", content},
-    {"prepend", inside},        {"append", inside},         {"insert before", Part()},
-    {"insert after", Part()},   {"wrap", around},           {"replace", whole},
+    {"set an attribute", tags},
+    {"set an attribute", tags},
+    {"remove an attribute", tags},
+    {"add a class", tags},
+    {"remove a class", tags},
+    {"rename", tags},
+    {"substitute in a value", tags},
+    {"substitute in texts", texts},
+    {"unwrap", bare},
+    {"set the text", content},
+    {"set the markup", content},
+    {"prepend", inside},
+    {"append", inside},
+    {"insert before", Part()},
+    {"insert after", Part()},
+    {"wrap", around},
+    {"replace", whole},
     {"remove", whole},
 };
 
@@ -42,8 +55,8 @@ const KindRow& row_of(Kind kind) {
 
 // Parts that cannot both be worked on, whatever the order.
 constexpr unsigned excluded[][2] = {
-    {tags, bare | whole}, {bare, whole},   {content, content | whole},
-    {inside, whole},      {around, whole}, {whole, whole}};
+    {tags, bare | whole}, {bare, whole},  {content, content | whole}, {inside, whole},
+    {around, whole},      {whole, whole}, {texts, content | whole}};
 
 bool contradict(const Operation& first, const Operation& second) {
   const unsigned a = row_of(first.kind).part;
@@ -72,10 +85,14 @@ std::string quoted(const std::string& text) {
 }
 
 void check_names(const Operation& operation, std::size_t index) {
+  const bool substitutes =
+      operation.kind == Kind::substitute_value || operation.kind == Kind::substitute_text;
+  if (substitutes && !operation.substitution) throw Error("there is no substitution", index);
   switch (operation.kind) {
     case Kind::set_attribute:
     case Kind::set_bare_attribute:
     case Kind::remove_attribute:
+    case Kind::substitute_value:
       if (is_attribute_name(operation.name)) return;
       throw Error(quoted(operation.name) + " is no attribute name", index);
     case Kind::add_class:
@@ -118,7 +135,9 @@ void check_fits(const Operation& operation, const Node& node) {
   if ((part & (tags | bare)) != 0 && node.kind != NodeKind::element) {
     throw Error("only elements have tags to edit", node.extent.begin);
   }
-  if ((part & (bare | content | inside)) == 0 || ((part & content) != 0 && is_section)) return;
+  if ((part & texts) != 0 || (part & (bare | content | inside)) == 0 ||
+      ((part & content) != 0 && is_section))
+    return;
   if (node.has_content) return;
   throw Error(node.kind == NodeKind::element ? "<" + node.tag + "> has no content" : "no content",
               node.extent.begin);

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <qo_page/ascii.h>
-#include <qo_page/decode.h>
 #include <qo_page/node.h>
 #include <qo_page/node_text.h>
 #include <qo_page/selector.h>
@@ -60,8 +59,8 @@ _qo_html* Page::document() const {
   return state_->document.get();
 }
 
-std::vector<_qo_html*> Page::select(const Selector& selector) const {
-  return selector.select(document());
+std::vector<_qo_html*> Page::select(const Selector& selector, std::size_t most) const {
+  return selector.select(document(), most);
 }
 
 NodeKind Page::kind(const _qo_html* node) const {
@@ -92,8 +91,7 @@ std::optional<std::string> Page::attribute(const _qo_html* node, std::string_vie
                                            TextForm form) const {
   for (const Attribute& attribute : node->attributes) {
     if (!equals_without_case(attribute.name, name)) continue;
-    return form == TextForm::written ? attribute.value
-                                     : decode(attribute.value, DecodeMode::attribute);
+    return value_of(attribute, form);
   }
   return std::nullopt;
 }

@@ -25,6 +25,7 @@
 #define QO_PAGE_PAGE_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -66,8 +67,10 @@ struct Extent {
 // What a node is. `code` is <?...?> and <%...%> where they are tags of their own.
 enum class NodeKind : unsigned char { document, element, text, comment, doctype, cdata, code };
 
-// How a text or value is given: with its references decoded, or as it is in the source.
-enum class TextForm { decoded, written };
+// How a text or value is given: with its references decoded, as it is in the source, or as a person
+// reads it: decoded, with one blank for all white space, also between blocks and cells, and none at
+// the ends.
+enum class TextForm { decoded, written, readable };
 
 // How a page is read.
 struct PageOptions {
@@ -95,8 +98,8 @@ class QO_PAGE_API Page {
   // text, are declarations (`isDeclaration`).
   _qo_html* document() const;
 
-  // What a selector finds, in document order.
-  std::vector<_qo_html*> select(const Selector& selector) const;
+  // What a selector finds, in document order; not more than the first `most`.
+  std::vector<_qo_html*> select(const Selector& selector, std::size_t most = SIZE_MAX) const;
 
   // --- Of a node of this page ---
 

@@ -40,8 +40,8 @@ const std::string& Selector::text() const {
   return program_->text;
 }
 
-std::vector<_qo_html*> Selector::select(_qo_html* root) const {
-  return selectors::select(*program_, root);
+std::vector<_qo_html*> Selector::select(_qo_html* root, std::size_t most) const {
+  return selectors::select(*program_, root, most);
 }
 
 bool Selector::matches(_qo_html* node) const {

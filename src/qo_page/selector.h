@@ -9,6 +9,7 @@
 #define QO_PAGE_SELECTOR_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -47,14 +48,15 @@ class QO_PAGE_API Selector {
   // What it was read from.
   const std::string& text() const;
 
-  // The nodes below `root` that match, in document order; `root` itself never does. They are
+  // The nodes below `root` that match, in document order, not more than the first `most`; `root`
+  // itself never does. They are
   // elements, and comments where the selector asks for these. What is around `root` counts: with
   // "a b", the a may be anywhere above. Only `:scope` means `root`, or, when that is the document,
   // the elements at its top.
   //
   // Time grows with the size of the page, and only for `:matches` with depth as well. Throws
   // SelectorError when a pattern of `:matches` takes too many steps.
-  std::vector<_qo_html*> select(_qo_html* root) const;
+  std::vector<_qo_html*> select(_qo_html* root, std::size_t most = SIZE_MAX) const;
 
   // Whether the node is among what select() finds from its document. It takes time for the nodes
   // above and for those before it beside each; with `:has`, positions "of" a selector and text, for

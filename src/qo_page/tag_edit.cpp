@@ -6,6 +6,7 @@
 #include <qo_page/class_tokens.h>
 #include <qo_page/decode.h>
 #include <qo_page/escape.h>
+#include <qo_page/substituter.h>
 #include <qo_page/tag_reader.h>
 
 namespace qo {
@@ -16,8 +17,9 @@ constexpr std::string_view blanks = " \t\n\f\r";
 
 }  // namespace
 
-TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code)
-    : source_(source), templates_(code.enabled()) {
+TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
+                 PatternBudget& budget)
+    : source_(source), templates_(code.enabled()), budget_(budget) {
   token_.extent.begin = begin;
   TagReader(source, code, token_).read(begin + 1);
   name_ = token_.name.in(source);
@@ -50,6 +52,8 @@ void TagEdit::apply(const Operation& operation) {
     case Operation::Kind::rename:
       name_ = operation.name;
       return;
+    case Operation::Kind::substitute_value:
+      return substitute(operation.name, *operation.substitution);
     default:
       return;
   }
@@ -138,6 +142,26 @@ void TagEdit::remove_class(const std::string& token) {
     slot->is_changed = true;
     if (slot->value.empty()) use_quotes(*slot);
   }
+}
+
+void TagEdit::substitute(const std::string& name, const Substitution& substitution) {
+  Slot* const slot = find(name);
+  if (slot == nullptr || !slot->has_value) return;
+  const Substituter substituter(substitution, budget_, token_.extent.begin);
+  const auto splices = [&] {
+    return substituter.splices({slot->value, WrittenText::Kind::value, slot->quote, templates_});
+  };
+  std::vector<Splice> made = splices();
+  if (made.empty()) return;
+  const bool fits = std::all_of(made.begin(), made.end(), [](const Splice& splice) {
+    return splice.text.empty() || fits_without_quotes(splice.text);
+  });
+  if (slot->quote == 0 && (!fits || spliced(slot->value, made).empty())) {
+    use_quotes(*slot);
+    made = splices();
+  }
+  slot->value = spliced(slot->value, made);
+  slot->is_changed = true;
 }
 
 // The attribute as it is to be; what is around a "=" that was there stays.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <qo_page/edits.h>
+#include <qo_page/pattern.h>
 #include <qo_page/tokenizer.h>
 
 namespace qo {
@@ -16,7 +17,7 @@ namespace qo {
 class TagEdit {
  public:
   // `begin`: where the tag is in the source.
-  TagEdit(std::string_view source, std::size_t begin, CodeScanner& code);
+  TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, PatternBudget& budget);
 
   // An operation of any other kind changes nothing.
   void apply(const Operation& operation);
@@ -43,6 +44,7 @@ class TagEdit {
   void remove(std::string_view name);
   void add_class(const std::string& token);
   void remove_class(const std::string& token);
+  void substitute(const std::string& name, const Substitution& substitution);
   void use_quotes(Slot& slot);
   std::vector<Range> tokens_of(const Slot& slot) const;
 
@@ -55,6 +57,7 @@ class TagEdit {
 
   std::string_view source_;
   bool templates_;
+  PatternBudget& budget_;
   Token token_{};
   std::string name_;
   char tag_quote_ = '"';  // of the first attribute that has quotes

@@ -76,7 +76,7 @@ Direction direction_of_text(const Node& node) {
     const Node& found = *as_node(below);
     if (found.isText) {
       text.clear();
-      append_text(found, TextForm::decoded, text);
+      text += characters_of(found);
       const Direction direction = direction_of(text);
       if (direction != Direction::unknown) return direction;
     } else if (&found != &node && is_passed_over(found)) {

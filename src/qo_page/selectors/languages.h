@@ -6,7 +6,7 @@
 #include <string>
 
 #include <qo_page/node.h>
-#include <qo_page/selectors/pattern.h>
+#include <qo_page/pattern.h>
 #include <qo_page/selectors/syntax.h>
 
 namespace qo::selectors {

@@ -21,7 +21,7 @@ bool is_empty(const Node& node) {
   std::string text;
   return std::all_of(node.children.begin(), node.children.end(), [&](const _qo_html* child) {
     const Node& below = *as_node(child);
-    if (below.isText) append_text(below, TextForm::decoded, text);
+    if (below.isText) text += characters_of(below);
     return text.empty() && below.kind != NodeKind::element && below.kind != NodeKind::cdata;
   });
 }

@@ -13,7 +13,7 @@ namespace {
 std::string own_text(const Node& node) {
   std::string out;
   for (const _qo_html* child : node.children) {
-    if (child->isText) append_text(*as_node(child), TextForm::decoded, out);
+    if (child->isText) out += characters_of(*as_node(child));
   }
   return out;
 }
@@ -26,7 +26,7 @@ PageText::PageText(const Node& document) {
     const Node& node = *as_node(found);
     if (node.isText) {
       starts_.push_back({node.extent.begin, text_.size()});
-      append_text(node, TextForm::decoded, text_);
+      text_ += characters_of(node);
     } else if (is_hidden(node)) {
       walk.skip_children();
     }

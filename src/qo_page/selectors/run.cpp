@@ -28,16 +28,17 @@ class Run {
         keeps_slots_(program.passes.size() > 1),
         keeps_levels_(program.has_links || program.has_positions) {}
 
-  std::vector<_qo_html*> below() {
-    if (const std::vector<Node*>* const named = only_named()) return below_of(*named);
+  std::vector<_qo_html*> below(std::size_t most) {
+    if (const std::vector<Node*>* const named = only_named()) return below_of(*named, most);
     run_earlier_passes();
     begin_walk(program_.passes.size() - 1);
     TreeWalk walk(start());
     go_to_root(walk);
     std::vector<_qo_html*> found;
     const std::size_t depth = walk.depth();
-    while (_qo_html* const node = walk.next()) {
-      if (walk.depth() <= depth) break;
+    while (found.size() < most) {
+      _qo_html* const node = walk.next();
+      if (node == nullptr || walk.depth() <= depth) break;
       if (visit(*as_node(node), walk.depth())) found.push_back(node);
     }
     return found;
@@ -60,7 +61,7 @@ class Run {
     return &as_document(*document_).elements[static_cast<std::size_t>(tag)];
   }
 
-  std::vector<_qo_html*> below_of(const std::vector<Node*>& named) {
+  std::vector<_qo_html*> below_of(const std::vector<Node*>& named, std::size_t most) {
     begin_walk(program_.passes.size() - 1);
     const Extent& around = as_node(root_)->extent;
     const auto begins_before = [](const Node* node, std::size_t offset) {
@@ -69,6 +70,7 @@ class Run {
     auto node = std::lower_bound(named.begin(), named.end(), around.content_begin, begins_before);
     std::vector<_qo_html*> found;
     for (; node != named.end() && (*node)->extent.begin < around.content_end; ++node) {
+      if (found.size() == most) break;
       if (visit(**node, 0)) found.push_back(*node);
     }
     return found;
@@ -135,9 +137,9 @@ class Run {
 
 }  // namespace
 
-std::vector<_qo_html*> select(const Program& program, _qo_html* root) {
+std::vector<_qo_html*> select(const Program& program, _qo_html* root, std::size_t most) {
   const bool is_document = as_node(root)->kind == NodeKind::document;
-  return Run(program, root, is_document ? nullptr : as_node(root)).below();
+  return Run(program, root, is_document ? nullptr : as_node(root)).below(most);
 }
 
 bool matches(const Program& program, _qo_html* node) {

@@ -10,8 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include <qo_page/pattern.h>
 #include <qo_page/selectors/needle.h>
-#include <qo_page/selectors/pattern.h>
 #include <qo_page/tags.h>
 
 namespace qo::selectors {

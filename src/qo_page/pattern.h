@@ -1,17 +1,20 @@
 // A regular expression, and the bounds of what it may cost.
 
-#ifndef QO_PAGE_SELECTORS_PATTERN_H
-#define QO_PAGE_SELECTORS_PATTERN_H
+#ifndef QO_PAGE_PATTERN_H
+#define QO_PAGE_PATTERN_H
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 struct pcre2_real_code_8;
 
-namespace qo::selectors {
+namespace qo {
 
 class PatternError : public std::runtime_error {
  public:
@@ -33,6 +36,9 @@ struct PatternBudget {
   std::int64_t steps;
 };
 
+// Where a match, which is the first, and its groups are; npos for a group that took no part.
+using PatternMatch = std::vector<std::pair<std::size_t, std::size_t>>;
+
 // A Perl-compatible regular expression over UTF-8. Bytes that are none match nothing.
 class Pattern {
  public:
@@ -45,10 +51,18 @@ class Pattern {
   // The offset at which it first matches, or npos. Throws PatternBudget::Exceeded.
   std::size_t find(std::string_view text, PatternBudget& budget) const;
 
+  // All its matches that do not overlap, each with its groups. Throws PatternBudget::Exceeded.
+  std::vector<PatternMatch> find_all(std::string_view text, PatternBudget& budget) const;
+
+  std::size_t group_count() const;  // without the whole match
+
+  // The number of the group of that name; nothing when there is none.
+  std::optional<std::size_t> group_named(const std::string& name) const;
+
  private:
   pcre2_real_code_8* code_;
 };
 
-}  // namespace qo::selectors
+}  // namespace qo
 
 #endif
