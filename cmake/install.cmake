@@ -29,7 +29,7 @@ endfunction()
 qo_html_install_library(qo_html ""
   qo_html.h qo_html_export.h qo_html_host.h qo_html_walk.h)
 qo_html_install_library(qo_page page_
-  decode.h edits.h page.h qo_page_export.h selector.h substitution.h tables.h)
+  decode.h edits.h form_data.h page.h qo_page_export.h selector.h substitution.h tables.h)
 
 # One finds the other beside it.
 set_target_properties(qo_page PROPERTIES INSTALL_RPATH $ORIGIN)
@@ -45,11 +45,11 @@ if(QO_HTML_BUILD_CLI)
   file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(qo PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
   install(TARGETS qo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-  install(FILES src/cli/completions/qo.bash
+  install(FILES ${PROJECT_BINARY_DIR}/src/cli/completions/qo.bash
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qo COMPONENT tool)
-  install(FILES src/cli/completions/_qo
+  install(FILES ${PROJECT_BINARY_DIR}/src/cli/completions/_qo
     DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT tool)
-  install(FILES src/cli/completions/qo.fish
+  install(FILES ${PROJECT_BINARY_DIR}/src/cli/completions/qo.fish
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
   if(SCDOC)
     install(FILES ${PROJECT_BINARY_DIR}/src/cli/qo.1

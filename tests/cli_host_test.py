@@ -159,7 +159,7 @@ class Host(Cli):
             (["form", "--host", "--compact", "div"], "<div><input name='a' value=1></div>", '{"a":""}\n'),
         ])
         for option in ("--strict", "--drop-comments"):
-            self.complaint(["select", option, "p"], f"qo: {option} requires --host\n")
+            self.complaint(["select", option, "p"], f"qo: select: {option} needs --host\n")
         self.complaint(["form", "--host"], "qo: (standard input): controls of one name are plain, in [] or in [key], "
                        "not several\n", "<form><input name='a'><input name='a[]'></form>")
 

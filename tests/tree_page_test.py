@@ -2,15 +2,12 @@
 """Opens what `qo tree --html` makes of a hostile page in Chromium. usage: tree_page_test.py QO"""
 
 import html
-import os
 import re
-import shutil
 import subprocess
 import sys
 import tempfile
 
-SKIPPED = 77
-CHROMIUM = shutil.which("chromium") or shutil.which("google-chrome")
+from chromium_support import CHROMIUM, SKIPPED, opened
 
 # Whatever runs changes the title.
 RUN = "document.title='run'"
@@ -23,19 +20,6 @@ HOSTILE = f"""<!DOCTYPE html>
 <table><tr><td>a</td></tr></table><p>b<p c=1>d<![CDATA[e]]>]]\\u003c{{{{ '<b>' }}}}
 """.encode() + b"\xff\x00\xed\xa0\x80" + b"<i>" * 3000
 TITLE = "(standard input) \u2013 tree"
-
-
-def opened(folder, page, shown=""):
-    """The document after its scripts have run. `shown`: the two readings, if not the first ones."""
-    path = os.path.join(folder, "page.html")
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(page)
-    run = subprocess.run(
-        [CHROMIUM, "--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--disable-quic",
-         "--no-first-run", "--disable-background-networking", "--disable-component-update", "--disable-sync",
-         "--user-data-dir=" + os.path.join(folder, "profile"), "--virtual-time-budget=5000", "--dump-dom",
-         "file://" + path + "#" + shown], capture_output=True, timeout=120)
-    return run.stdout.decode()
 
 
 def title(document):

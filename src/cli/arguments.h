@@ -1,4 +1,4 @@
-// The arguments of a subcommand in forms that CLI11 knows.
+// Reads the arguments of one subcommand by the table of its options.
 
 #ifndef QO_CLI_ARGUMENTS_H
 #define QO_CLI_ARGUMENTS_H
@@ -6,19 +6,23 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include "option_table.h"
 
 namespace cli {
 
-// CLI11 takes an argument in brackets for a list, and "++" for the end of a subcommand. A mark in
-// front, which this takes away again, keeps it from that.
-std::string without_guard(const std::string& argument);
+struct Arguments {
+  std::vector<std::string> positional;
+  bool wants_help = false;
+};
 
-// The arguments, with what CLI11 does not know brought into forms that it does, but for the suffix
-// of
-// "-iSUFFIX" and "--in-place=SUFFIX".
-std::vector<std::string> known_forms(const CLI::App& command, int argc, char** argv,
-                                     std::string& suffix);
+// Sets what the options say; those may be anywhere among the other arguments, up to a "--".
+// `accepts`: whether an option can be given here. Throws Failure, with a hint where a name is near
+// that of an option.
+Arguments read_arguments(const std::vector<std::string>& arguments, Options& options,
+                         bool (*accepts)(const OptionRow& option, Command command) = belongs_to);
+
+// " - did you mean X?", or nothing when no name is near.
+std::string suggestion(const std::string& given, const std::vector<std::string>& names);
 
 }  // namespace cli
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "page_view.h"
 #include "reading.h"
 #include "session.h"
+#include "text.h"
 #include "written_forms.h"
 
 namespace cli {
@@ -46,19 +48,18 @@ std::vector<Difference> check(const qo::Page& page, const LineIndex& lines, bool
 }  // namespace
 
 // A page that hosts read as it is counts as found, in terms of the exit status.
-int run(const CheckOptions& options) {
+int run_check(const Options& options) {
   Session session(options);
-  bool different = false;
-  const int status = session.run(options.files, [&](Input& input) {
+  std::atomic<bool> different = false;
+  const int status = session.run([&](Input& input, Output& out) {
     const qo::Page page = read_page(input, options);
     const LineIndex lines(page.source());
     const std::vector<Difference> found = check(page, lines, options.bytes);
     for (const Difference& difference : found) {
-      session.out().paint("35", input.name);
-      session.out().write(":" + lines.place(difference.offset).text() + ": " + difference.what +
-                          "\n");
+      out.paint("35", printable(input.name));
+      out.write(":" + lines.place(difference.offset).text() + ": " + difference.what + "\n");
     }
-    different = different || !found.empty();
+    if (!found.empty()) different = true;
     return found.empty() ? Found::something : Found::nothing;
   });
   return status == status_found && different ? status_not_found : status;

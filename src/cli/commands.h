@@ -8,12 +8,13 @@
 
 namespace cli {
 
-int run(const SelectOptions& options);
-int run(const FormOptions& options);
-int run(const EditOptions& options);
-int run(const CheckOptions& options);
-int run(const TreeOptions& options);
-int run(const DecodeOptions& options);
+int run_select(const Options& options);
+int run_table(const Options& options);
+int run_form(const Options& options);
+int run_edit(const Options& options);
+int run_check(const Options& options);
+int run_tree(const Options& options);
+int run_decode(const Options& options);
 
 }  // namespace cli
 

@@ -7,14 +7,14 @@
 
 namespace cli {
 
-int run(const DecodeOptions& options) {
+int run_decode(const Options& options) {
   Session session(options);
-  return session.run({options.file}, [&](Input& input) {
+  return session.run([&](Input& input, Output& out) {
     if (options.host) {
       qo_decode_html_entities(input.text);
-      session.out().write(input.text);
+      out.write(input.text);
     } else {
-      session.out().write(qo::decode(input.text));
+      out.write(qo::decode(input.text));
     }
     return Found::something;
   });

@@ -1,9 +1,13 @@
-#include <set>
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <utility>
 
 #include <qo_page/edits.h>
 #include <qo_page/selector.h>
 
 #include "commands.h"
+#include "composed_changes.h"
 #include "page_view.h"
 #include "session.h"
 #include "text.h"
@@ -13,40 +17,77 @@ namespace cli {
 
 namespace {
 
+// An edit whose selector was read.
+struct CompiledEdit {
+  qo::Selector selector;
+  const std::vector<qo::Operation>& operations;
+};
+
+std::vector<CompiledEdit> compile(const std::vector<Edit>& edits) {
+  std::vector<CompiledEdit> compiled;
+  for (const Edit& edit : edits) {
+    try {
+      compiled.push_back({qo::Selector(edit.selector), edit.operations});
+    } catch (const qo::SelectorError& error) {
+      if (edit.origin.empty()) throw;
+      throw Failure(edit.origin + "selector: " + error.what());
+    }
+  }
+  return compiled;
+}
+
 class Editing {
  public:
-  explicit Editing(const EditOptions& options)
-      : options_(options), selector_(options.selector), session_(options) {
+  explicit Editing(const Options& options)
+      : options_(options), edits_(compile(options.edits)), session_(options) {
     if (!options.in_place) return;
-    for (const std::string& file : options.files) pages_.insert(resolved(file));
+    for (std::size_t i = 0; i < session_.files().size(); ++i) {
+      pages_.emplace(resolved(session_.files()[i]), i);
+    }
   }
 
   int run() {
-    const int status = session_.run(options_.files, [this](Input& input) { return page(input); });
-    if (options_.in_place && options_.files.size() > 1) {
-      complain("changed " + std::to_string(written_.size()) + " of " +
-               std::to_string(options_.files.size()) + " files");
+    const int status = session_.run([this](Input& input, Output& out) { return page(input, out); });
+    if (options_.in_place && session_.files().size() > 1) {
+      complain("changed " + std::to_string(written_) + " of " +
+               std::to_string(session_.files().size()) + " files");
     }
     return status;
   }
 
  private:
-  Found page(Input& input) {
+  Found page(Input& input, Output& out) {
     const qo::Page page = read_page(input, options_);
-    const std::vector<_qo_html*> matches = page.select(selector_);
-    if (matches.empty()) {
-      if (prints_pages()) session_.out().write(page.source());
-      return Found::nothing;
+    const qo::EditedSource edited = this->edited(input.name, page);
+    if (options_.show_diff) {
+      write_diff(unified_diff(page.source(), edited, input.name), out);
+    } else if (!options_.in_place) {
+      out.write(edited.source);
+    } else if (!edited.changes.empty()) {
+      write_back(input, page.source(), edited.source);
     }
-    write(input.name, page, edited(input.name, page, matches));
-    return Found::something;
+    return edited.changes.empty() ? Found::nothing : Found::something;
   }
 
-  qo::EditedSource edited(const std::string& name, const qo::Page& page,
-                          const std::vector<_qo_html*>& matches) const {
+  // Each edit works on what the one before it gives.
+  qo::EditedSource edited(const std::string& name, const qo::Page& page) const {
+    qo::EditedSource all = edited_once(name, page, edits_.front());
+    for (std::size_t i = 1; i < edits_.size(); ++i) {
+      const qo::Page next(all.source, page.options());
+      qo::EditedSource step = edited_once(name, next, edits_[i]);
+      if (step.changes.empty()) continue;
+      all = {std::move(step.source), composed(all.changes, step.changes)};
+    }
+    return all;
+  }
+
+  static qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
+                                      const CompiledEdit& edit) {
+    const std::vector<_qo_html*> matches = page.select(edit.selector);
+    if (matches.empty()) return {page.source(), {}};
     try {
       qo::Edits edits(page);
-      edits.add(matches, options_.operations);
+      edits.add(matches, edit.operations);
       return edits.apply();
     } catch (const qo::Error& error) {
       throw Failure(name + ":" + place_of(page.source(), error.offset()) +
@@ -54,17 +95,17 @@ class Editing {
     }
   }
 
-  bool prints_pages() const { return !options_.show_diff && !options_.in_place; }
-
-  void write(const std::string& name, const qo::Page& page, const qo::EditedSource& edited) {
-    if (prints_pages()) return session_.out().write(edited.source);
-    if (options_.show_diff) return write_diff(unified_diff(page.source(), edited, name));
-    if (edited.changes.empty()) return;
+  void write_back(const Input& input, const std::string& old_text, const std::string& text) {
+    const std::string& name = input.name;
     if (!is_regular_file(name)) throw Failure(name + ": is no regular file");
-    if (written_.count(resolved(name)) != 0) throw Failure(name + ": has been edited already");
-    if (!options_.backup_suffix.empty()) back_up(name, page.source());
-    replace_file(name, edited.source);
-    written_.insert(resolved(name));
+    const std::string target = resolved(name);
+    if (pages_.at(target) != input.index) throw Failure(name + ": has been edited already");
+    if (!options_.backup_suffix.empty()) back_up(name, old_text);
+    if (count_names(target) > 1) {
+      complain(name + ": has other names (hard links), which keep the old page");
+    }
+    replace_file(target, text);
+    ++written_;
   }
 
   // No page that is yet to be edited, or has been, is overwritten by the old text of another.
@@ -76,12 +117,12 @@ class Editing {
     back_up_file(name, options_.backup_suffix, text);
   }
 
-  void write_diff(std::string_view diff) {
+  static void write_diff(std::string_view diff, Output& out) {
     for (bool in_hunk = false; !diff.empty();) {
       const std::string_view line = diff.substr(0, diff.find('\n'));
       in_hunk = in_hunk || line.substr(0, 2) == "@@";
-      session_.out().paint(color_of(line, in_hunk), line);
-      session_.out().write("\n");
+      out.paint(color_of(line, in_hunk), line);
+      out.write("\n");
       diff.remove_prefix(line.size() + 1);
     }
   }
@@ -100,16 +141,16 @@ class Editing {
     }
   }
 
-  const EditOptions& options_;
-  const qo::Selector selector_;
+  const Options& options_;
+  const std::vector<CompiledEdit> edits_;
   Session session_;
-  std::set<std::string> pages_;    // all that -i is to write, without links
-  std::set<std::string> written_;  // of these, so far
+  std::map<std::string, std::size_t> pages_;  // all that -i is to write, without links; first index
+  std::atomic<std::size_t> written_ = 0;
 };
 
 }  // namespace
 
-int run(const EditOptions& options) {
+int run_edit(const Options& options) {
   return Editing(options).run();
 }
 

@@ -6,94 +6,74 @@
 
 namespace cli {
 
-namespace {
+// Each gives one field of a node.
+struct FieldValues {
+  static std::string tag(FieldWriter&, _qo_html* node) { return node->tagName(); }
+  static std::string text(FieldWriter& writer, _qo_html* node) { return writer.view_.text(node); }
+  static std::string html(FieldWriter& writer, _qo_html* node) { return writer.view_.html(node); }
+  static std::string inner(FieldWriter& writer, _qo_html* node) {
+    return writer.view_.inner_html(node);
+  }
+  static std::string file(FieldWriter& writer, _qo_html*) { return writer.file_; }
 
-// What a field is made of.
-struct Match {
-  const PageView& view;
-  _qo_html* node;
-  const std::string& file;
-  const LineIndex& lines;
+  static std::size_t line(FieldWriter& writer, _qo_html* node) { return writer.place(node).line; }
+  static std::size_t column(FieldWriter& writer, _qo_html* node) {
+    return writer.place(node).column;
+  }
+  static std::size_t start(FieldWriter& writer, _qo_html* node) {
+    return writer.view_.page()->extent(node).begin;
+  }
+  static std::size_t end(FieldWriter& writer, _qo_html* node) {
+    return writer.view_.page()->extent(node).end;
+  }
+  static std::string path(FieldWriter& writer, _qo_html* node) {
+    const qo::Page& page = *writer.view_.page();
+    if (page.kind(node) != qo::NodeKind::element) return std::string();
+    if (!writer.paths_) writer.paths_.emplace(page);
+    return writer.paths_->path(node);
+  }
 
-  qo::Extent extent() const { return view.extent(node).value_or(qo::Extent{}); }
-  Place place() const { return lines.place(extent().begin); }
+  static JsonLine attributes(FieldWriter& writer, _qo_html* node) {
+    JsonLine members;
+    MemberNames names;
+    for (const Attribute& attribute : node->attributes) {
+      const std::string member = names.unique(attribute.name);
+      if (attribute.hasValue != 0) {
+        members.add(member, writer.view_.value(attribute));
+      } else {
+        members.add_true(member);
+      }
+    }
+    return members;
+  }
 };
 
-void add_attributes(const Match& match, const char* name, JsonLine& line) {
-  JsonLine members;
-  MemberNames names;
-  for (const Attribute& attribute : match.node->attributes) {
-    const std::string member = names.unique(attribute.name);
-    if (attribute.hasValue != 0) {
-      members.add(member, match.view.value(attribute));
-    } else {
-      members.add_true(member);
-    }
-  }
-  line.add_object(name, members);
-}
-
+// One of the functions is set.
 struct Field {
   const char* name;
   bool of_host;        // the library has it, too
   bool is_default[2];  // shown when none were chosen; for hosts
-  void (*add)(const Match& match, const char* name, JsonLine& line);
+  std::string (*text)(FieldWriter& writer, _qo_html* node);
+  std::size_t (*number)(FieldWriter& writer, _qo_html* node);
+  JsonLine (*object)(FieldWriter& writer, _qo_html* node);
 };
 
+namespace {
+
+using Values = FieldValues;
+
 constexpr Field fields[] = {
-    {"tag",
-     true,
-     {true, true},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.node->tagName());
-     }},
-    {"attrs", true, {true, true}, add_attributes},
-    {"text",
-     true,
-     {true, true},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.view.text(match.node));
-     }},
-    {"html",
-     true,
-     {false, true},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.view.html(match.node));
-     }},
-    {"inner",
-     true,
-     {false, false},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.view.inner_html(match.node));
-     }},
-    {"line",
-     false,
-     {true, false},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.place().line);
-     }},
-    {"column",
-     false,
-     {true, false},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.place().column);
-     }},
-    {"start",
-     false,
-     {true, false},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.extent().begin);
-     }},
-    {"end",
-     false,
-     {true, false},
-     [](const Match& match, const char* name, JsonLine& line) {
-       line.add(name, match.extent().end);
-     }},
-    {"file",
-     true,
-     {false, false},
-     [](const Match& match, const char* name, JsonLine& line) { line.add(name, match.file); }},
+    {"tag", true, {true, true}, Values::tag, nullptr, nullptr},
+    {"attrs", true, {true, true}, nullptr, nullptr, Values::attributes},
+    {"text", true, {true, true}, Values::text, nullptr, nullptr},
+    {"html", true, {false, true}, Values::html, nullptr, nullptr},
+    {"inner", true, {false, false}, Values::inner, nullptr, nullptr},
+    {"line", false, {true, false}, nullptr, Values::line, nullptr},
+    {"column", false, {true, false}, nullptr, Values::column, nullptr},
+    {"start", false, {true, false}, nullptr, Values::start, nullptr},
+    {"end", false, {true, false}, nullptr, Values::end, nullptr},
+    {"path", false, {false, false}, Values::path, nullptr, nullptr},
+    {"file", true, {false, false}, Values::file, nullptr, nullptr},
 };
 
 const Field* find_field(const std::string& name) {
@@ -113,26 +93,43 @@ std::vector<std::string> default_fields(bool host, bool with_file) {
   return names;
 }
 
-void check_fields(const std::vector<std::string>& names, bool host) {
+void check_fields(const std::string& option, const std::vector<std::string>& names, bool host) {
   for (const std::string& name : names) {
     const Field* const field = find_field(name);
     if (field == nullptr) {
       std::string known;
       for (const Field& one : fields) known += (known.empty() ? "" : ", ") + std::string(one.name);
-      throw Failure("--fields: " + quoted(name, 40) + " is none of " + known);
+      throw Failure(option + ": " + quoted(name, 40) + " is none of " + known);
     }
-    if (host && !field->of_host) throw Failure("--fields: the library has no \"" + name + "\"");
+    if (host && !field->of_host) throw Failure(option + ": the library has no \"" + name + "\"");
   }
 }
 
-std::string FieldWriter::line(_qo_html* node) const {
+std::string FieldWriter::line(_qo_html* node, const std::vector<std::string>& names) {
   JsonLine line;
-  const Match match{view_, node, file_, lines_};
-  for (const std::string& name : fields_) {
+  for (const std::string& name : names) {
     const Field& field = *find_field(name);
-    field.add(match, field.name, line);
+    if (field.text != nullptr) {
+      line.add(field.name, field.text(*this, node));
+    } else if (field.number != nullptr) {
+      line.add(field.name, field.number(*this, node));
+    } else {
+      line.add_object(field.name, field.object(*this, node));
+    }
   }
   return line.text();
+}
+
+std::string FieldWriter::text(_qo_html* node, const std::string& name) {
+  const Field& field = *find_field(name);
+  if (field.text != nullptr) return field.text(*this, node);
+  return field.number != nullptr ? std::to_string(field.number(*this, node))
+                                 : field.object(*this, node).text();
+}
+
+Place FieldWriter::place(_qo_html* node) {
+  if (!lines_) lines_.emplace(view_.page()->source());
+  return lines_->place(view_.page()->extent(node).begin);
 }
 
 }  // namespace cli

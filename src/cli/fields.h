@@ -1,13 +1,15 @@
-// What a line of JSON tells of a match.
+// What can be told of a match, by name: the fields of a line of JSON and the pseudo-columns.
 
 #ifndef QO_CLI_FIELDS_H
 #define QO_CLI_FIELDS_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "json_text.h"
 #include "line_index.h"
+#include "node_path.h"
 #include "page_view.h"
 
 namespace cli {
@@ -15,24 +17,31 @@ namespace cli {
 // The fields that are shown when none were chosen.
 std::vector<std::string> default_fields(bool host, bool with_file);
 
-// Throws Failure when one of them is no field, or none of the library's.
-void check_fields(const std::vector<std::string>& fields, bool host);
+// Throws Failure, which names the option, when one of them is no field, or none of the library's.
+void check_fields(const std::string& option, const std::vector<std::string>& fields, bool host);
 
-// One line of JSON for each match of a page.
+// Tells of the matches of one page.
 class FieldWriter {
  public:
-  // All must stay.
-  FieldWriter(const std::vector<std::string>& fields, const std::string& file, const PageView& view,
-              const LineIndex& lines)
-      : fields_(fields), file_(file), view_(view), lines_(lines) {}
+  // Both must stay.
+  FieldWriter(const std::string& file, const PageView& view) : file_(file), view_(view) {}
 
-  std::string line(_qo_html* node) const;
+  // A line of JSON.
+  std::string line(_qo_html* node, const std::vector<std::string>& fields);
+
+  // One field as text.
+  std::string text(_qo_html* node, const std::string& field);
+
+  Place place(_qo_html* node);
 
  private:
-  const std::vector<std::string>& fields_;
+  friend struct Field;
+  friend struct FieldValues;
+
   const std::string& file_;
   const PageView& view_;
-  const LineIndex& lines_;
+  std::optional<LineIndex> lines_;
+  std::optional<NodePaths> paths_;
 };
 
 }  // namespace cli

@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
+#include "signals.h"
 #include "text.h"
 
 namespace cli {
@@ -59,23 +59,6 @@ std::string read_all(int descriptor, const std::string& name) {
   return text;
 }
 
-// Holds back the signals that a user ends a program with, so that no temporary file stays behind.
-class SignalsHeld {
- public:
-  SignalsHeld() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&signals, number);
-    sigprocmask(SIG_BLOCK, &signals, &former_);
-  }
-  ~SignalsHeld() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
-  SignalsHeld(const SignalsHeld&) = delete;
-  SignalsHeld& operator=(const SignalsHeld&) = delete;
-
- private:
-  sigset_t former_;
-};
-
 // A new file in the folder of `target`, which it replaces in the end; until then it goes away with
 // this object.
 class Replacement {
@@ -85,7 +68,9 @@ class Replacement {
         folder_(target.substr(0, target.rfind('/') + 1)),
         path_(folder_ + ".qo-XXXXXX"),
         file_(mkostemp(path_.data(), O_CLOEXEC)) {
-    if (file_.number() < 0) fail(target);
+    if (file_.number() < 0) {
+      throw Failure(target + ": no new file can be made in its folder: " + std::strerror(errno));
+    }
   }
   ~Replacement() {
     if (!path_.empty()) ::unlink(path_.c_str());
@@ -98,11 +83,7 @@ class Replacement {
     write_all(file_.number(), text, target_);
     const int number = file_.number();
     if (like != nullptr) {
-      // Giving a file away is for the few who may.
-      const bool given = fchown(number, like->st_uid, like->st_gid) == 0 ||
-                         fchown(number, static_cast<uid_t>(-1), like->st_gid) == 0;
-      const mode_t special = given ? 07000 : 0;
-      if (fchmod(number, like->st_mode & (0777 | special)) != 0) fail(target_);
+      if (fchmod(number, like->st_mode & (0777 | kept_owner(number, *like))) != 0) fail(target_);
     } else {
       const mode_t mask = umask(0);
       umask(mask);
@@ -112,12 +93,17 @@ class Replacement {
     file_.close(target_);
   }
 
+  // Gives the file the owner and group of another, as far as the user may. Returns the bits of the
+  // mode that go with what was given.
+  static mode_t kept_owner(int number, const struct stat& like) {
+    const bool owner = fchown(number, like.st_uid, static_cast<gid_t>(-1)) == 0;
+    const bool group = fchown(number, static_cast<uid_t>(-1), like.st_gid) == 0;
+    return (owner ? S_ISUID : 0u) | (group ? S_ISGID : 0u) | S_ISVTX;
+  }
+
   void commit() {
     if (std::rename(path_.c_str(), target_.c_str()) != 0) fail(target_);
     path_.clear();
-    const Descriptor folder(
-        open(folder_.empty() ? "." : folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.number() >= 0) fsync(folder.number());
   }
 
  private:
@@ -148,16 +134,29 @@ std::string resolved(const std::string& path) {
   return target == nullptr ? path : target.get();
 }
 
+std::size_t count_names(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 ? static_cast<std::size_t>(status.st_nlink) : 0;
+}
+
 bool is_regular_file(const std::string& path) {
   struct stat status;
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+std::string shown_path(const std::string& path) {
+  return path == "-" ? "(standard input)" : path;
+}
+
 Input read_input(const std::string& path) {
-  if (path == "-") return {"(standard input)", read_all(STDIN_FILENO, "(standard input)")};
+  const std::string name = shown_path(path);
+  if (path == "-") return {name, read_all(STDIN_FILENO, name), 0};
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (file.number() < 0) fail(path);
-  return {path, read_all(file.number(), path)};
+  struct stat status;
+  const bool is_folder = fstat(file.number(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (is_folder) throw Failure(path + ": is a folder; -r reads the pages in it");
+  return {path, read_all(file.number(), path), 0};
 }
 
 void write_all(int descriptor, std::string_view text, const std::string& name) {

@@ -10,9 +10,13 @@ namespace cli {
 
 // A page before it is parsed.
 struct Input {
-  std::string name;  // as messages and results show it
+  std::string name;  // shown_path()
   std::string text;
+  std::size_t index = 0;  // among the files of the run
 };
+
+// A path as messages and results show it.
+std::string shown_path(const std::string& path);
 
 // Reads a file; "-" is standard input. Throws Failure.
 Input read_input(const std::string& path);
@@ -25,9 +29,12 @@ bool is_regular_file(const std::string& path);
 // Writes all of `text` to a file descriptor; `name` is for the message. Throws Failure.
 void write_all(int descriptor, std::string_view text, const std::string& name);
 
+// How many names a file has.
+std::size_t count_names(const std::string& path);
+
 // Gives the file the content `text`. Whatever happens meanwhile, the file holds all of its old or
-// all of its new content: a file in the same folder is written, flushed and renamed. Links are
-// followed and the mode stays; what is no regular file is written directly. Throws Failure.
+// all of its new content: a file in the same folder is written and renamed. Links are followed and
+// the mode stays; what is no regular file is written directly. Throws Failure.
 void replace_file(const std::string& path, std::string_view text);
 
 // Copies the file at `path` to `path` + `suffix`, in the same way.

@@ -6,7 +6,7 @@
 
 namespace {
 
-std::size_t tag_count = 0;
+thread_local std::size_t tag_count = 0;
 
 }  // namespace
 

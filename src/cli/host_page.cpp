@@ -16,45 +16,54 @@ namespace cli {
 
 namespace {
 
-// Takes what the library writes to a standard stream, and keeps whether a line told of memory that
-// ran out. Allocates nothing.
+// What a thread has written to a standard stream.
+struct LineState {
+  char text[200];
+  std::size_t length = 0;
+  bool ended = false;
+  bool told_shortage = false;
+};
+
+thread_local LineState line_states[2];
+
+// Takes what the library writes to a standard stream, and keeps for each thread whether a line told
+// of memory that ran out. Allocates nothing.
 class LibraryLines : public std::streambuf {
  public:
-  // `shortage`: the line that tells; empty: any does.
-  explicit LibraryLines(std::string_view shortage) : shortage_line_(shortage) {}
+  // `stream`: which of the streams. `shortage`: the line that tells; empty: any does.
+  LibraryLines(std::size_t stream, std::string_view shortage)
+      : stream_(stream), shortage_line_(shortage) {}
 
   // Whether memory ran out since the last call.
-  bool take_shortage() { return std::exchange(shortage_, false); }
+  bool take_shortage() const { return std::exchange(line_states[stream_].told_shortage, false); }
 
  protected:
   int_type overflow(int_type c) override {
-    if (ended_) length_ = 0;
-    ended_ = c == '\n';
-    if (ended_) {
-      const std::string_view line(text_, length_);
-      shortage_ = shortage_ || shortage_line_.empty() || line == shortage_line_;
-    } else if (length_ < sizeof text_) {
-      text_[length_++] = traits_type::to_char_type(c);
+    LineState& state = line_states[stream_];
+    if (state.ended) state.length = 0;
+    state.ended = c == '\n';
+    if (state.ended) {
+      const std::string_view line(state.text, state.length);
+      state.told_shortage = state.told_shortage || shortage_line_.empty() || line == shortage_line_;
+    } else if (state.length < sizeof state.text) {
+      state.text[state.length++] = traits_type::to_char_type(c);
     }
     return traits_type::not_eof(c);
   }
 
  private:
+  std::size_t stream_;
   std::string_view shortage_line_;
-  char text_[200];
-  std::size_t length_ = 0;
-  bool ended_ = false;
-  bool shortage_ = false;
 };
 
 // Never destroyed: the standard streams are flushed into them when the process ends.
 LibraryLines& output_lines() {
-  static LibraryLines* const lines = new LibraryLines("exception in parse attribute");
+  static LibraryLines* const lines = new LibraryLines(0, "exception in parse attribute");
   return *lines;
 }
 
 LibraryLines& error_lines() {
-  static LibraryLines* const lines = new LibraryLines("");
+  static LibraryLines* const lines = new LibraryLines(1, "");
   return *lines;
 }
 

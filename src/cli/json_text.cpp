@@ -35,9 +35,45 @@ std::string JsonWriter::write(const Json::Value& value) {
   return out_.str();
 }
 
+void append_json_string(std::string_view text, std::string& out) {
+  out += '"';
+  for (const char c : valid_utf8(text)) {
+    switch (c) {
+      case '"':
+      case '\\':
+        out += '\\';
+        out += c;
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
+      default:
+        if (static_cast<unsigned char>(c) < 0x20) {
+          char escape[7];
+          std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+          out += escape;
+        } else {
+          out += c;
+        }
+    }
+  }
+  out += '"';
+}
+
+void JsonArray::add(std::string_view text) {
+  if (!items_.empty()) items_ += ',';
+  append_json_string(text, items_);
+}
+
 void JsonLine::add(std::string_view name, std::string_view text) {
   begin(name);
-  append_string(text);
+  append_json_string(text, members_);
 }
 
 void JsonLine::add(std::string_view name, std::size_t number) {
@@ -57,39 +93,8 @@ void JsonLine::add_object(std::string_view name, const JsonLine& object) {
 
 void JsonLine::begin(std::string_view name) {
   if (!members_.empty()) members_ += ',';
-  append_string(name);
+  append_json_string(name, members_);
   members_ += ':';
-}
-
-void JsonLine::append_string(std::string_view text) {
-  members_ += '"';
-  for (const char c : valid_utf8(text)) {
-    switch (c) {
-      case '"':
-      case '\\':
-        members_ += '\\';
-        members_ += c;
-        break;
-      case '\n':
-        members_ += "\\n";
-        break;
-      case '\r':
-        members_ += "\\r";
-        break;
-      case '\t':
-        members_ += "\\t";
-        break;
-      default:
-        if (static_cast<unsigned char>(c) < 0x20) {
-          char escape[7];
-          std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-          members_ += escape;
-        } else {
-          members_ += c;
-        }
-    }
-  }
-  members_ += '"';
 }
 
 }  // namespace cli

@@ -38,6 +38,20 @@ class JsonWriter {
   std::ostringstream out_;
 };
 
+// Appends a text as a JSON string.
+void append_json_string(std::string_view text, std::string& out);
+
+// An array of strings on one line.
+class JsonArray {
+ public:
+  void add(std::string_view text);
+
+  std::string text() const { return "[" + items_ + "]"; }
+
+ private:
+  std::string items_;
+};
+
 // An object on one line, whose members stay in the order in which they come.
 class JsonLine {
  public:
@@ -50,8 +64,6 @@ class JsonLine {
 
  private:
   void begin(std::string_view name);
-  void append_string(std::string_view text);
-
   std::string members_;
 };
 

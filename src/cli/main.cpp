@@ -7,10 +7,35 @@
 
 #include <qo_page/selector.h>
 
+#include "command_line.h"
 #include "commands.h"
 #include "host_page.h"
+#include "messages.h"
 #include "session.h"
 #include "text.h"
+
+namespace {
+
+int run(const cli::Options& options) {
+  switch (options.command) {
+    case cli::Command::select:
+      return cli::run_select(options);
+    case cli::Command::table:
+      return cli::run_table(options);
+    case cli::Command::form:
+      return cli::run_form(options);
+    case cli::Command::edit:
+      return cli::run_edit(options);
+    case cli::Command::check:
+      return cli::run_check(options);
+    case cli::Command::tree:
+      return cli::run_tree(options);
+    default:
+      return cli::run_decode(options);
+  }
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   // Nobody to read the results is a quiet end, whatever the caller set.
@@ -19,7 +44,7 @@ int main(int argc, char** argv) {
     const std::optional<cli::Options> options = cli::read_command_line(argc, argv);
     if (!options) return cli::status_found;
     cli::silence_library();
-    return std::visit([](const auto& chosen) { return cli::run(chosen); }, *options);
+    return run(*options);
   } catch (const qo::SelectorError& error) {
     cli::complain(std::string("selector: ") + error.what());
     cli::complain_of_place(error.shown());

@@ -1,82 +1,77 @@
-// What the command line asks for: one struct for each subcommand.
+// What the command line asks for.
 
 #ifndef QO_CLI_OPTIONS_H
 #define QO_CLI_OPTIONS_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include <qo_page/edits.h>
 
 namespace cli {
 
-struct CommonOptions {
-  std::string color = "auto";  // or "always" or "never"
-  std::string output;          // the file that results go to; empty: standard output
-  bool templates = true;       // template code is opaque
-};
+enum class Command { select, table, form, edit, check, tree, decode };
 
-// For what can read a page as a host process would.
-struct ReadingOptions : CommonOptions {
-  bool host = false;
-  bool drop_comments = false;  // this and the next: for hosts only
-  bool strict = false;
-};
+// What is printed of what was found.
+enum class Show { html, inner, text, columns, json, count, names, names_without, nothing };
 
-struct SelectOptions : ReadingOptions {
-  enum class Show { html, inner, text, attributes, json, count, names, nothing };
+enum class FormShape { nested, pairs, urlencoded };
 
+// Some operations on what a selector finds.
+struct Edit {
   std::string selector;
+  std::vector<qo::Operation> operations;  // in the order in which they were given
+  std::string origin;                     // for messages: "FILE:LINE: " where it comes from a file
+};
+
+// The members that belong to other commands keep their values.
+struct Options {
+  Command command = Command::select;
+
+  // --- Where results go ---
+  std::string color = "auto";  // or "always" or "never"
+  std::string output;          // a file; empty: standard output
+
+  // --- What is read, and how ---
   std::vector<std::string> files;
-  Show show = Show::html;
-  std::vector<std::string> attributes;
-  std::vector<std::string> fields;  // of JSON lines
-  bool raw = false;                 // texts and values as written
+  bool recursive = false;
+  std::vector<std::string> include, exclude;  // globs
+  std::size_t threads = 0;                    // 0: as many as there are cores
+  bool templates = true;                      // template code is opaque
+  bool host = false;  // as a host process does; the next two: for hosts only
+  bool drop_comments = false;
+  bool strict = false;
+  std::string selector;  // for tree: what to highlight
+
+  // --- What is printed ---
+  std::optional<Show> show;
+  std::vector<std::string> columns;  // attributes and pseudo-columns
+  std::vector<std::string> fields;   // of JSON lines
+  bool raw = false;                  // texts and values as written
+  bool squeeze = false;              // as a person reads them
+  bool csv = false;
+  bool line_numbers = false;
   bool first_only = false;
   bool end_with_nul = false;
-  bool with_name = false;  // each result has the file's name in front
-};
-
-struct FormOptions : ReadingOptions {
-  std::string selector = "form";
-  std::string file = "-";
-  bool all = false;
+  std::optional<bool> with_name;  // each result has the file's name in front; default: of several
+  bool all = false;               // forms
   bool compact = false;
-};
+  FormShape form_shape = FormShape::nested;
+  std::optional<std::string> submitter;
+  bool bytes = false;      // tell as well where the library would write other bytes
+  bool blanks = false;     // show text nodes that are nothing but white space
+  bool tree_page = false;  // a page that shows the tree
 
-struct EditOptions : CommonOptions {
-  std::string selector;
-  std::vector<std::string> files;
-  std::vector<qo::Operation> operations;  // in the order in which they were given
+  // --- What is changed ---
+  std::vector<qo::Operation> operations;
+  std::string script;       // the file that the edits are in
+  std::vector<Edit> edits;  // of the script, or the one of the command line
   bool in_place = false;
   std::string backup_suffix;
   bool show_diff = false;
 };
-
-struct CheckOptions : CommonOptions {
-  std::vector<std::string> files;
-  bool bytes = false;  // tell as well where the library would write other bytes
-};
-
-struct TreeOptions : ReadingOptions {
-  std::string file = "-";
-  bool html = false;
-  std::string selector;
-  bool blanks = false;  // show text nodes that are nothing but white space
-};
-
-struct DecodeOptions : ReadingOptions {
-  std::string file = "-";
-};
-
-using Options =
-    std::variant<SelectOptions, FormOptions, EditOptions, CheckOptions, TreeOptions, DecodeOptions>;
-
-// Null when the command line asked for help or the version only, which were then printed. Throws
-// Failure.
-std::optional<Options> read_command_line(int argc, char** argv);
 
 }  // namespace cli
 

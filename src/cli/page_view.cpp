@@ -18,7 +18,9 @@ class OwnView : public PageView {
   OwnView(qo::Page page, const qo::Selector& selector, qo::TextForm form)
       : page_(std::move(page)), selector_(selector), form_(form) {}
 
-  std::vector<_qo_html*> matches() const override { return page_.select(selector_); }
+  std::vector<_qo_html*> matches(std::size_t most) const override {
+    return page_.select(selector_, most);
+  }
   std::string html(_qo_html* node) const override { return std::string(page_.html(node)); }
   std::string inner_html(_qo_html* node) const override {
     return std::string(page_.inner_html(node));
@@ -31,8 +33,7 @@ class OwnView : public PageView {
     return form_ == qo::TextForm::written ? attribute.value
                                           : qo::decode(attribute.value, qo::DecodeMode::attribute);
   }
-  std::optional<qo::Extent> extent(_qo_html* node) const override { return page_.extent(node); }
-  std::string_view source() const override { return page_.source(); }
+  const qo::Page* page() const override { return &page_; }
 
  private:
   qo::Page page_;
@@ -45,7 +46,7 @@ class HostView : public PageView {
   HostView(Document document, std::string selector)
       : document_(std::move(document)), selector_(std::move(selector)) {}
 
-  std::vector<_qo_html*> matches() const override {
+  std::vector<_qo_html*> matches(std::size_t /*most*/) const override {
     return find_matches(document_.get(), selector_);
   }
   std::string html(_qo_html* node) const override { return node->outerHTML(); }
@@ -56,8 +57,7 @@ class HostView : public PageView {
     return node->get_attribute(name);
   }
   std::string value(const Attribute& attribute) const override { return attribute.value; }
-  std::optional<qo::Extent> extent(_qo_html*) const override { return std::nullopt; }
-  std::string_view source() const override { return std::string_view(); }
+  const qo::Page* page() const override { return nullptr; }
 
  private:
   Document document_;
@@ -66,7 +66,7 @@ class HostView : public PageView {
 
 }  // namespace
 
-qo::Page read_page(Input& input, const CommonOptions& options) {
+qo::Page read_page(Input& input, const Options& options) {
   try {
     return qo::Page(std::move(input.text), qo::PageOptions{options.templates});
   } catch (const qo::Error& error) {
@@ -74,8 +74,7 @@ qo::Page read_page(Input& input, const CommonOptions& options) {
   }
 }
 
-PageReader make_reader(const ReadingOptions& options, const std::string& selector,
-                       qo::TextForm form) {
+PageReader make_reader(const Options& options, const std::string& selector, qo::TextForm form) {
   if (options.host) {
     give_hints(selector, options.strict);
     return [&options, selector](Input& input) {

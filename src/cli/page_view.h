@@ -3,6 +3,8 @@
 #ifndef QO_CLI_PAGE_VIEW_H
 #define QO_CLI_PAGE_VIEW_H
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,8 +23,8 @@ class PageView {
  public:
   virtual ~PageView() = default;
 
-  // What the selector finds, in document order.
-  virtual std::vector<_qo_html*> matches() const = 0;
+  // What the selector finds, in document order; where that saves time, not more than `most`.
+  virtual std::vector<_qo_html*> matches(std::size_t most = SIZE_MAX) const = 0;
 
   // Of a node of the page. The bytes are as written or, for the library, as it writes them.
   virtual std::string html(_qo_html* node) const = 0;
@@ -31,21 +33,19 @@ class PageView {
   virtual std::optional<std::string> attribute(_qo_html* node, const std::string& name) const = 0;
   virtual std::string value(const Attribute& attribute) const = 0;
 
-  // Nothing for the library, which keeps no places and no source.
-  virtual std::optional<qo::Extent> extent(_qo_html* node) const = 0;
-  virtual std::string_view source() const = 0;
+  // Null for the library, which keeps no places and no source.
+  virtual const qo::Page* page() const = 0;
 };
 
 // Takes the text of the input along.
 using PageReader = std::function<std::unique_ptr<PageView>(Input&)>;
 
-// A reader with a selector, which is read at once. Throws what is wrong with the selector; the
-// reader throws Failure for a page that cannot be read.
-PageReader make_reader(const ReadingOptions& options, const std::string& selector,
-                       qo::TextForm form);
+// A reader with a selector, which is read at once; it may be called by several threads. Throws what
+// is wrong with the selector; the reader throws Failure for a page that cannot be read.
+PageReader make_reader(const Options& options, const std::string& selector, qo::TextForm form);
 
 // The page itself. Throws Failure.
-qo::Page read_page(Input& input, const CommonOptions& options);
+qo::Page read_page(Input& input, const Options& options);
 
 }  // namespace cli
 

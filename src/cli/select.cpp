@@ -1,3 +1,4 @@
+#include "columns.h"
 #include "commands.h"
 #include "fields.h"
 #include "page_view.h"
@@ -8,55 +9,92 @@ namespace cli {
 
 namespace {
 
-using Show = SelectOptions::Show;
+qo::TextForm text_form(const Options& options) {
+  if (options.raw) return qo::TextForm::written;
+  return options.squeeze ? qo::TextForm::readable : qo::TextForm::decoded;
+}
 
 class Selecting {
  public:
-  explicit Selecting(const SelectOptions& options)
+  explicit Selecting(const Options& options)
       : options_(options),
         session_(options),
-        read_(make_reader(options, options.selector,
-                          options.raw ? qo::TextForm::written : qo::TextForm::decoded)),
+        read_(make_reader(options, options.selector, text_form(options))),
+        columns_(options),
         fields_(options.fields) {
-    if (fields_.empty()) fields_ = default_fields(options.host, options.with_name);
-    check_fields(fields_, options.host);
+    if (fields_.empty()) fields_ = default_fields(options.host, session_.shows_names());
+    check_fields("select: --fields", fields_, options.host);
   }
 
   int run() {
-    return session_.run(options_.files, [this](Input& input) { return page(input); });
+    const int status = session_.run([this](Input& input, Output& out) { return page(input, out); });
+    for (const std::string& name : columns_.missing()) {
+      complain("no match has an attribute " + quoted(name, 60));
+    }
+    return status;
   }
 
  private:
-  Found page(Input& input) {
+  // How many matches of a page are of interest.
+  std::size_t most() const {
+    switch (*options_.show) {
+      case Show::names:
+      case Show::names_without:
+      case Show::nothing:
+        return 1;
+      default:
+        return options_.first_only ? 1 : SIZE_MAX;
+    }
+  }
+
+  Found page(Input& input, Output& out) {
     const std::unique_ptr<PageView> view = read_(input);
-    std::vector<_qo_html*> matches = view->matches();
-    if (options_.first_only && matches.size() > 1) matches.resize(1);
+    std::vector<_qo_html*> matches = view->matches(most());
+    if (matches.size() > most()) matches.resize(most());
     const Found found = matches.empty() ? Found::nothing : Found::something;
-    switch (options_.show) {
+    switch (*options_.show) {
       case Show::nothing:
         return matches.empty() ? Found::nothing : Found::enough;
       case Show::count:
-        result(input, std::to_string(matches.size()));
+        if (session_.shows_names()) name(input, ":", out);
+        out.write(std::to_string(matches.size()) + end());
         return found;
       case Show::names:
-        if (matches.empty()) return found;
-        name(input, "");
-        session_.out().write(end());
-        return found;
-      case Show::attributes:
-        for (_qo_html* node : matches) attributes(input, *view, node);
-        return found;
-      case Show::json:
-        json(input, *view, matches);
-        return found;
+      case Show::names_without:
+        if (matches.empty() != (options_.show == Show::names_without)) return Found::nothing;
+        name(input, "", out);
+        out.write(end());
+        return Found::something;
       default:
-        for (_qo_html* node : matches) result(input, shown(*view, node));
+        print(input, *view, matches, out);
         return found;
     }
   }
 
-  std::string shown(const PageView& view, _qo_html* node) const {
-    switch (options_.show) {
+  void print(const Input& input, const PageView& view, const std::vector<_qo_html*>& matches,
+             Output& out) const {
+    FieldWriter writer(input.name, view);
+    for (_qo_html* node : matches) {
+      const std::optional<std::string> shown = result(writer, view, node);
+      if (!shown) continue;
+      const bool is_plain = options_.show != Show::json;
+      if (is_plain && session_.shows_names()) name(input, ":", out);
+      if (is_plain && options_.line_numbers) {
+        out.paint("32", std::to_string(writer.place(node).line));
+        out.paint("36", ":");
+      }
+      out.write(*shown);
+      out.write(end());
+    }
+  }
+
+  std::optional<std::string> result(FieldWriter& writer, const PageView& view,
+                                    _qo_html* node) const {
+    switch (*options_.show) {
+      case Show::json:
+        return writer.line(node, fields_);
+      case Show::columns:
+        return columns_.line(writer, view, node);
       case Show::inner:
         return view.inner_html(node);
       case Show::text:
@@ -66,47 +104,23 @@ class Selecting {
     }
   }
 
-  // A line with the values of the wanted attributes, for a node that has any of them.
-  void attributes(const Input& input, const PageView& view, _qo_html* node) {
-    std::string line;
-    bool any = false;
-    for (const std::string& wanted : options_.attributes) {
-      if (&wanted != &options_.attributes.front()) line += '\t';
-      const std::optional<std::string> value = view.attribute(node, wanted);
-      any = any || value;
-      line += value.value_or("");
-    }
-    if (any) result(input, line);
-  }
-
-  void json(const Input& input, const PageView& view, const std::vector<_qo_html*>& matches) {
-    const LineIndex lines(view.source());
-    const FieldWriter writer(fields_, input.name, view, lines);
-    for (_qo_html* node : matches) session_.out().write(writer.line(node) + end());
-  }
-
-  void result(const Input& input, std::string_view text) {
-    if (options_.with_name) name(input, ":");
-    session_.out().write(text);
-    session_.out().write(end());
-  }
-
-  void name(const Input& input, std::string_view separator) {
-    session_.out().paint("35", input.name);
-    session_.out().paint("36", separator);
+  void name(const Input& input, std::string_view separator, Output& out) const {
+    out.paint("35", input.name);
+    out.paint("36", separator);
   }
 
   std::string end() const { return std::string(1, options_.end_with_nul ? '\0' : '\n'); }
 
-  const SelectOptions& options_;
+  const Options& options_;
   Session session_;
   PageReader read_;
+  Columns columns_;
   std::vector<std::string> fields_;
 };
 
 }  // namespace
 
-int run(const SelectOptions& options) {
+int run_select(const Options& options) {
   return Selecting(options).run();
 }
 

@@ -1,131 +1,144 @@
 #include "session.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <new>
-#include <optional>
+#include <thread>
+#include <utility>
 
 #include <qo_page/page.h>
 
+#include "folders.h"
 #include "host_page.h"
+#include "signals.h"
 #include "text.h"
 
 namespace cli {
 
 namespace {
 
-constexpr std::size_t buffer_size = 1 << 16;
+// How many results may wait for the one whose turn it is.
+constexpr std::size_t most_early = 256;
 
-void write_to_stderr(const std::string& text) {
-  try {
-    write_all(STDERR_FILENO, text, "standard error");
-  } catch (const Failure&) {
-    // There is nowhere left to say it.
-  }
-}
-
-// "auto": on a terminal, unless the user's environment says no.
-bool wants_color(const CommonOptions& options) {
-  if (options.color != "auto") return options.color == "always";
-  const char* const no_color = std::getenv("NO_COLOR");
-  const char* const terminal = std::getenv("TERM");
-  return options.output.empty() && (no_color == nullptr || *no_color == '\0') &&
-         terminal != nullptr && std::string_view(terminal) != "dumb" && isatty(STDOUT_FILENO) == 1;
+std::size_t thread_count(const Options& options, std::size_t files) {
+  const std::size_t wanted = options.threads != 0
+                                 ? options.threads
+                                 : std::max<std::size_t>(1, std::thread::hardware_concurrency());
+  return std::min(wanted, files);
 }
 
 }  // namespace
 
-void complain(std::string_view message) {
-  write_to_stderr("qo: " + printable(message) + "\n");
+Session::Session(const Options& options)
+    : options_(options),
+      sink_(options),
+      files_(find_files(options, failed_)),
+      progress_(files_.size()) {}
+
+bool Session::shows_names() const {
+  return options_.with_name.value_or(options_.recursive || options_.files.size() > 1);
 }
 
-void complain_of_place(std::string_view lines) {
-  while (!lines.empty()) {
-    const std::string_view line = lines.substr(0, lines.find('\n'));
-    write_to_stderr("  " + printable(line) + "\n");
-    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
-  }
-}
-
-Progress::Progress(std::size_t total)
-    : total_(total),
-      wanted_(total > 1 && isatty(STDERR_FILENO) == 1),
-      next_(Clock::now() + std::chrono::seconds(1)) {}
-
-void Progress::done(std::size_t count) {
-  if (!wanted_ || Clock::now() < next_) return;
-  next_ = Clock::now() + std::chrono::milliseconds(100);
-  write_to_stderr("\r" + std::to_string(count) + " of " + std::to_string(total_) + " files");
-  shown_ = true;
-}
-
-void Progress::clear() {
-  if (shown_) write_to_stderr("\r\x1b[K");
-  shown_ = false;
-}
-
-Output::Output(const CommonOptions& options)
-    : path_(options.output), colored_(wants_color(options)) {}
-
-void Output::write(std::string_view text) {
-  pending_ += text;
-  if (pending_.size() >= buffer_size) flush(false);
-}
-
-void Output::paint(const char* color, std::string_view text) {
-  if (colored_ && *color != '\0') {
-    pending_.append("\x1b[").append(color).append("m");
-    write(text);
-    write("\x1b[m");
+int Session::run(const Work& work) {
+  std::optional<SignalsHeld> signals;
+  if (options_.in_place) signals_ = &signals.emplace();
+  const std::size_t threads = thread_count(options_, files_.size());
+  if (threads > 1) {
+    run_threads(work, threads);
   } else {
-    write(text);
+    run_alone(work);
+  }
+  progress_.clear();
+  complaints_.finish();
+  if (found_ == Found::enough) return status_found;
+  sink_.finish();
+  if (failed_ > 0) return status_failed;
+  return found_ == Found::nothing ? status_not_found : status_found;
+}
+
+bool Session::must_stop() const {
+  return found_ == Found::enough || (signals_ != nullptr && signals_->is_pending());
+}
+
+void Session::run_alone(const Work& work) {
+  for (std::size_t i = 0; i < files_.size() && !must_stop(); ++i) {
+    report(shown_path(files_[i]), work_on(i, work, &sink_));
   }
 }
 
-void Output::flush(bool last) {
-  if (path_.empty()) {
-    write_all(STDOUT_FILENO, pending_, "standard output");
-    pending_.clear();
-  } else if (last) {
-    replace_file(path_, pending_);
+void Session::run_threads(const Work& work, std::size_t count) {
+  std::vector<std::thread> threads;
+  try {
+    while (threads.size() < count) threads.emplace_back([this, &work] { run_thread(work); });
+  } catch (const std::system_error&) {
+    if (threads.empty()) run_thread(work);  // fewer will do
+  }
+  for (std::thread& thread : threads) thread.join();
+  if (failure_ != nullptr) std::rethrow_exception(failure_);
+}
+
+void Session::run_thread(const Work& work) {
+  try {
+    while (const std::optional<std::size_t> index = claim()) {
+      deliver(*index, work_on(*index, work, nullptr));
+    }
+  } catch (...) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (failure_ == nullptr) failure_ = std::current_exception();
+    reported_more_.notify_all();
   }
 }
 
-int Session::run(std::vector<std::string> files, const std::function<Found(Input&)>& work) {
-  if (files.empty()) files.emplace_back("-");
-  Progress progress(files.size());
-  std::size_t count = 0;
-  std::size_t failed = 0;
-  Found found = Found::nothing;
-  for (const std::string& file : files) {
-    std::optional<std::string> complaint;
-    try {
-      Input input = read_input(file);
-      const Found here = work(input);
-      require_memory();
-      found = std::max(found, here);
-    } catch (const Failure& failure) {
-      complaint = failure.what();
-    } catch (const qo::Error& error) {
-      complaint = file + ": " + error.what();
-    } catch (const std::bad_alloc&) {
-      complaint = file + ": out of memory";
-    }
-    if (complaint || out_.has_pending()) progress.clear();
-    out_.flush(false);
-    if (complaint) {
-      complain(*complaint);
-      ++failed;
-    }
-    if (found == Found::enough) return status_found;
-    progress.done(++count);
+// The next file to work on, once the results of those before it are not too many; nothing at the
+// end.
+std::optional<std::size_t> Session::claim() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  reported_more_.wait(lock, [this] {
+    return claimed_ < reported_ + most_early || failure_ != nullptr || must_stop();
+  });
+  if (claimed_ == files_.size() || failure_ != nullptr || must_stop()) return std::nullopt;
+  return claimed_++;
+}
+
+void Session::deliver(std::size_t index, Result result) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  early_.emplace(index, std::move(result));
+  for (auto next = early_.find(reported_); next != early_.end() && found_ != Found::enough;
+       next = early_.find(reported_)) {
+    report(shown_path(files_[next->first]), next->second);
+    early_.erase(next);
   }
-  progress.clear();
-  if (failed < files.size()) out_.flush(true);
-  if (failed > 0) return status_failed;
-  return found == Found::nothing ? status_not_found : status_found;
+  reported_more_.notify_all();
+}
+
+Session::Result Session::work_on(std::size_t index, const Work& work, Sink* sink) const {
+  const std::string file = shown_path(files_[index]);
+  Result result;
+  Output out(sink_.is_colored(), sink);
+  try {
+    Input input = read_input(files_[index]);
+    input.index = index;
+    result.found = work(input, out);
+    require_memory();
+  } catch (const Failure& failure) {
+    result.complaint = failure.what();
+  } catch (const qo::Error& error) {
+    result.complaint = file + ": " + error.what();
+  } catch (const std::bad_alloc&) {
+    result.complaint = file + ": out of memory";
+  }
+  result.text = out.kept();
+  return result;
+}
+
+void Session::report(const std::string& file, const Result& result) {
+  if (result.complaint || !result.text.empty()) progress_.clear();
+  sink_.write(result.text);
+  if (result.complaint) {
+    complaints_.add(file, *result.complaint);
+    ++failed_;
+  }
+  found_ = std::max(found_, result.found);
+  progress_.done(++reported_);
 }
 
 }  // namespace cli

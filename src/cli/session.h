@@ -1,16 +1,23 @@
-// One run of the tool over its files: where results go, what went wrong, and the exit status.
+// One run of the tool over its files: the work on each, results in the order of the files, what
+// went wrong, and the exit status.
 
 #ifndef QO_CLI_SESSION_H
 #define QO_CLI_SESSION_H
 
-#include <chrono>
+#include <condition_variable>
+#include <exception>
 #include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "files.h"
+#include "messages.h"
 #include "options.h"
+#include "output.h"
+#include "progress.h"
 
 namespace cli {
 
@@ -19,65 +26,58 @@ enum ExitStatus { status_found = 0, status_not_found = 1, status_failed = 2 };
 // What one file gave; after `enough`, no more files are read.
 enum class Found { nothing, something, enough };
 
-// Writes "qo: MESSAGE" to standard error, on one line.
-void complain(std::string_view message);
-
-// Writes some lines to standard error, each with two blanks in front.
-void complain_of_place(std::string_view lines);
-
-// Tells on standard error how far the work is, when that is a terminal and the work takes long.
-class Progress {
- public:
-  explicit Progress(std::size_t total);
-
-  void done(std::size_t count);
-
-  // Takes the line off the terminal, so that something else can be written.
-  void clear();
-
- private:
-  using Clock = std::chrono::steady_clock;
-
-  std::size_t total_;
-  bool wanted_;
-  bool shown_ = false;
-  Clock::time_point next_;
-};
-
-// Results, on standard output or for a file that is written when all work is done.
-class Output {
- public:
-  explicit Output(const CommonOptions& options);
-
-  void write(std::string_view text);
-
-  // `text` in one of the terminal's colors, such as "1;31", or in its own (""), where colors are
-  // wanted.
-  void paint(const char* color, std::string_view text);
-
-  bool has_pending() const { return !pending_.empty(); }
-
-  // Passes on what was written; to a file, only when `last` is set.
-  void flush(bool last);
-
- private:
-  std::string path_;
-  bool colored_;
-  std::string pending_;
-};
+// Does the work on one file. It is called by several threads.
+using Work = std::function<Found(Input& input, Output& out)>;
 
 class Session {
  public:
-  explicit Session(const CommonOptions& options) : out_(options) {}
+  // Finds the files. Throws Failure.
+  explicit Session(const Options& options);
 
-  Output& out() { return out_; }
+  // Those to work on; "-" is standard input.
+  const std::vector<std::string>& files() const { return files_; }
 
-  // Reads one file after the other ("-" or none: standard input) and gives it to `work`. A Failure
-  // costs a message and the status, and the next file is read. Returns the exit status.
-  int run(std::vector<std::string> files, const std::function<Found(Input&)>& work);
+  // Whether results have the name of their file in front.
+  bool shows_names() const;
+
+  // Reads the files and gives them to `work`. A Failure costs a message and the status, and the
+  // next file is read. Returns the exit status. Throws Failure when results cannot be written.
+  int run(const Work& work);
 
  private:
-  Output out_;
+  struct Result {
+    Found found = Found::nothing;
+    std::string text;
+    std::optional<std::string> complaint;
+  };
+
+  Result work_on(std::size_t index, const Work& work, Sink* sink) const;
+  void run_alone(const Work& work);
+  void run_threads(const Work& work, std::size_t count);
+  void run_thread(const Work& work);
+  std::optional<std::size_t> claim();
+  void deliver(std::size_t index, Result result);
+  void report(const std::string& file, const Result& result);
+  bool must_stop() const;
+
+  const Options& options_;
+  Sink sink_;
+  std::size_t failed_ = 0;
+  std::vector<std::string> files_;
+  FileComplaints complaints_;
+  Progress progress_;
+  const class SignalsHeld* signals_ = nullptr;  // while files are written to
+
+  // What was reported so far.
+  Found found_ = Found::nothing;
+  std::size_t reported_ = 0;
+
+  // What threads share; all of it, and the above, is used with `mutex_` held.
+  std::mutex mutex_;
+  std::condition_variable reported_more_;
+  std::size_t claimed_ = 0;
+  std::map<std::size_t, Result> early_;  // results whose turn has not come
+  std::exception_ptr failure_;
 };
 
 }  // namespace cli

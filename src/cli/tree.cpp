@@ -32,7 +32,7 @@ std::string indentation(std::size_t level) {
 class Outline {
  public:
   // `page`: what the nodes belong to; null when they are the library's.
-  Outline(const TreeOptions& options, Output& out, const qo::Page* page)
+  Outline(const Options& options, Output& out, const qo::Page* page)
       : options_(options), out_(out), page_(page) {}
 
   void write(_qo_html* document) {
@@ -79,12 +79,12 @@ class Outline {
     out_.paint("34", end);
   }
 
-  const TreeOptions& options_;
+  const Options& options_;
   Output& out_;
   const qo::Page* page_;
 };
 
-void write_outline(const TreeOptions& options, Input& input, Output& out) {
+void write_outline(const Options& options, Input& input, Output& out) {
   if (options.host) {
     const Document document = parse_page(input, options.drop_comments);
     Outline(options, out, nullptr).write(document.get());
@@ -96,7 +96,7 @@ void write_outline(const TreeOptions& options, Input& input, Output& out) {
 
 }  // namespace
 
-int run(const TreeOptions& options) {
+int run_tree(const Options& options) {
   std::optional<qo::Selector> selector;
   if (options.host) {
     give_hints(options.selector, options.strict);
@@ -104,11 +104,11 @@ int run(const TreeOptions& options) {
     selector.emplace(options.selector);
   }
   Session session(options);
-  return session.run({options.file}, [&](Input& input) {
-    if (options.html) {
-      session.out().write(tree_page(input, options, selector));
+  return session.run([&](Input& input, Output& out) {
+    if (options.tree_page) {
+      out.write(tree_page(input, options, selector));
     } else {
-      write_outline(options, input, session.out());
+      write_outline(options, input, out);
     }
     return Found::something;
   });

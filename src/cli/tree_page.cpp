@@ -107,7 +107,7 @@ std::string page_rows(const qo::Page& page, const std::optional<qo::Selector>& s
 }
 
 // The library's tree, or why there is none.
-std::string host_rows(const std::string& source, const TreeOptions& options) {
+std::string host_rows(const std::string& source, const Options& options) {
   const Document document = try_to_parse(source, options.drop_comments);
   if (document == nullptr) {
     const Refusal refusal = find_refusal(source);
@@ -120,7 +120,7 @@ std::string host_rows(const std::string& source, const TreeOptions& options) {
 
 }  // namespace
 
-std::string tree_page(Input& input, const TreeOptions& options,
+std::string tree_page(Input& input, const Options& options,
                       const std::optional<qo::Selector>& selector) {
   const qo::Page page = read_page(input, options);
   return std::string() +

@@ -17,7 +17,7 @@ namespace cli {
 // two at a time, with the matches of the selector highlighted in the first or, by --host, in the
 // second. `selector`: the one for the first. Nothing of the input is ever run or loaded. Throws
 // Failure. Takes the text of the input along.
-std::string tree_page(Input& input, const TreeOptions& options,
+std::string tree_page(Input& input, const Options& options,
                       const std::optional<qo::Selector>& selector);
 
 }  // namespace cli

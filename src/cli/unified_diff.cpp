@@ -1,10 +1,9 @@
 #include "unified_diff.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <vector>
-
-#include "text.h"
 
 namespace cli {
 
@@ -105,6 +104,26 @@ class Hunk {
   std::string lines_;
 };
 
+// As patch reads it: a name with odd characters is in quotes, with escapes, and a tab tells where
+// one with blanks ends.
+std::string header_name(const std::string& name) {
+  std::string escaped;
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') {
+      escaped += {'\\', c};
+    } else if (byte < 0x20 || byte == 0x7F) {
+      char escape[5];
+      std::snprintf(escape, sizeof escape, "\\%03o", static_cast<unsigned>(byte));
+      escaped += escape;
+    } else {
+      escaped += c;
+    }
+  }
+  if (escaped != name) return '"' + escaped + '"';
+  return name.find(' ') == std::string::npos ? name : name + "\t";
+}
+
 }  // namespace
 
 std::string unified_diff(std::string_view old_text, const qo::EditedSource& edited,
@@ -142,8 +161,7 @@ std::string unified_diff(std::string_view old_text, const qo::EditedSource& edit
   }
   if (!hunk) return out;
   hunk->keep(first_lines(old_text.substr(position), context_lines));
-  // A tab tells where a name with blanks ends.
-  const std::string shown = printable(name) + (name.find(' ') == std::string::npos ? "" : "\t");
+  const std::string shown = header_name(name);
   return "--- " + shown + "\n+++ " + shown + "\n" + out + hunk->text();
 }
 

@@ -25,9 +25,19 @@ class Node : public _qo_html {
   Tag name = Tag::unknown;   // of an element, whatever its case
 };
 
+// Where in the source controls belong to a form, wherever in the tree they are: from its start tag
+// on, to the next </form>.
+struct FormRange {
+  std::size_t begin;
+  std::size_t end;
+};
+
 // The root of a page.
 class DocumentNode : public Node {
  public:
+  // Those of all forms but for the ones in a template, and in other forms, which a browser drops.
+  std::vector<FormRange> form_ranges;
+
   // The elements of each known name, in document order: what looks for a name need not walk.
   std::vector<Node*> elements[static_cast<std::size_t>(Tag::count)];
 };

@@ -23,6 +23,14 @@ bool drops_line_break(const Node& text) {
 
 }  // namespace
 
+std::size_t line_break_length(std::string_view text) {
+  if (text.substr(0, 2) == "\r\n") return 2;
+  if (text.substr(0, 1) == "\r" || text.substr(0, 1) == "\n") return 1;
+  const std::size_t length =
+      text.substr(0, 1) == "&" ? reference_length(text, 0, DecodeMode::text) : 0;
+  return decode(text.substr(0, length)) == "\n" ? length : 0;
+}
+
 bool is_hidden(const Node& node) {
   return node.kind == NodeKind::comment || node.kind == NodeKind::code ||
          node.kind == NodeKind::doctype ||
@@ -39,8 +47,7 @@ bool is_literal(const Node& text) {
 std::string characters_of(const Node& node) {
   std::string_view text = node.text;
   if (drops_line_break(node)) {
-    if (text.substr(0, 1) == "\r") text.remove_prefix(1);
-    if (text.substr(0, 1) == "\n") text.remove_prefix(1);
+    text.remove_prefix(line_break_length(text));
   }
   return is_literal(node) ? std::string(text) : decode(text, DecodeMode::text);
 }

@@ -3,7 +3,9 @@
 #ifndef QO_PAGE_NODE_TEXT_H
 #define QO_PAGE_NODE_TEXT_H
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 #include <qo_page/node.h>
 
@@ -17,6 +19,9 @@ std::string characters_of(const Node& node);
 
 // Whether a text node is as it is written, without references.
 bool is_literal(const Node& text);
+
+// That of the line break that a text begins with, be it written as a reference; 0 for none.
+std::size_t line_break_length(std::string_view text);
 
 // The text of the node and all that is below it, but for what is hidden there.
 std::string text_of(const Node& node, TextForm form);

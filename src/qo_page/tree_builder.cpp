@@ -96,7 +96,7 @@ void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
   end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
   const Space space = tag == Tag::svg_ ? Space::svg : tag == Tag::math_ ? Space::math : Space::html;
-  if (tag == Tag::form_) form_ = token.extent.begin;
+  if (tag == Tag::form_ && !in_template()) begin_form(token);
   auto node = make_element(token, tag, space);
   if (is_empty) return append_whole(std::move(node));
   open(std::move(node));
@@ -114,10 +114,15 @@ bool TreeBuilder::is_repeated(Tag tag) {
     case Tag::body_:
       return std::exchange(has_body_, true);
     case Tag::form_:
-      return form_ != no_form && open_.nearest(Tag::template_) == none;
+      return form_ != no_form && !in_template();
     default:
       return false;
   }
+}
+
+void TreeBuilder::begin_form(const Token& token) {
+  form_ = token.extent.begin;
+  document_->form_ranges.push_back({form_, source_.size()});
 }
 
 // Void elements, what closes itself in svg and math, a tag of a template's own that does, such as
@@ -281,14 +286,12 @@ void TreeBuilder::end_table_in_table(std::size_t at) {
 // --- End tags ---
 
 void TreeBuilder::end_tag(const Token& token) {
-  if (open_.empty()) return;
   const std::string_view name = token.name.in(source_);
   const Tag tag = find_tag(name);
   if (tag == Tag::p_ || tag == Tag::br_) {
     while (is_foreign_content(tag)) close_top(token.extent.begin);
   }
-  if (open_.empty()) return;
-  const Space space = open_.top()->space;
+  const Space space = open_.empty() ? Space::html : open_.top()->space;
   if (space != Space::html) {
     const std::size_t index = open_.nearest(name, Tag::unknown, space);
     const std::size_t html = open_.innermost_html();
@@ -340,11 +343,13 @@ std::size_t TreeBuilder::heading_in_scope() const {
   return innermost;
 }
 
-// Ends the form, but nothing that is open inside it.
+// Ends the form, but nothing that is open inside it. In a template, forms are like other elements.
 void TreeBuilder::end_form(const Token& token) {
-  if (form_ == no_form) return;
   const std::size_t index = open_.nearest_within(Tag::form_, Bound::scope);
+  if (in_template()) return close_through(index, token.extent);
+  if (form_ == no_form) return;
   const std::size_t form = std::exchange(form_, no_form);
+  document_->form_ranges.back().end = token.extent.begin;
   if (index == none || open_.at(index)->extent.begin != form) return;
   end_implied(true, token.extent.begin);
   if (open_.size() == index + 1) {

@@ -54,6 +54,8 @@ class TreeBuilder {
   bool breaks_out(const Token& token, Tag tag) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
+  void begin_form(const Token& token);
+  bool in_template() const { return open_.nearest(Tag::template_) != OpenElements::none; }
 
   // --- What a start tag ends, at the offset where it begins ---
   void end_before(Tag tag, std::size_t at);

@@ -1,0 +1,49 @@
+#include "columns.h"
+
+#include "text.h"
+
+namespace cli {
+
+Columns::Columns(const Options& options)
+    : form_(options.csv ? CellForm::commas : CellForm::tabs),
+      seen_(new std::atomic<bool>[options.columns.size()]()) {
+  for (const std::string& name : options.columns) {
+    const bool is_attribute = name.substr(0, 1) != ":";
+    if (name.empty()) throw Failure("select: -a: a name is empty");
+    columns_.push_back({is_attribute ? name : name.substr(1), is_attribute});
+    if (is_attribute) continue;
+    check_fields("select: -a", {columns_.back().name}, options.host);
+    has_fields_ = true;
+  }
+}
+
+std::optional<std::string> Columns::line(FieldWriter& writer, const PageView& view,
+                                         _qo_html* node) const {
+  std::string line;
+  bool any = has_fields_;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    std::string cell;
+    if (columns_[i].is_attribute) {
+      std::optional<std::string> value = view.attribute(node, columns_[i].name);
+      if (value) seen_[i].store(true, std::memory_order_relaxed);
+      any = any || value;
+      cell = std::move(value).value_or("");
+    } else {
+      cell = writer.text(node, columns_[i].name);
+    }
+    append_cell(cell, i == 0, form_, line);
+  }
+  has_matches_.store(true, std::memory_order_relaxed);
+  if (!any) return std::nullopt;
+  return line;
+}
+
+std::vector<std::string> Columns::missing() const {
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < columns_.size() && has_matches_; ++i) {
+    if (columns_[i].is_attribute && !seen_[i]) names.push_back(columns_[i].name);
+  }
+  return names;
+}
+
+}  // namespace cli
