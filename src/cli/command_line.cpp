@@ -120,8 +120,8 @@ void add_select(CLI::App& app, SelectOptions& options) {
   command.add_flag("-1,--first", options.first_only, "Stop a file at its first match");
   command.add_flag("-0,--null", options.end_with_nul, "End each result with a zero byte");
   CLI::Option* with_name =
-      command.add_flag("-H,--with-filename", "Print the file's name with each");
-  CLI::Option* no_name = command.add_flag("--no-filename", "Never print it");
+      command.add_flag("-H,--with-filename")->description("Print the file's name with each");
+  CLI::Option* no_name = command.add_flag("--no-filename")->description("Never print it");
   command.final_callback([&options, shows, fields, with_name, no_name] {
     const auto is_given = [](const CLI::Option* show) { return !show->empty(); };
     if (std::count_if(shows.begin(), shows.end(), is_given) > 1) {
