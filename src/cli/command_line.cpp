@@ -8,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <qo_html/qo_html_version.h>
+
 #include "arguments.h"
 #include "files.h"
 #include "options.h"
