@@ -16,7 +16,8 @@ test: build/dev/configured
 	cmake --build build/dev -j $(JOBS)
 	ctest --preset dev
 
-# What the tests alone do not see: sanitizers, the second compiler, a short fuzz run, the API reference, the format.
+# What the tests alone do not see: sanitizers, the second compiler, later standards of
+# C++, other projects that use the libraries, a short fuzz run, the API reference, the format.
 check:
 	scripts/install_packages.sh check
 	$(MAKE) build/asan/configured build/tsan/configured build/clang/configured
@@ -26,6 +27,7 @@ check:
 	ctest --preset tsan -R "thread_tests|default_host_tests"
 	cmake --build build/clang -j $(JOBS)
 	ctest --preset clang
+	JOBS=$(JOBS) tests/consumers/check_consumers.sh "$(CURDIR)" build/consumers
 	$(MAKE) fuzz FUZZ_SECONDS=10
 	$(MAKE) docs
 	scripts/format.sh --check

@@ -42,4 +42,11 @@ set(CPACK_COMPONENT_TOOL_DEPENDS page_library)
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "search, edit and check HTML pages
  What an edit does not touch stays byte for byte as its author wrote it.")
 
+# Debian wants to know the terms in each package.
+foreach(component IN ITEMS LIBRARY DEVELOPMENT PAGE_LIBRARY PAGE_DEVELOPMENT TOOL)
+  string(TOLOWER ${component} name)
+  install(FILES cmake/copyright COMPONENT ${name} EXCLUDE_FROM_ALL
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})
+endforeach()
+
 include(CPack)

@@ -1,6 +1,6 @@
 // The ready-made host services.
 
-#include <default_host/qo_html_default_host.h>
+#include <qo_html/qo_html_default_host.h>
 
 #include <iostream>
 #include <sstream>

@@ -167,7 +167,12 @@ TEST(Editing, FindsAReferenceThatOnlyTheChildVectorsKnow) {
   const Owned stray(qo_html_element_new("s"));
   stray->parent = family.p.get();
   const Owned other(qo_html_element_new("o"));
-  EXPECT_FALSE(family.p->insert_after(other.get(), stray.get()));
+  for (_qo_html* start : {family.p.get(), stray.get()}) {
+    EXPECT_FALSE(start->insert_after(other.get(), stray.get()));
+    EXPECT_FALSE(start->insert_before(other.get(), stray.get()));
+    EXPECT_FALSE(start->replace_with(stray.get(), other.get()));
+  }
+  EXPECT_EQ(other->parent, nullptr);
 }
 
 TEST(Editing, ReplaceDestroysAWholeSubtree) {
@@ -223,6 +228,7 @@ TEST(Attributes, KeepOrderAndUniqueNames) {
       {[](_qo_html& n) { n.remove_attribute("a"); }, " | "},
       {[](_qo_html& n) { n.addAttribute("class", "a  b c"); }, "[class='a  b c'] | a,b,c,"},
       {[](_qo_html& n) { n.addAttribute("class", " a a\t "); }, "[class=' a a\\t '] | a,a\t,"},
+      {[](_qo_html& n) { n.addAttribute("class", "a\nb c\r\n"); }, "[class='a\\nb c\\r\\n'] | a\nb,c\r\n,"},
       {[](_qo_html& n) { n.addAttribute("class", ""); }, "[class=''] | "},
       {[](_qo_html& n) { n.addAttribute("class", "x"), n.addAttribute("class", "y"); }, "[class='y'] | x,y,"},
       {[](_qo_html& n) { n.set_attribute("class", "x y"); }, "[class='x y'] | "},

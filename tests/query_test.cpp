@@ -88,6 +88,8 @@ TEST(Selector, EveryStringGivesAChain) {
       {"a:hover", "T:a P:hover"},
       {"svg\\:rect", "T:svg:rect"},
       {"a\\.b\\c", "T:a C:bc"},
+      {"\\:x.\\:y", "T::x C::y"},
+      {".:x", "C: P:x"},
       {"::before", "P: P:before"},
       {"\\", "T:"},
       {"*.x", "A:* C:x"},
@@ -155,6 +157,7 @@ TEST(Query, SelectorsFillFilterAndDescend) {
       {{"ul>li"}, "l1 l2 l3"},
       {{">div"}, "d1"},
       {{">li"}, ""},
+      {{"div > ul li"}, "l1 l2 l3"},  // ">" counts for one step alone
       {{"div > *"}, "u1 a1 a2 a3 l4 !--"},
       {{"div .x"}, "d1 l1 l3"},
       {{"li.x#"}, "l1 l3"},
@@ -213,6 +216,18 @@ TEST(Query, ReadsAndNarrowsItsList) {
   EXPECT_EQ(names(query.use_one(1).nodes), "l2");
   EXPECT_EQ(names(query.find("ul").nodes), "");
   EXPECT_EQ(names(query.find("li").nodes), "l2 l3");
+}
+
+TEST(Search, PassesOverNullChildren) {
+  const Owned page = parse("<p>a</p><p>b</p>");
+  page->children.insert(page->children.begin() + 1, nullptr);
+  page->children.push_back(nullptr);
+  EXPECT_EQ(page->outerHTML() + page->innerHTML(), "<p>a</p><p>b</p><p>a</p><p>b</p>");
+  EXPECT_EQ(page->textContent(), "ab");
+  qo_html_query query(page.get());
+  EXPECT_EQ(query.find("> p").length(), 2u);
+  EXPECT_EQ(query.text(), "ab");
+  EXPECT_TRUE(page->insert_before(qo_html_element_new("i"), page->children[2]->children[0]));
 }
 
 TEST(Query, OfANullNodeStaysEmpty) {

@@ -1,6 +1,7 @@
 #include "test_host.h"
 
 #include <gtest/gtest.h>
+#include <json/json.h>
 
 TestHost& test_host() {
   static thread_local TestHost host;
@@ -24,10 +25,21 @@ void qo_assertion_faild(bool condition, std::string text, std::string message, s
   }
   if (test_host().thieving) {
     static thread_local std::string stolen;
-    stolen = std::move(text);
-    message[0] = '?';
-    message += " and more, so that the text has to move";
-    file = std::string(file.size(), '?');
+    static thread_local int way = 0;
+    switch (way = (way + 1) % 3) {
+      case 0:
+        stolen = std::move(text);
+        message[0] = '?';
+        message += " and more, so that the text has to move";
+        file = std::string(file.size(), '?');
+        break;
+      case 1:
+        for (std::string* argument : {&text, &message, &file}) argument->pop_back();
+        break;
+      default:
+        for (std::string* argument : {&text, &message, &file}) *argument += '?';
+        break;
+    }
   }
 }
 
@@ -82,6 +94,13 @@ std::string dump(const _qo_html* top) {
   const std::string open = top->closed ? "" : "?";
   if (top->isRoot) return children + open;
   return label(top) + (children.empty() ? "" : "{" + children + "}") + open;
+}
+
+std::string compact(const Json::Value& value) {
+  Json::StreamWriterBuilder builder;
+  builder["indentation"] = "";
+  builder["emitUTF8"] = true;
+  return Json::writeString(builder, value);
 }
 
 std::string broken_links(const _qo_html* top) {

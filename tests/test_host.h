@@ -12,6 +12,10 @@
 #include <qo_html/qo_html.h>
 #include <qo_html/qo_html_host.h>
 
+namespace Json {
+class Value;
+}
+
 // What the library asked of its host. After every test the number of live nodes must be 0.
 struct TestHost {
   long live = 0;
@@ -58,6 +62,9 @@ Owned parse(const std::string& html, bool drop_comments = false);
 // #cdata{...}; a document is the list of its children. A node that is not closed has a "?" behind
 // it.
 std::string dump(const _qo_html* top);
+
+// On one line.
+std::string compact(const Json::Value& value);
 
 // What is wrong with the links below `top`; empty when nothing is.
 std::string broken_links(const _qo_html* top);

@@ -6,9 +6,9 @@
 #include <iterator>
 #include <string>
 
-#include <default_host/qo_html_default_host.h>
 #include <json/json.h>
 #include <qo_html/qo_html.h>
+#include <qo_html/qo_html_default_host.h>
 
 namespace {
 

@@ -4,7 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <map>
+
+#include <qo_html/qo_html_version.h>
 
 #include "arguments.h"
 #include "edit_script.h"

@@ -1,4 +1,4 @@
-#include <default_host/qo_html_default_host.h>
+#include <qo_html/qo_html_default_host.h>
 
 #include <atomic>
 #include <iostream>

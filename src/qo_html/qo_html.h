@@ -22,6 +22,7 @@
 #include <vector>
 
 #include <qo_html/qo_html_export.h>
+#include <qo_html/qo_html_version.h>
 
 namespace Json {
 class Value;

@@ -3,14 +3,9 @@
 // A report hands the host three strings by value, most of them too long for the small-string
 // buffer, and the parser makes some four reports a node: making the strings anew each time costs
 // more than all the rest of parsing. So they are kept, for as long as a Check lives (one parse, or
-// one operation), and lent to each call. Under the Itanium C++ ABI a parameter of class type that
-// is not trivially copyable is passed as the address of an object that the caller has made and will
-// destroy; a function that takes it by value and one that takes it by reference are therefore
-// called alike. The host may do with its parameter what it likes, move from it included: before
-// each report the strings are compared with what they must be, and mended.
-//
-// Where that ABI is not known to be in use, or with QO_HTML_LEND_ARGUMENTS=0, the strings are
-// passed by value.
+// one operation), and lent to each call. The host may do with its parameters what it likes, move
+// from them included: before each report the strings are compared with what they must be, and
+// mended.
 
 #ifndef QO_HTML_CHECKS_H
 #define QO_HTML_CHECKS_H
@@ -18,24 +13,10 @@
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include <qo_html/qo_html_host.h>
-
-#ifndef QO_HTML_LEND_ARGUMENTS
-#if defined(__GXX_ABI_VERSION) && defined(__ELF__) && defined(_GLIBCXX_USE_CXX11_ABI)
-#define QO_HTML_LEND_ARGUMENTS _GLIBCXX_USE_CXX11_ABI
-#else
-#define QO_HTML_LEND_ARGUMENTS 0
-#endif
-#endif
-
-#if QO_HTML_LEND_ARGUMENTS
-// qo_assertion_faild under its own symbol, with its parameters as the ABI passes them.
-QO_HTML_API void
-qo_assertion_faild_lent(bool condition, std::string& condition_text, std::string& message, std::string& file, int line) __asm__(
-    "_Z18qo_assertion_faildbNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES4_S4_i");
-#endif
+// Reports one check to the host. The strings are used up: afterwards they hold anything.
+void report_check(bool condition, std::string& condition_text, std::string& message,
+                  std::string& file, int line);
 
 struct CheckTexts {
   std::string_view condition;
@@ -60,12 +41,7 @@ class Check {
 
   void report(bool condition, std::string_view subject = {}, int line = __builtin_LINE()) {
     prepare(subject);
-#if QO_HTML_LEND_ARGUMENTS
-    qo_assertion_faild_lent(condition, condition_, message_, file_, line);
-#else
-    qo_assertion_faild(condition, std::move(condition_), std::move(message_), std::move(file_),
-                       line);
-#endif
+    report_check(condition, condition_, message_, file_, line);
   }
 
  private:

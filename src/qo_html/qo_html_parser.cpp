@@ -330,7 +330,7 @@ class AttributeLexer {
   void name_run() {
     const char* const start = i_;
     while (i_ != end_ && is(*i_, in_attribute_name)) ++i_;
-    name_.append(start, i_);
+    collect(name_, start);
     if (end_ - i_ > 1 && i_[0] == '=' && (i_[1] == '"' || i_[1] == '\'')) enter_quoted_value();
   }
 
@@ -372,11 +372,17 @@ class AttributeLexer {
     const char* const start = i_;
     const void* close = std::memchr(i_, quote_, static_cast<std::size_t>(end_ - i_));
     i_ = close == nullptr ? end_ : static_cast<const char*>(close);
-    value_.append(start, i_);
+    collect(value_, start);
     if (close == nullptr) return;
     quote_ = '\0';
     quote_closed_ = true;
     ++i_;
+  }
+
+  // A further run is copied, for which memory may be missing: what was read whole is stored first.
+  void collect(Collected& collected, const char* start) {
+    if (!collected.empty()) adder_.flush();
+    collected.append(start, i_);
   }
 
   void add_bare() {

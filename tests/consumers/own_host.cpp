@@ -17,5 +17,5 @@ int main() {
   p->add_child(qo_html_text_node_new("text"));
   std::cout << p->outerHTML() << ' ' << live << ' ' << checks << ' ';
   delete p;
-  std::cout << live << std::endl;
+  std::cout << live << ' ' << QO_HTML_VERSION << std::endl;
 }
