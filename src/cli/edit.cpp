@@ -104,7 +104,7 @@ class Editing {
     if (count_names(target) > 1) {
       complain(name + ": has other names (hard links), which keep the old page");
     }
-    replace_file(target, text);
+    replace_file(target, text, flush());
     ++written_;
   }
 
@@ -114,8 +114,11 @@ class Editing {
     if (pages_.count(resolved(backup)) != 0) {
       throw Failure(name + ": " + backup + " is to be edited, too");
     }
-    back_up_file(name, options_.backup_suffix, text);
+    back_up_file(name, options_.backup_suffix, text, flush());
   }
+
+  // To wait for the disk with each of many pages takes longer than all the rest.
+  Flush flush() const { return session_.files().size() == 1 ? Flush::yes : Flush::no; }
 
   static void write_diff(std::string_view diff, Output& out) {
     for (bool in_hunk = false; !diff.empty();) {

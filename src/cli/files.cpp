@@ -79,7 +79,7 @@ class Replacement {
   Replacement& operator=(const Replacement&) = delete;
 
   // `like`: the file that gives owner and mode, or null.
-  void write(std::string_view text, const struct stat* like) {
+  void write(std::string_view text, const struct stat* like, Flush flush) {
     write_all(file_.number(), text, target_);
     const int number = file_.number();
     if (like != nullptr) {
@@ -89,7 +89,7 @@ class Replacement {
       umask(mask);
       if (fchmod(number, 0666 & ~mask) != 0) fail(target_);
     }
-    if (fsync(number) != 0) fail(target_);
+    if (flush == Flush::yes && fsync(number) != 0) fail(target_);
     file_.close(target_);
   }
 
@@ -120,10 +120,11 @@ void write_directly(const std::string& path, std::string_view text) {
   file.close(path);
 }
 
-void write_replacement(const std::string& target, std::string_view text, const struct stat* like) {
+void write_replacement(const std::string& target, std::string_view text, const struct stat* like,
+                       Flush flush) {
   const SignalsHeld held;
   Replacement replacement(target);
-  replacement.write(text, like);
+  replacement.write(text, like, flush);
   replacement.commit();
 }
 
@@ -168,22 +169,23 @@ void write_all(int descriptor, std::string_view text, const std::string& name) {
   }
 }
 
-void replace_file(const std::string& path, std::string_view text) {
+void replace_file(const std::string& path, std::string_view text, Flush flush) {
   struct stat status;
   if (stat(path.c_str(), &status) != 0) {
     if (errno != ENOENT) fail(path);
     if (lstat(path.c_str(), &status) == 0) throw Failure(path + ": is a link to nothing");
-    return write_replacement(path, text, nullptr);
+    return write_replacement(path, text, nullptr, flush);
   }
   if (!S_ISREG(status.st_mode)) return write_directly(path, text);
   if (access(path.c_str(), W_OK) != 0) fail(path);
-  write_replacement(resolved(path), text, &status);
+  write_replacement(resolved(path), text, &status, flush);
 }
 
-void back_up_file(const std::string& path, const std::string& suffix, std::string_view text) {
+void back_up_file(const std::string& path, const std::string& suffix, std::string_view text,
+                  Flush flush) {
   struct stat status;
   if (stat(path.c_str(), &status) != 0) fail(path);
-  write_replacement(path + suffix, text, &status);
+  write_replacement(path + suffix, text, &status, flush);
 }
 
 }  // namespace cli

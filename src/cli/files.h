@@ -32,13 +32,18 @@ void write_all(int descriptor, std::string_view text, const std::string& name);
 // How many names a file has.
 std::size_t count_names(const std::string& path);
 
-// Gives the file the content `text`. Whatever happens meanwhile, the file holds all of its old or
-// all of its new content: a file in the same folder is written and renamed. Links are followed and
-// the mode stays; what is no regular file is written directly. Throws Failure.
-void replace_file(const std::string& path, std::string_view text);
+// Whether a new file is on the disk before it takes the place of the old one. Without that, a power
+// cut is up to the file system: most bring back the old file or keep the new one.
+enum class Flush { no, yes };
+
+// Gives the file the content `text`. Whatever happens to the process meanwhile, the file holds all
+// of its old or all of its new content: a file in the same folder is written and renamed. Links are
+// followed and the mode stays; what is no regular file is written directly. Throws Failure.
+void replace_file(const std::string& path, std::string_view text, Flush flush);
 
 // Copies the file at `path` to `path` + `suffix`, in the same way.
-void back_up_file(const std::string& path, const std::string& suffix, std::string_view text);
+void back_up_file(const std::string& path, const std::string& suffix, std::string_view text,
+                  Flush flush);
 
 }  // namespace cli
 

@@ -48,7 +48,7 @@ void Sink::write(std::string_view text) {
 }
 
 void Sink::finish() {
-  if (!kept_.empty()) replace_file(path_, kept_);
+  if (!kept_.empty()) replace_file(path_, kept_, Flush::yes);
 }
 
 void Output::write(std::string_view text) {
