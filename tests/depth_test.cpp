@@ -9,6 +9,7 @@
 #include <json/json.h>
 
 #include <qo_page/edits.h>
+#include <qo_page/form_data.h>
 #include <qo_page/selector.h>
 
 #include "test_host.h"
@@ -105,6 +106,19 @@ TEST(Depth, PagesOfAnyShapeAreReadAndEdited) {
       qo::Edits edits(page);
       edits.add(page.select(qo::Selector("i")), {{qo::Operation::Kind::add_class, "", "k"}});
       EXPECT_TRUE(edits.apply().source == source + "<i class=\"k\">x</i>");
+    }
+  });
+}
+
+TEST(Depth, FormsOfAnyShapeAreReadInLinearTime) {
+  run_with_small_stack([] {
+    for (const char* piece : {"<fieldset disabled><legend><input name=a>", "<form><div></form><input name=a>",
+                              "<div dir=auto><input name=a dirname=d>", "<object><select name=a><option>",
+                              "<legend></legend><input type=radio name=a form=f checked>"}) {
+      const qo::Page page("<form id=f><fieldset disabled></fieldset>" + repeated(piece));
+      const qo::FormControls controls(page);
+      EXPECT_LE(controls.entries(page.document()).size(), 2 * levels);
+      EXPECT_LE(controls.entries(page.document()->children[0]).size(), 2 * levels);
     }
   });
 }

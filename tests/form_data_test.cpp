@@ -55,6 +55,7 @@ TEST(FormData, HasTheControlsOfTheForm) {
   };
   for (const Row& row : rows) EXPECT_EQ(sent(row.html), row.sent) << row.html;
   EXPECT_EQ(sent("<template><form></template><form><input name=a></form>", "template + form"), "a=");
+  EXPECT_EQ(sent("<table><form></table></form><form id=f><input name=a></form>", "#f"), "a=");
   EXPECT_EQ(sent("<template><b id=f></b></template><input name=a form=f><form id=f></form>"), "a=");
 }
 

@@ -70,6 +70,7 @@ TEST(Page, GivesTextsAsUsersSeeThem) {
       {"<!-- &lt; -->", " &lt; ", " &lt; "},
       {"<?php a ?>", "<?php a ?>", "<?php a ?>"},
       {"<pre>\n\na</pre>", "\na", "\n\na"},
+      {"<pre>&#10;&#10;a</pre>", "\na", "&#10;&#10;a"},
       {"<textarea>\r\na</textarea>", "a", "\r\na"},
       {"<p>&notin; &notit; {{ a }}</p>", "\xE2\x88\x89 \xC2\xACit; {{ a }}", "&notin; &notit; {{ a }}"},
   };

@@ -154,45 +154,9 @@ class EntryList {
   std::unordered_map<const Node*, bool> is_rtl_;  // asked for once: it may take long
 };
 
-}  // namespace
+using Controls = std::vector<const FormControl*>;
 
-struct FormControls::State {
-  using Controls = std::vector<const FormControl*>;
-
-  FormSource source;
-  std::vector<FormControl> controls;
-  std::unordered_map<const _qo_html*, Controls> by_form;
-  std::unordered_set<const Node*> checked_radios;
-
-  Controls controls_of(const _qo_html* form) const;
-};
-
-// Those of a form, or those below any other node; what is in a template is not below what it is in.
-FormControls::State::Controls FormControls::State::controls_of(const _qo_html* form) const {
-  const Node& node = *as_node(form);
-  if (node.name == Tag::form_ && node.space == Space::html) {
-    const auto found = by_form.find(form);
-    return found == by_form.end() ? Controls() : found->second;
-  }
-  Controls below;
-  const Node* const root = template_of(&node);
-  const auto begins_after = [](std::size_t offset, const FormControl& control) {
-    return offset < control.node->extent.begin;
-  };
-  auto control =
-      node.kind == NodeKind::document
-          ? controls.begin()
-          : std::upper_bound(controls.begin(), controls.end(), node.extent.begin, begins_after);
-  for (; control != controls.end() && control->node->extent.begin < node.extent.end; ++control) {
-    if (control->root == root) below.push_back(&*control);
-  }
-  return below;
-}
-
-namespace {
-
-const FormControl* find_button(const FormSource& source,
-                               const std::vector<const FormControl*>& controls,
+const FormControl* find_button(const FormSource& source, const Controls& controls,
                                std::string_view name) {
   const auto button =
       std::find_if(controls.begin(), controls.end(), [&](const FormControl* control) {
@@ -201,7 +165,43 @@ const FormControl* find_button(const FormSource& source,
   return button == controls.end() ? nullptr : *button;
 }
 
+// Those below a node; what is in a template is not below what the template is in.
+Controls controls_below(const std::vector<FormControl>& controls, const Node& node) {
+  const auto begins_after = [](std::size_t offset, const FormControl& control) {
+    return offset < control.node->extent.begin;
+  };
+  const bool is_page = node.kind == NodeKind::document;
+  auto control =
+      is_page ? controls.begin()
+              : std::upper_bound(controls.begin(), controls.end(), node.extent.begin, begins_after);
+  const Node* const root = template_of(&node);
+  Controls below;
+  for (; control != controls.end() && control->node->extent.begin < node.extent.end; ++control) {
+    if (control->root == root) below.push_back(&*control);
+  }
+  return below;
+}
+
+// All that is known of a page.
+struct ControlIndex {
+  FormSource source;
+  std::vector<FormControl> controls;
+  std::unordered_map<const _qo_html*, Controls> by_form;
+  std::unordered_set<const Node*> checked_radios;
+
+  // Those of a form, or those below any other node.
+  Controls controls_of(const _qo_html* form) const {
+    const Node& node = *as_node(form);
+    const bool is_form = node.name == Tag::form_ && node.space == Space::html;
+    if (!is_form) return controls_below(controls, node);
+    const auto found = by_form.find(form);
+    return found == by_form.end() ? Controls() : found->second;
+  }
+};
+
 }  // namespace
+
+struct FormControls::State : ControlIndex {};
 
 FormControls::FormControls(const Page& page) : state_(std::make_unique<State>()) {
   State& state = *state_;
@@ -219,7 +219,7 @@ FormControls& FormControls::operator=(FormControls&&) noexcept = default;
 
 std::vector<FormEntry> FormControls::entries(const _qo_html* form,
                                              std::optional<std::string_view> submitter) const {
-  const State::Controls controls = state_->controls_of(form);
+  const Controls controls = state_->controls_of(form);
   const FormControl* const pressed =
       submitter ? find_button(state_->source, controls, *submitter) : nullptr;
   EntryList list(state_->source, state_->checked_radios);

@@ -1,7 +1,5 @@
 #include <qo_page/form_text.h>
 
-#include <algorithm>
-
 #include <qo_html/qo_html_walk.h>
 
 #include <qo_page/ascii.h>
@@ -12,25 +10,6 @@
 namespace qo {
 
 namespace {
-
-// Calls `on_code` with each piece of template code and `on_plain` with what is between.
-template <class OnCode, class OnPlain>
-void visit(std::string_view text, bool templates, OnCode on_code, OnPlain on_plain) {
-  CodeScanner code(text, templates);
-  std::size_t plain = 0;
-  for (std::size_t i = 0; templates && i < text.size();) {
-    i = std::min(text.find_first_of("{<", i), text.size());
-    const std::size_t end = i < text.size() ? code.end_of(i, CodeScanner::Place::tag) : 0;
-    if (end != 0) {
-      on_plain(text.substr(plain, i - plain));
-      on_code(text.substr(i, end - i));
-      plain = i = end;
-    } else {
-      ++i;
-    }
-  }
-  on_plain(text.substr(plain));
-}
 
 // Line feeds for CR LF and CR.
 std::string with_line_feeds(std::string_view text) {
@@ -45,73 +24,88 @@ std::string with_line_feeds(std::string_view text) {
   return out;
 }
 
-// One space for each run of blanks outside of code; none at the ends.
-std::string collapsed(std::string_view text, bool templates) {
-  std::string out;
-  bool is_after_blank = false;
-  const auto add = [&out, &is_after_blank](std::string_view piece) {
-    if (is_after_blank && !out.empty()) out += ' ';
-    is_after_blank = false;
-    out += piece;
-  };
-  visit(text, templates, add, [&](std::string_view plain) {
-    for (std::size_t i = 0; i < plain.size(); ++i) {
-      if (is_blank(plain[i])) {
-        is_after_blank = true;
+// Text with one space for each run of blanks outside of code, and none at the ends.
+class CollapsedText {
+ public:
+  void add(const DecodedText& text) {
+    const std::string_view characters = text.text();
+    std::size_t i = 0;
+    for (const Stretch& code : text.code()) {
+      add_plain(characters.substr(i, code.begin - i));
+      add_piece(characters.substr(code.begin, code.end - code.begin));
+      i = code.end;
+    }
+    add_plain(characters.substr(i));
+  }
+
+  void add_piece(std::string_view piece) {
+    if (is_after_blank_ && !out_.empty()) out_ += ' ';
+    is_after_blank_ = false;
+    out_ += piece;
+  }
+
+  std::string take() { return std::move(out_); }
+
+ private:
+  void add_plain(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (is_blank(text[i])) {
+        is_after_blank_ = true;
       } else {
-        add(plain.substr(i, 1));
+        add_piece(text.substr(i, 1));
       }
     }
-  });
-  return out;
+  }
+
+  std::string out_;
+  bool is_after_blank_ = false;
+};
+
+bool is_passed_over(const Node& node) {
+  return node.kind == NodeKind::comment || node.name == Tag::script_ ||
+         node.name == Tag::template_ || node.name == Tag::select_;
 }
 
 }  // namespace
 
-bool FormSource::has_code(std::string_view written) const {
-  bool found = false;
-  visit(
-      written, templates, [&found](std::string_view) { found = true; }, [](std::string_view) {});
-  return found;
+DecodedText FormSource::decoded(std::string_view written, WrittenText::Kind kind) const {
+  const std::string lines = with_line_feeds(written);
+  return DecodedText({lines, kind, 0, templates});
 }
 
-std::string FormSource::decoded(std::string_view written, DecodeMode mode) const {
-  std::string out;
-  visit(
-      written, templates, [&out](std::string_view code) { out += code; },
-      [&out, mode](std::string_view plain) { out += decode(with_line_feeds(plain), mode); });
-  return out;
+bool FormSource::has_code(std::string_view value) const {
+  return !decoded(value, WrittenText::Kind::value).code().empty();
 }
 
 std::string FormSource::attribute(const Node& node, std::string_view name) const {
-  const Attribute* found = selectors::find_attribute(node, name);
-  return found == nullptr ? "" : decoded(found->value, DecodeMode::attribute);
+  const Attribute* const found = selectors::find_attribute(node, name);
+  return found == nullptr ? "" : decoded(found->value, WrittenText::Kind::value).text();
 }
 
 std::string FormSource::content(const Node& textarea) const {
   if (textarea.children.empty()) return "";
   std::string_view written = textarea.children.front()->text;
   written.remove_prefix(line_break_length(written));
-  return with_line_feeds(decoded(written, DecodeMode::text));
+  return with_line_feeds(decoded(written, WrittenText::Kind::text).text());
 }
 
 std::string FormSource::label(const Node& option) const {
-  std::string out;
+  CollapsedText label;
   TreeWalk walk(const_cast<Node*>(&option));
   while (const _qo_html* below = walk.next()) {
     const Node& node = *as_node(below);
-    const std::string_view whole =
-        text.substr(node.extent.begin, node.extent.end - node.extent.begin);
     if (node.isText) {
-      out += is_literal(node) ? node.text : decoded(node.text, DecodeMode::text);
-    } else if (node.kind == NodeKind::code && role_of(whole) == CodeRole::output) {
-      out += whole;
-    } else if (node.kind == NodeKind::comment || node.name == Tag::script_ ||
-               node.name == Tag::template_) {
+      const auto kind = is_literal(node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
+      label.add(decoded(node.text, kind));
+    } else if (node.kind == NodeKind::code) {
+      const std::string_view code =
+          text.substr(node.extent.begin, node.extent.end - node.extent.begin);
+      if (role_of(code) == CodeRole::output) label.add_piece(code);
+    } else if (is_passed_over(node)) {
       walk.skip_children();
     }
   }
-  return collapsed(out, templates);
+  return label.take();
 }
 
 }  // namespace qo

@@ -6,20 +6,19 @@
 #include <string>
 #include <string_view>
 
-#include <qo_page/decode.h>
+#include <qo_page/decoded_text.h>
 #include <qo_page/node.h>
 
 namespace qo {
 
-// The source of a page, and whether it may have template code.
+// The source of a page, and whether it may have template code. Line breaks of the source are line
+// feeds in what it gives.
 struct FormSource {
   std::string_view text;
   bool templates;
 
-  bool has_code(std::string_view written) const;
-
-  // With its references decoded, and line feeds for its line breaks.
-  std::string decoded(std::string_view written, DecodeMode mode) const;
+  // Whether there is code in the value of an attribute.
+  bool has_code(std::string_view value) const;
 
   // The value of an attribute; empty when there is none of that name.
   std::string attribute(const Node& node, std::string_view name) const;
@@ -27,8 +26,12 @@ struct FormSource {
   // The content of a textarea.
   std::string content(const Node& textarea) const;
 
-  // That of an option: without scripts and comments, its blanks collapsed.
+  // The text of an option, its blanks collapsed; without scripts, and without what only another
+  // select offers. Code in a tag of its own is in it where it stands for text.
   std::string label(const Node& option) const;
+
+ private:
+  DecodedText decoded(std::string_view written, WrittenText::Kind kind) const;
 };
 
 }  // namespace qo
