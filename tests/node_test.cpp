@@ -1,6 +1,7 @@
 // Nodes: record, lifecycle, editing, attributes, classes.
 
 #include <functional>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -79,10 +80,17 @@ TEST(Node, DestroysItsSubtreeInDocumentOrder) {
     branch->add_child(new Logged(log, static_cast<char>(name - 'a' + 'A')));
   }
   top->children.insert(top->children.begin() + 1, nullptr);
+  auto* const parent = new Logged(log, 'd');
+  top->add_child(parent);
+  parent->add_child(new Logged(log, 'D'));
+  auto* const detached = new Logged(log, 'e');
+  detached->add_child(new Logged(log, 'E'));
   test_host().record();
   top.reset();
-  EXPECT_EQ(log, "aAbBcC");
-  EXPECT_EQ(test_host().take(), Events(10, "-"));
+  EXPECT_EQ(log, "aAbBcCDd");
+  EXPECT_EQ(test_host().take(), Events(12, "-"));
+  delete detached;
+  EXPECT_EQ(log, "aAbBcCDdeE");
 }
 
 TEST(Node, WithoutParentTakesTheFollowingSiblingsAlong) {
@@ -203,6 +211,15 @@ TEST(SetText, ReplacesTheContent) {
   const Owned image(qo_html_element_new("img"));
   EXPECT_FALSE(image->set_text("x"));
   EXPECT_EQ(dump(image.get()), "img/");
+}
+
+TEST(SetText, LeavesNoChildrenWhenTheCounterThrows) {
+  Family family;
+  test_host().refusing = true;
+  EXPECT_THROW(family.p->set_text("new"), std::runtime_error);
+  test_host().refusing = false;
+  EXPECT_EQ(family.state(), "p");
+  EXPECT_TRUE(family.p->set_text("newer"));
 }
 
 // --- Attributes and classes ---
