@@ -93,6 +93,17 @@ TEST(Node, DestroysItsSubtreeInDocumentOrder) {
   EXPECT_EQ(log, "aAbBcCDdeE");
 }
 
+TEST(Node, DestroysWhatItListsWhateverTheParentPointersSay) {
+  const Owned elsewhere(qo_html_element_new("e"));
+  elsewhere->add_child(qo_html_element_new("x"));
+  {
+    const Family family;
+    family.b->parent = elsewhere.get();
+  }
+  EXPECT_EQ(test_host().live, 2);
+  EXPECT_EQ(dump(elsewhere.get()), "e{x}");
+}
+
 TEST(Node, WithoutParentTakesTheFollowingSiblingsAlong) {
   std::string log;
   auto* a = new Logged(log, 'a');
@@ -171,6 +182,12 @@ TEST(Editing, FindsAReferenceThatOnlyTheChildVectorsKnow) {
   _qo_html* const node = qo_html_element_new("n");
   EXPECT_TRUE(family.p->insert_before(node, family.d));
   EXPECT_EQ(dump(family.p.get()), "p{a b{n d} c}");
+  // Nor do they all together, where one of those above is not listed.
+  family.d->parent = family.b;
+  family.p->children.erase(family.p->children.begin() + 1);
+  _qo_html lost;
+  EXPECT_FALSE(family.p->insert_before(&lost, family.d));
+  family.p->children.insert(family.p->children.begin() + 1, family.b);
   // A parent pointer alone does not make a place.
   const Owned stray(qo_html_element_new("s"));
   stray->parent = family.p.get();
