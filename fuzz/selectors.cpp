@@ -41,7 +41,7 @@ void search(const htmlSelector& step, _qo_html* node, const _qo_html* child_of, 
 
 void find(_qo_html* context, const std::string& selector, Nodes& nodes) {
   bool descend = false, child_only = false;
-  for (const auto& step : parse_selector(selector)) {
+  for (const auto& step : qo_html_inner::parse_selector(selector)) {
     if (step->type == SEL_PSEUDO) continue;
     if (step->type == SEL_CHILD || step->type == SEL_DESCENDANT) {
       descend = true;

@@ -72,7 +72,7 @@ TEST(Form, CollectsControls) {
       {"<input name='a' value='1'/><input name='b'/>", R"({"a":"1","b":""})"},
       {"<input name='a' value='1'/><input name='a' value='2'/>", R"({"a":"2"})"},
       {"<input value='1'/><input name value='2'/><input name='' value='3'/>", "{}"},
-      {"<input name='a' value='1' disabled='false'/>", "{}"},
+      {"<input name='a' value='1' disabled='false'/><input name='b' value='1' disabled/>", "{}"},
       {"<a name='x'></a><button name='y' type='submit' value='go'></button>", R"({"x":"","y":"go"})"},
       {"<textarea name='t'>content</textarea><textarea name='u' value='v'></textarea>", R"({"t":"","u":"v"})"},
       // check boxes and radio buttons

@@ -1,6 +1,7 @@
 // Nodes: record, lifecycle, editing, attributes, classes.
 
 #include <functional>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -79,10 +80,28 @@ TEST(Node, DestroysItsSubtreeInDocumentOrder) {
     branch->add_child(new Logged(log, static_cast<char>(name - 'a' + 'A')));
   }
   top->children.insert(top->children.begin() + 1, nullptr);
+  auto* const parent = new Logged(log, 'd');
+  top->add_child(parent);
+  parent->add_child(new Logged(log, 'D'));
+  auto* const detached = new Logged(log, 'e');
+  detached->add_child(new Logged(log, 'E'));
   test_host().record();
   top.reset();
-  EXPECT_EQ(log, "aAbBcC");
-  EXPECT_EQ(test_host().take(), Events(10, "-"));
+  EXPECT_EQ(log, "aAbBcCDd");
+  EXPECT_EQ(test_host().take(), Events(12, "-"));
+  delete detached;
+  EXPECT_EQ(log, "aAbBcCDdeE");
+}
+
+TEST(Node, DestroysWhatItListsWhateverTheParentPointersSay) {
+  const Owned elsewhere(qo_html_element_new("e"));
+  elsewhere->add_child(qo_html_element_new("x"));
+  {
+    const Family family;
+    family.b->parent = elsewhere.get();
+  }
+  EXPECT_EQ(test_host().live, 2);
+  EXPECT_EQ(dump(elsewhere.get()), "e{x}");
 }
 
 TEST(Node, WithoutParentTakesTheFollowingSiblingsAlong) {
@@ -163,6 +182,12 @@ TEST(Editing, FindsAReferenceThatOnlyTheChildVectorsKnow) {
   _qo_html* const node = qo_html_element_new("n");
   EXPECT_TRUE(family.p->insert_before(node, family.d));
   EXPECT_EQ(dump(family.p.get()), "p{a b{n d} c}");
+  // Nor do they all together, where one of those above is not listed.
+  family.d->parent = family.b;
+  family.p->children.erase(family.p->children.begin() + 1);
+  _qo_html lost;
+  EXPECT_FALSE(family.p->insert_before(&lost, family.d));
+  family.p->children.insert(family.p->children.begin() + 1, family.b);
   // A parent pointer alone does not make a place.
   const Owned stray(qo_html_element_new("s"));
   stray->parent = family.p.get();
@@ -203,6 +228,15 @@ TEST(SetText, ReplacesTheContent) {
   const Owned image(qo_html_element_new("img"));
   EXPECT_FALSE(image->set_text("x"));
   EXPECT_EQ(dump(image.get()), "img/");
+}
+
+TEST(SetText, LeavesNoChildrenWhenTheCounterThrows) {
+  Family family;
+  test_host().refusing = true;
+  EXPECT_THROW(family.p->set_text("new"), std::runtime_error);
+  test_host().refusing = false;
+  EXPECT_EQ(family.state(), "p");
+  EXPECT_TRUE(family.p->set_text("newer"));
 }
 
 // --- Attributes and classes ---

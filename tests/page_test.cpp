@@ -37,10 +37,17 @@ TEST(Page, TellsWhereNodesAre) {
     const char* tag;
     qo::Extent extent;
   } const cases[] = {
-      {"a<p b>c</p >d", "p", {1, 6, 7, 12}},      {"<ul><li>a\n<li>b</ul>", "li", {4, 8, 10, 10}},
-      {"<p>a<br/>b", "br", {4, 9, 9, 9}},         {"<p>a", "p", {0, 3, 4, 4}},
-      {"<b><p>x</b>y</p>z", "b", {0, 3, 16, 16}}, {"a<!-- b --!>c", "!--", {1, 5, 8, 12}},
-      {"<?php x ?>", "?php", {0, 10, 10, 10}},    {"<body><body a>b", "body", {0, 6, 15, 15}},
+      {"a<p b>c</p >d", "p", {1, 6, 7, 12}},
+      {"<ul><li>a\n<li>b</ul>", "li", {4, 8, 10, 10}},
+      {"<svg><g / a>b</g></svg>", "g", {5, 12, 13, 17}},
+      {"<!--->a-->", "!--", {0, 4, 4, 6}},
+      {"<!-->a-->", "!--", {0, 4, 4, 5}},
+      {"<p>a<br/>b", "br", {4, 9, 9, 9}},
+      {"<p>a", "p", {0, 3, 4, 4}},
+      {"<b><p>x</b>y</p>z", "b", {0, 3, 16, 16}},
+      {"a<!-- b --!>c", "!--", {1, 5, 8, 12}},
+      {"<?php x ?>", "?php", {0, 10, 10, 10}},
+      {"<body><body a>b", "body", {0, 6, 15, 15}},
   };
   for (const auto& test : cases) {
     const qo::Page page(test.source);

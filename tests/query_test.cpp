@@ -8,6 +8,8 @@
 
 #include "test_host.h"
 
+using namespace qo_html_inner;
+
 namespace {
 
 using Nodes = std::vector<_qo_html*>;

@@ -1,5 +1,7 @@
 #include "test_host.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 #include <json/json.h>
 
@@ -9,6 +11,7 @@ TestHost& test_host() {
 }
 
 void qo_object_ref_increment(std::string tag) {
+  if (test_host().refusing) throw std::runtime_error("no more nodes");
   ++test_host().live;
   if (test_host().recording) test_host().events.push_back(tag == "[qo_html]" ? "+" : "+ " + tag);
 }

@@ -21,6 +21,7 @@ struct TestHost {
   long live = 0;
   bool recording = false;
   bool thieving = false;            // moves the arguments of checks away, and scribbles on what is left
+  bool refusing = false;            // throws instead of counting up
   std::vector<std::string> events;  // "+", "-" and "file: text: message", failed checks with "FAILED " in front
 
   // Starts afresh and records until the result is taken.

@@ -18,6 +18,8 @@
 #include <qo_html/qo_html_selector.h>
 #include <qo_html/qo_html_walk.h>
 
+using namespace qo_html_inner;
+
 namespace {
 
 // --- Reading a node ---
@@ -69,7 +71,7 @@ void destroy_children(_qo_html* top) noexcept {
   }
 }
 
-// A node without a parent owns the siblings behind it, up to the first that has a parent.
+// A node without a parent owns the siblings after it, up to the first that has a parent.
 void destroy_following_siblings(_qo_html* node) noexcept {
   while (node->nextSibling != nullptr) {
     _qo_html* sibling = node->nextSibling;
@@ -87,30 +89,47 @@ ChildPosition find_child(_qo_html* parent, const _qo_html* child) {
   return std::find(parent->children.begin(), parent->children.end(), child);
 }
 
-bool is_listed(const _qo_html* child, _qo_html* parent) {
-  return parent != nullptr && find_child(parent, child) != parent->children.end();
+// Where a child is listed: in whose child vector, and at what position.
+struct Place {
+  _qo_html* parent = nullptr;  // null: nowhere
+  ChildPosition position;
+};
+
+Place place_in(_qo_html* parent, const _qo_html* child) {
+  if (parent == nullptr) return {};
+  const ChildPosition position = find_child(parent, child);
+  return position == parent->children.end() ? Place() : Place{parent, position};
 }
 
-// Whether `ref` stands below `top`, as far as its parent pointers tell and the child vectors
-// confirm.
-bool stands_below(const _qo_html* ref, const _qo_html* top) {
-  const _qo_html* above = ref->parent;
-  while (above != nullptr && above != top) above = above->parent;
-  if (above == nullptr) return false;
-  while (ref != top && is_listed(ref, ref->parent)) ref = ref->parent;
-  return ref == top;
+bool has_ancestor(const _qo_html* node, const _qo_html* ancestor) {
+  const _qo_html* above = node->parent;
+  while (above != nullptr && above != ancestor) above = above->parent;
+  return above != nullptr;
 }
 
-// The node, `top` or one below it, that lists `ref` among its children; the parent of `top` when
-// `ref` is `top`. Only child vectors count; the parent pointers are a short cut to the right one.
-_qo_html* find_parent(_qo_html* top, _qo_html* ref) {
-  if (ref == top && is_listed(top, top->parent)) return top->parent;
-  if (top->children.empty()) return nullptr;
-  if (stands_below(ref, top)) return ref->parent;
-  for (TreeWalk walk(top); _qo_html* node = walk.next();) {
-    if (is_listed(ref, node)) return node;
+// Whether the child vectors lead from `top` to `node`, as the parent pointers have it.
+bool is_reached(const _qo_html* node, const _qo_html* top) {
+  while (node != top && place_in(node->parent, node).parent != nullptr) node = node->parent;
+  return node == top;
+}
+
+// Where `ref` is below `top`; where `top` is itself when `ref` is `top`. Only child vectors count;
+// the parent pointers are a short cut to the right one.
+Place find_place(_qo_html* top, const _qo_html* ref) {
+  if (ref == top) {
+    const Place place = place_in(top->parent, top);
+    if (place.parent != nullptr) return place;
   }
-  return nullptr;
+  if (top->children.empty()) return {};
+  if (has_ancestor(ref, top)) {
+    const Place place = place_in(ref->parent, ref);
+    if (place.parent != nullptr && is_reached(place.parent, top)) return place;
+  }
+  for (TreeWalk walk(top); _qo_html* node = walk.next();) {
+    const Place place = place_in(node, ref);
+    if (place.parent != nullptr) return place;
+  }
+  return {};
 }
 
 void link(_qo_html* previous, _qo_html* next) {
@@ -128,8 +147,8 @@ void append_tokens(std::vector<std::string>& tokens, std::string_view value) {
   }
 }
 
-void store_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
-                     std::string_view value) {
+void put_record(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
+                std::string_view value) {
   if (existing != nullptr) {
     existing->value.assign(value);
     existing->hasValue = has_value;
@@ -138,8 +157,8 @@ void store_attribute(_qo_html& node, Attribute* existing, std::string_view name,
   node.attributes.push_back({std::string(name), has_value, std::string(value)});
 }
 
-void store_attribute(_qo_html& node, std::string_view name, int has_value, std::string_view value) {
-  store_attribute(node, find_attribute(node, name), name, has_value, value);
+void put_record(_qo_html& node, std::string_view name, int has_value, std::string_view value) {
+  put_record(node, find_attribute(node, name), name, has_value, value);
 }
 
 // An empty token in front of all others leaves no trace.
@@ -148,11 +167,11 @@ void append_joined(std::string& joined, std::string_view token) {
   joined += token;
 }
 
-void store_class_attribute(_qo_html& node, const std::string& joined) {
+void set_class_attribute(_qo_html& node, const std::string& joined) {
   if (joined.empty()) {
     node.remove_attribute("class");
   } else {
-    store_attribute(node, "class", 1, joined);
+    put_record(node, "class", 1, joined);
   }
 }
 
@@ -326,16 +345,16 @@ class Selection {
   void apply(const htmlSelector& step) {
     switch (step.type) {
       case SEL_DESCENDANT:
-        descend_ = true;
+        if (reach_ == Reach::members) reach_ = Reach::subtrees;
         break;
       case SEL_CHILD:
-        descend_ = child_only_ = true;
+        reach_ = Reach::children;
         break;
       case SEL_PSEUDO:
         break;
       default:
         apply_simple(step);
-        descend_ = child_only_ = false;
+        reach_ = Reach::members;
         break;
     }
   }
@@ -343,26 +362,32 @@ class Selection {
   std::vector<_qo_html*> take() { return std::move(set_); }
 
  private:
+  // Where the next simple selector looks, as the combinator before it says.
+  enum class Reach { members, subtrees, children };
+
   void apply_simple(const htmlSelector& step) {
     switch (step.type) {
       case SEL_CLASS:
-        return select(HasClass{step.token});
+        select(HasClass{step.token});
+        break;
       case SEL_ID:
         // As a filter, an empty id fits a node that has none.
-        return select(HasId{step.token}, [&step](_qo_html& node) {
-          return attribute_value(node, "id") == step.token;
-        });
+        select(HasId{step.token},
+               [&step](_qo_html& node) { return attribute_value(node, "id") == step.token; });
+        break;
       case SEL_ATTR: {
         std::string name;
         std::string value;
         const bool match_value = split_attribute_selector(step.token, name, value);
-        return select(HasAttribute{name, value, match_value});
+        select(HasAttribute{name, value, match_value});
+        break;
       }
       default:
         // As a filter, "*" keeps text nodes.
-        return select(HasTagName{step.token}, [&step](_qo_html& node) {
+        select(HasTagName{step.token}, [&step](_qo_html& node) {
           return step.token == "*" || tag_name(node) == step.token;
         });
+        break;
     }
   }
 
@@ -375,7 +400,7 @@ class Selection {
   void select(Test test, Filter stays) {
     if (set_.empty()) {
       if (context_ != nullptr) search_from(context_, test);
-    } else if (descend_) {
+    } else if (reach_ != Reach::members) {
       std::vector<_qo_html*> former;
       former.swap(set_);
       for (_qo_html* node : former) search_from(node, test);
@@ -388,7 +413,7 @@ class Selection {
 
   template <class Test>
   void search_from(_qo_html* node, Test test) {
-    if (child_only_) {
+    if (reach_ == Reach::children) {
       search_children(node, set_, test);
     } else {
       search(node, set_, nullptr, test);
@@ -397,8 +422,7 @@ class Selection {
 
   _qo_html* context_;
   std::vector<_qo_html*> set_;
-  bool descend_ = false;     // a combinator stood before the next simple selector
-  bool child_only_ = false;  // and it was ">"
+  Reach reach_ = Reach::members;
 };
 
 // --- Form values ---
@@ -445,37 +469,45 @@ void store_value(Json::Value& result, const Member& member, std::string value) {
   }
 }
 
-// Finds the first option below each select. Asked in document order, it serves all selects of a
-// form, nested ones included, with one walk.
-class FirstOptions {
+// A walk over a form that knows the first option below each select. A second walk, ahead of the
+// first, finds it: one for all selects of the form, nested ones included.
+class FormWalk {
  public:
-  explicit FirstOptions(_qo_html* form) : walk_(form) {}
+  explicit FormWalk(_qo_html* form) : walk_(form), ahead_(form) {}
 
-  // `index` and `depth` tell where `select` stands in a walk over the form; the form itself has
-  // index 1.
-  _qo_html* below(const _qo_html* select, std::size_t index, std::size_t depth) {
-    while (index_ <= index || !at_option()) {
-      if (walk_.next() == nullptr) return nullptr;
-      ++index_;
+  _qo_html* next() {
+    ++index_;
+    return walk_.next();
+  }
+
+  // The first option below the current node, or null.
+  _qo_html* first_option() {
+    while (ahead_index_ <= index_ || !at_option()) {
+      if (ahead_.next() == nullptr) return nullptr;
+      ++ahead_index_;
     }
-    return depth < walk_.depth() && walk_.path(depth) == select ? walk_.node() : nullptr;
+    const std::size_t depth = walk_.depth();
+    const bool is_below = depth < ahead_.depth() && ahead_.path(depth) == walk_.node();
+    return is_below ? ahead_.node() : nullptr;
   }
 
  private:
-  bool at_option() const { return walk_.node() != nullptr && tag_name(*walk_.node()) == "option"; }
+  bool at_option() const {
+    return ahead_.node() != nullptr && tag_name(*ahead_.node()) == "option";
+  }
 
   TreeWalk walk_;
-  std::size_t index_ = 0;
+  TreeWalk ahead_;
+  std::size_t index_ = 0;  // of the node of walk_, from 1
+  std::size_t ahead_index_ = 0;
 };
 
 class FormReader {
  public:
-  FormReader(_qo_html* form, Json::Value& result)
-      : form_(form), walk_(form), first_options_(form), result_(result) {}
+  FormReader(_qo_html* form, Json::Value& result) : form_(form), walk_(form), result_(result) {}
 
   void read() {
     while (_qo_html* node = walk_.next()) {
-      ++index_;
       const Attribute* name = find_attribute(*node, "name");
       if (name != nullptr && node != form_) read_control(*node, name->value);
     }
@@ -495,7 +527,7 @@ class FormReader {
   std::string_view control_value(_qo_html& control, std::string_view type,
                                  std::string_view otherwise) {
     if (type.empty() && tag_name(control) == "select") {
-      _qo_html* option = first_options_.below(&control, index_, walk_.depth());
+      _qo_html* const option = walk_.first_option();
       return option == nullptr ? std::string_view() : attribute_value(*option, "value");
     }
     const Attribute* value = find_attribute(control, "value");
@@ -503,9 +535,7 @@ class FormReader {
   }
 
   _qo_html* form_;
-  TreeWalk walk_;
-  std::size_t index_ = 0;  // of the node of walk_, from 1
-  FirstOptions first_options_;
+  FormWalk walk_;
   Json::Value& result_;
 };
 
@@ -582,7 +612,7 @@ _qo_html* _qo_html::get_child_at(unsigned long index) {
 
 // --- Editing ---
 
-bool append_child(_qo_html* parent, _qo_html* child, ChildCheck& check) {
+bool qo_html_inner::append_child(_qo_html* parent, _qo_html* child, ChildCheck& check) {
   check.report(child != nullptr);
   if (child == nullptr) return false;
   std::vector<_qo_html*>& children = parent->children;
@@ -610,8 +640,8 @@ bool _qo_html::add_child(_qo_html* child) {
 
 void _qo_html::detach() {
   if (parent != nullptr) {
-    const ChildPosition position = find_child(parent, this);
-    if (position != parent->children.end()) parent->children.erase(position);
+    const Place place = place_in(parent, this);
+    if (place.parent != nullptr) parent->children.erase(place.position);
     parent = nullptr;
   }
   link(prevSibling, nextSibling);
@@ -621,22 +651,23 @@ void _qo_html::detach() {
 
 bool _qo_html::insert_after(_qo_html* node, _qo_html* ref) {
   if (node == nullptr || ref == nullptr) return false;
-  _qo_html* const place = find_parent(this, ref);
-  if (place == nullptr) return false;
-  const ChildPosition inserted = place->children.insert(std::next(find_child(place, ref)), node);
+  const Place place = find_place(this, ref);
+  if (place.parent == nullptr) return false;
+  std::vector<_qo_html*>& siblings = place.parent->children;
+  const ChildPosition inserted = siblings.insert(std::next(place.position), node);
   const ChildPosition following = std::next(inserted);
-  node->parent = place;
+  node->parent = place.parent;
   link(ref, node);
-  link(node, following == place->children.end() ? nullptr : *following);
+  link(node, following == siblings.end() ? nullptr : *following);
   return true;
 }
 
 bool _qo_html::insert_before(_qo_html* node, _qo_html* ref) {
   if (node == nullptr || ref == nullptr) return false;
-  _qo_html* const place = find_parent(this, ref);
-  if (place == nullptr) return false;
-  place->children.insert(find_child(place, ref), node);
-  node->parent = place;
+  const Place place = find_place(this, ref);
+  if (place.parent == nullptr) return false;
+  place.parent->children.insert(place.position, node);
+  node->parent = place.parent;
   link(ref->prevSibling, node);
   link(node, ref);
   return true;
@@ -683,15 +714,16 @@ bool _qo_html::set_html(std::string html) {
 
 // --- Attributes and classes ---
 
-void put_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
-                   std::string_view value) {
+void qo_html_inner::add_attribute(_qo_html& node, Attribute* existing, std::string_view name,
+                                  int has_value, std::string_view value) {
   if (has_value == 0 || name != "class") {
-    return store_attribute(node, existing, name, has_value, value);
+    put_record(node, existing, name, has_value, value);
+    return;
   }
   const std::size_t former = node.classes.size();
   try {
     append_tokens(node.classes, value);
-    store_attribute(node, existing, name, has_value, value);
+    put_record(node, existing, name, has_value, value);
   } catch (...) {
     node.classes.resize(former);
     throw;
@@ -699,7 +731,7 @@ void put_attribute(_qo_html& node, Attribute* existing, std::string_view name, i
 }
 
 void _qo_html::addAttribute(std::string name, std::string value) {
-  put_attribute(*this, find_attribute(*this, name), name, 1, value);
+  add_attribute(*this, find_attribute(*this, name), name, 1, value);
 }
 
 void _qo_html::addAttribute(std::string name) {
@@ -707,11 +739,11 @@ void _qo_html::addAttribute(std::string name) {
 }
 
 void _qo_html::set_attribute(std::string name, std::string value) {
-  store_attribute(*this, name, 1, value);
+  put_record(*this, name, 1, value);
 }
 
 void _qo_html::set_attribute(std::string name) {
-  store_attribute(*this, name, 0, {});
+  put_record(*this, name, 0, {});
 }
 
 void _qo_html::remove_attribute(std::string name) {
@@ -739,7 +771,7 @@ void _qo_html::add_class(std::string cls) {
   append_joined(joined, cls);
   classes.push_back(std::move(cls));
   try {
-    store_class_attribute(*this, joined);
+    set_class_attribute(*this, joined);
   } catch (...) {
     classes.pop_back();
     throw;
@@ -753,7 +785,7 @@ void _qo_html::remove_class(std::string cls) {
   for (auto token = classes.begin(); token != classes.end(); ++token) {
     if (token != removed) append_joined(joined, *token);
   }
-  store_class_attribute(*this, joined);
+  set_class_attribute(*this, joined);
   classes.erase(removed);
 }
 

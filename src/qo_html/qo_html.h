@@ -63,7 +63,8 @@ class QO_HTML_API _qo_html {
 
   // Destroys the subtree below, children first to last, without recursion and without allocating. A
   // node without a parent takes the chain of siblings after it along. The node is not taken out of
-  // its parent's children: detach() it first.
+  // its parent's children: detach() it first. A subclass's destructor runs before the nodes below
+  // go where the node itself is deleted, and after they have gone where a node above it is.
   virtual ~_qo_html();
 
   _qo_html(const _qo_html&) = delete;
@@ -80,7 +81,7 @@ class QO_HTML_API _qo_html {
   _qo_html* get_child_at(unsigned long index);
 
   // --- Editing the tree ---
-  // A node that is put in must stand outside any tree and must not be an ancestor of its new place;
+  // A node that is put in must be outside any tree and must not be an ancestor of its new place;
   // on success it belongs to its new parent, on refusal it still belongs to the caller.
 
   // Appends `child`. Checks with qo_assertion_faild that it is not null; refuses null. Refuses as
@@ -104,7 +105,8 @@ class QO_HTML_API _qo_html {
   bool replace_with(_qo_html* oldNode, _qo_html* newNode);
 
   // On a text node, replaces its text. On any other node, destroys all children and puts one text
-  // node (with `closed` false) in their place; false on a void element.
+  // node (with `closed` false) in their place; false on a void element. When the host's counter
+  // throws, the exception passes and the node is left without children.
   bool set_text(std::string text);
 
   // Destroys all children and puts the nodes parsed from `html` in their place, without comments.
@@ -157,7 +159,7 @@ class QO_HTML_API _qo_html {
   std::string formatAttribute();
 
   // This node with its markup and all that is below it. Void elements end in "/>", declarations in
-  // ">"; what may stand below these and below text nodes is not written, nor are the attributes of
+  // ">"; what may be below these and below text nodes is not written, nor are the attributes of
   // comments and CDATA sections.
   std::string outerHTML();
 
@@ -239,7 +241,7 @@ class QO_HTML_API qo_html_query {
 
   // Applies a selector made of `tag`, `*`, `.class`, `#id`, `[name]`, `[name=value]`, blanks and
   // `>`; `:name` has no effect. A part of it that meets an empty list fills it from `context`; one
-  // behind a blank or `>` replaces each listed node by what it finds below it (the node itself
+  // after a blank or `>` replaces each listed node by what it finds below it (the node itself
   // included after a blank); any other filters the list. Every string has a meaning: what is no
   // selector matches little or nothing. If it throws, the list is as it was.
   qo_html_query& find(std::string selector);

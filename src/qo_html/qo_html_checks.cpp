@@ -27,8 +27,8 @@ host_reporter(bool condition, std::string& condition_text, std::string& message,
     "_Z18qo_assertion_faildbNSt7__cxx1112basic_stringIcSt11char_traits"
     "IcESaIcEEES4_S4_i");
 
-void report_check(bool condition, std::string& condition_text, std::string& message,
-                  std::string& file, int line) {
+void qo_html_inner::report_check(bool condition, std::string& condition_text, std::string& message,
+                                 std::string& file, int line) {
   host_reporter(condition, condition_text, message, file, line);
 }
 
@@ -38,8 +38,8 @@ void report_check(bool condition, std::string& condition_text, std::string& mess
 
 #include <qo_html/qo_html_host.h>
 
-void report_check(bool condition, std::string& condition_text, std::string& message,
-                  std::string& file, int line) {
+void qo_html_inner::report_check(bool condition, std::string& condition_text, std::string& message,
+                                 std::string& file, int line) {
   qo_assertion_faild(condition, std::move(condition_text), std::move(message), std::move(file),
                      line);
 }

@@ -14,6 +14,8 @@
 #include <string>
 #include <string_view>
 
+namespace qo_html_inner {
+
 // Reports one check to the host. The strings are used up: afterwards they hold anything.
 void report_check(bool condition, std::string& condition_text, std::string& message,
                   std::string& file, int line);
@@ -67,5 +69,7 @@ class Check {
   std::string message_;
   std::string file_;
 };
+
+}  // namespace qo_html_inner
 
 #endif

@@ -8,6 +8,8 @@
 #include <qo_html/qo_html.h>
 #include <qo_html/qo_html_ascii.h>
 
+using namespace qo_html_inner;
+
 namespace {
 
 struct Entity {
@@ -72,7 +74,7 @@ const char* name_end(const char* name, const char* end) {
   return name;
 }
 
-// Decodes what stands at the ampersand `in` to `out` and returns where reading goes on. A reference
+// Decodes what is at the ampersand `in` to `out` and returns where reading goes on. A reference
 // that gives an ampersand is examined again, together with the text after it. `out` never overtakes
 // what was read, since no value is longer than its reference.
 const char* decode_reference(const char* in, const char* end, char*& out) {

@@ -10,6 +10,8 @@
 #include <qo_html/qo_html.h>
 #include <qo_html/qo_html_checks.h>
 
+namespace qo_html_inner {
+
 using NodeOwner = std::unique_ptr<_qo_html>;
 
 // tagName() without a copy.
@@ -36,7 +38,9 @@ inline Attribute* find_attribute(_qo_html& node, std::string_view name) {
 
 // addAttribute() for a caller that has looked the name up: `existing` is the attribute of that
 // name, or null. All or nothing.
-void put_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
+void add_attribute(_qo_html& node, Attribute* existing, std::string_view name, int has_value,
                    std::string_view value);
+
+}  // namespace qo_html_inner
 
 #endif

@@ -14,6 +14,8 @@
 #include <qo_html/qo_html_ascii.h>
 #include <qo_html/qo_html_node.h>
 
+using namespace qo_html_inner;
+
 namespace {
 
 // --- Character classes ---
@@ -196,7 +198,7 @@ bool is_cdata_tag(const std::string& name) {
 namespace {
 
 // Text collected run by run. As long as it is one run, which it nearly always is, it stays where it
-// stands in the markup.
+// is in the markup.
 class Collected {
  public:
   void append(const char* start, const char* end) {
@@ -241,7 +243,7 @@ class AttributeAdder {
     for (std::size_t i = 0; i < count_; ++i) {
       const Waiting& next = waiting_[i];
       const std::string_view name(next.name, next.name_size);
-      put_attribute(node_, find(name), name, next.has_value, {next.value, next.value_size});
+      add_attribute(node_, find(name), name, next.has_value, {next.value, next.value_size});
     }
     count_ = 0;
   }
@@ -322,7 +324,8 @@ class AttributeLexer {
         in_value_ = true;
         break;
       default:
-        return name_run();
+        name_run();
+        return;
     }
     ++i_;
   }
@@ -362,7 +365,10 @@ class AttributeLexer {
         break;
       default:
         // What follows a value begins the next name; what precedes it is dropped.
-        if (quote_closed_ || !value_.empty()) return add_valued();
+        if (quote_closed_ || !value_.empty()) {
+          add_valued();
+          return;
+        }
         break;
     }
     ++i_;
@@ -450,58 +456,70 @@ bool append_raw_text(_qo_html* node, const std::string& html, std::size_t start,
   return true;
 }
 
-bool fail_at_end(const std::string& html, std::size_t& position) {
+void move_to_end(const std::string& html, std::size_t& position) {
   position = std::max(position, html.size());
-  return false;
 }
+
+constexpr std::string_view comment_end = "-->";
+constexpr std::string_view cdata_end = "]]>";
+constexpr std::string_view end_tag_start = "</";
+constexpr std::size_t script_length = std::string_view("script").size();
+constexpr std::size_t style_length = std::string_view("style").size();
 
 using TagTest = bool (*)(const std::string& name);
 
-// Whether an end tag "</name>" whose name is `length` bytes long stands at `at`, where a "<" is.
+// Whether an end tag "</name>" whose name is `length` bytes long is at `at`, where a "<" is.
 bool end_tag_at(const std::string& html, std::size_t at, std::size_t length, TagTest accepts) {
-  const std::size_t bracket = at + 2 + length;
+  const std::size_t name = at + end_tag_start.size();
+  const std::size_t bracket = name + length;
   return bracket < html.size() && html[at + 1] == '/' && html[bracket] == '>' &&
-         accepts(html.substr(at + 2, length));
+         accepts(html.substr(name, length));
 }
 
-// Gives `node` the content up to `end`, where the end tag of a name of `length` bytes stands.
-bool close_raw_element(_qo_html* node, const std::string& html, std::size_t& position,
-                       std::size_t end, std::size_t length) {
+// Gives `node` the content up to `end`, where the end tag of a name of `length` bytes is.
+bool read_raw_element(_qo_html* node, const std::string& html, std::size_t& position,
+                      std::size_t end, std::size_t length) {
+  if (end == not_found) {
+    move_to_end(html, position);
+    return false;
+  }
   node->closed = true;
   if (!append_raw_text(node, html, position, end)) return false;
-  position = end + length + 3;
+  position = end + end_tag_start.size() + length + 1;
   return true;
 }
 
 // Runs a reader; an exception costs a line on standard error and gives null or false.
 template <class Reader>
-auto guarded(const char* line, Reader reader) -> decltype(reader()) {
+auto guarded(const char* complaint, Reader reader) -> decltype(reader()) {
   try {
     return reader();
   } catch (...) {
-    std::cerr << line << std::endl;
+    std::cerr << complaint << std::endl;
     return {};
   }
 }
 
 // The end tag of a script is not looked for within quotes. They know nothing of escapes and
 // comments.
-std::size_t find_script_end(const std::string& html, std::size_t from, std::size_t length) {
+std::size_t find_script_end(const std::string& html, std::size_t from) {
   for (std::size_t i = from; i < html.size(); ++i) {
     const char c = html[i];
     if (c == '\'' || c == '"') {
       i = html.find(c, i + 1);
       if (i == not_found) break;
-    } else if (c == '<' && end_tag_at(html, i, length, is_script_tag)) {
+    } else if (c == '<' && end_tag_at(html, i, script_length, is_script_tag)) {
       return i;
     }
   }
   return not_found;
 }
 
-std::size_t find_style_end(const std::string& html, std::size_t from, std::size_t length) {
+std::size_t find_style_end(const std::string& html, std::size_t from) {
   std::size_t i = html.find('<', from);
-  while (i != not_found && !end_tag_at(html, i, length, is_style_tag)) i = html.find('<', i + 1);
+  while (i != not_found && !end_tag_at(html, i, style_length, is_style_tag)) {
+    i = html.find('<', i + 1);
+  }
   return i;
 }
 
@@ -509,47 +527,44 @@ std::size_t find_style_end(const std::string& html, std::size_t from, std::size_
 
 _qo_html* parse_comment_node(std::string& html, std::size_t& position) {
   return guarded("exception in parse_comment_node", [&]() -> _qo_html* {
-    const std::size_t end = html.find("-->", position);
+    const std::size_t end = html.find(comment_end, position);
     if (end == not_found) {
-      fail_at_end(html, position);
+      move_to_end(html, position);
       return nullptr;
     }
     NodeOwner comment(new _qo_html);
     comment->isComment = true;
     comment->closed = true;
     append_raw_text(comment.get(), html, position, end);
-    position = end + 3;
+    position = end + comment_end.size();
     return comment.release();
   });
 }
 
 bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position) {
   return guarded("exception in parse_cdata_node", [&] {
-    const std::size_t end = html.find("]]>", position);
-    if (end == not_found) return fail_at_end(html, position);
+    const std::size_t end = html.find(cdata_end, position);
+    if (end == not_found) {
+      move_to_end(html, position);
+      return false;
+    }
     node->closed = true;
     node->isCdata = true;
     if (!append_raw_text(node, html, position, end)) return false;
-    position = end + 3;
+    position = end + cdata_end.size();
     return true;
   });
 }
 
 bool parse_script_node(_qo_html*& node, std::string& html, std::size_t& position) {
   return guarded("exception in parse_script_node", [&] {
-    const std::size_t length = 6;
-    const std::size_t end = find_script_end(html, position, length);
-    if (end == not_found) return fail_at_end(html, position);
-    return close_raw_element(node, html, position, end, length);
+    return read_raw_element(node, html, position, find_script_end(html, position), script_length);
   });
 }
 
 bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position) {
   return guarded("exception in get element tag", [&] {
-    const std::size_t length = 5;
-    const std::size_t end = find_style_end(html, position, length);
-    if (end == not_found) return fail_at_end(html, position);
-    return close_raw_element(node, html, position, end, length);
+    return read_raw_element(node, html, position, find_style_end(html, position), style_length);
   });
 }
 
@@ -608,17 +623,17 @@ class ContentParser {
     ++position_;
     bool saw_slash = false;
     has_attributes_ = false;
-    const std::string tag_name =
+    const std::string name =
         getElementTagName(html_, position_, name_start_, name_length_, has_attributes_, saw_slash);
-    name_check_.report(!tag_name.empty());
+    name_check_.report(!name.empty());
 
     int kind = 1;
-    if (is_void_tag(tag_name, &kind)) return void_element(kind);
-    if (saw_slash) return end_tag(tag_name);
-    if (is_cdata_tag(tag_name)) return cdata_section();
-    if (is_script_tag(tag_name)) return raw_element(parse_script_node);
-    if (is_style_tag(tag_name)) return raw_element(parse_style_node);
-    if (!is_comment_tag(tag_name)) return ordinary_element();
+    if (is_void_tag(name, &kind)) return void_element(kind);
+    if (saw_slash) return end_tag(name);
+    if (is_cdata_tag(name)) return cdata_section();
+    if (is_script_tag(name)) return raw_element(parse_script_node);
+    if (is_style_tag(name)) return raw_element(parse_style_node);
+    if (!is_comment_tag(name)) return ordinary_element();
     return comment();
   }
 

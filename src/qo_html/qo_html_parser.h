@@ -10,7 +10,7 @@
 
 // --- Tag names ---
 
-// Reads the tag name behind a "<". `position` is the first byte after the "<" and is left where
+// Reads the tag name after a "<". `position` is the first byte after the "<" and is left where
 // scanning goes on: on the white space that ended the name (`has_attributes` is then set), or after
 // its ">" or third "-" or "[". `sawSlash` tells of a "/" in front of the name or within it. Answers
 // with the name, which is html.substr(nameStart, nameLength), or with the empty string and a line
@@ -30,11 +30,11 @@ bool is_cdata_tag(const std::string& name);    // "![CDATA["
 // --- Readers ---
 
 // Reads the attributes of a start tag into `node`, up to and including its ">", and sets `closed`
-// when a "/" stands among them. What the end of the text cuts off is dropped.
+// when a "/" is among them. What the end of the text cuts off is dropped.
 void parse_attribute(_qo_html*& node, std::string& html, std::size_t& position);
 
-// Each reads raw content into one text child, and moves `position` from behind the opening tag to
-// behind the end marker. Without an end marker: null or false, and `position` at the end of the
+// Each reads raw content into one text child, and moves `position` from the end of the opening tag
+// to that of the end marker. Without an end marker: null or false, and `position` at the end of the
 // text.
 _qo_html* parse_comment_node(std::string& html, std::size_t& position);
 bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position);

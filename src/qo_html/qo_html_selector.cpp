@@ -5,9 +5,11 @@
 
 #include <qo_html/qo_html_ascii.h>
 
+using namespace qo_html_inner;
+
 namespace {
 
-// Builds the chain, one step behind the other.
+// Builds the chain, one step after the other.
 class ChainBuilder {
  public:
   htmlSelector* last() const { return steps_.empty() ? nullptr : steps_.back().get(); }
@@ -23,7 +25,7 @@ class ChainBuilder {
     if (last() == nullptr || last()->type != SEL_DESCENDANT) add(SEL_DESCENDANT, " ");
   }
 
-  // A child combinator stands first or behind a descendant step.
+  // A child combinator is first or comes after a descendant step.
   void add_child() {
     if (last() != nullptr) add_descendant();
     add(SEL_CHILD, ">");
@@ -60,7 +62,7 @@ htmlSelector::htmlSelector(std::int32_t kind, std::string text)
 
 htmlSelector::~htmlSelector() = default;
 
-SelectorChain parse_selector(const std::string& selector) {
+SelectorChain qo_html_inner::parse_selector(const std::string& selector) {
   ChainBuilder chain;
   for (const char* cursor = selector.c_str(); *cursor != '\0';) {
     if (is_space(*cursor)) {

@@ -32,17 +32,21 @@ class htmlSelector {
   virtual ~htmlSelector();
 };
 
+// Splits the token of a SEL_ATTR step at its first "=" outside quotes, appending to `name` and
+// `value`; quote characters are dropped. False when there is no such "=".
+bool split_attribute_selector(const std::string& text, std::string& name, std::string& value);
+
+// Reads a name at `cursor`, a NUL-terminated sequence, and moves `cursor` to where parsing goes on.
+std::string read_selector_name(const char*& cursor);
+
+namespace qo_html_inner {
+
 // The steps in order; owns them and destroys them first to last.
 using SelectorChain = std::vector<std::unique_ptr<htmlSelector>>;
 
 // Reads a selector up to its end or its first NUL byte.
 SelectorChain parse_selector(const std::string& selector);
 
-// Reads a name at `cursor`, a NUL-terminated sequence, and moves `cursor` to where parsing goes on.
-std::string read_selector_name(const char*& cursor);
-
-// Splits the token of a SEL_ATTR step at its first "=" outside quotes, appending to `name` and
-// `value`; quote characters are dropped. False when there is no such "=".
-bool split_attribute_selector(const std::string& text, std::string& name, std::string& value);
+}  // namespace qo_html_inner
 
 #endif

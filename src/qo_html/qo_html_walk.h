@@ -63,11 +63,6 @@ class TreeWalk {
   // After a node was entered: goes on after its subtree.
   void skip_children() { descend_ = false; }
 
-  // After a node was entered: makes sure that going down into its children allocates nothing.
-  void reserve_level() {
-    if (depth_ == capacity_) grow();
-  }
-
   // The level of a node that was just entered; 0 is the start node.
   std::size_t depth() const { return depth_ - 1; }
 
@@ -91,7 +86,7 @@ class TreeWalk {
   static constexpr std::size_t inline_levels = 64;
 
   void push_children() {
-    reserve_level();
+    if (depth_ == capacity_) grow();
     _qo_html** first = node_->children.data();
     levels_[depth_++] = {first, first + node_->children.size()};
   }

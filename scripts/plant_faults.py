@@ -1,0 +1,335 @@
+#!/usr/bin/env python3
+"""Plants small faults in a copy of the sources, one at a time, and tells which of them the tests see.
+
+usage: plant_faults.py [--folder FOLDER] [--work FOLDER] [PART...]   (PART: part of a file's name; default: all)
+
+A fault is one exact text of a source put in the place of another. It is "killed" when a test fails, crashes or hangs,
+"survived" when all pass, and "equivalent" when a row says why nobody can notice it; a row whose text is not in the
+source just once is an error, and so is a fault that does not compile. Takes some ten seconds a fault: run it by hand,
+or weekly. Ends with 1 when a fault survived.
+"""
+
+import argparse
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+# What is built and run for the faults of a folder.
+SUITES = {
+    "qo_html": (["unit_tests", "allocation_tests"], "unit_tests|allocation_tests"),
+    "qo_page": (["page_tests", "qo_html_tool"], "page_tests|cli_test|docs_test"),
+    "cli": (["qo_html_tool"], "cli_test|cli_host_test|docs_test"),
+}
+
+# Folder: file: (what is there, what is put in its place, why it changes nothing, if it does not).
+FAULTS = {
+    "qo_html": {
+        "qo_html.cpp": [
+            ("apply_simple(step);\n        reach_ = Reach::members;", "apply_simple(step);\n        if (reach_ != Reach::children) reach_ = Reach::members;"),
+            ("if (reach_ == Reach::members) reach_ = Reach::subtrees;", "reach_ = Reach::subtrees;"),
+            ("value.find(' '));", "value.find_first_of(\" \\n\"));"),
+            ("if (!token.empty()) tokens.push_back", "tokens.push_back"),
+            ("node.classes.resize(former);", ""),
+            ("classes.pop_back();\n    throw;", "throw;"),
+            ("depth < ahead_.depth() && ahead_.path(depth) == walk_.node()", "ahead_.path(depth) == walk_.node()"),
+            ("while (ahead_index_ <= index_ || !at_option())", "while (!at_option())"),
+            ("while (node != top && place_in(node->parent, node).parent != nullptr) node = node->parent;\n  return node == top;", "return true;"),
+            ("const Place place = place_in(top->parent, top);\n    if (place.parent != nullptr) return place;", "return {top->parent, find_child(top->parent, top)};"),
+            ("if (has_ancestor(ref, top)) {", "if (false) {", "a short cut: the walk finds the same"),
+            ("link(ref->prevSibling, node);\n  link(node, ref);", "link(node, ref);\n  link(ref->prevSibling, node);"),
+            ("if (sibling->parent == nullptr) std::swap", "std::swap"),
+            ("std::reverse(node->children.begin(), node->children.end());\n  for", "for"),
+            ("child->parent = node;", ""),
+            ("existing->hasValue = has_value;", ""),
+            ("if (!joined.empty()) joined += ' ';", "joined += ' ';"),
+            ("node.isDeclaration ? \">\" : \"/>\"", "\"/>\""),
+            ("if (attribute.hasValue == 0) continue;", ""),
+            ("if (node.isVoid) return Markup::void_element;\n  if (node.isCdata) return Markup::cdata;",
+             "if (node.isCdata) return Markup::cdata;\n  if (node.isVoid) return Markup::void_element;"),
+            ("return any ? !node.isText : tag_name(node) == name;", "return any || tag_name(node) == name;"),
+            ("attribute != nullptr && attribute->value == id;", "attribute == nullptr ? id.empty() : attribute->value == id;"),
+            ("(!match_value || attribute->value == value)", "attribute->value == value"),
+            ("node->parent == parent && test(*node)", "test(*node)", "the parent of a listed child is the one that lists it"),
+            ("name != nullptr && node != form_", "name != nullptr"),
+            ("find_attribute(control, \"disabled\") != nullptr", "!attribute_value(control, \"disabled\").empty()"),
+            ("close == name.npos) return", "open == name.npos) return"),
+            ("name.find(']', open)", "name.find(']')"),
+            ("c == '@' || c == '_'", "c == '@'"),
+            ("checkable ? \"1\" : \"\"", "\"\""),
+            ("if (!result.isObject()) result", "result"),
+            ("children.reserve(1);\n", "", "a node that has children to lose has room for one"),
+            ("check.prepare();\n", ""),
+            ("for (_qo_html* child : children) child->parent = this;", ""),
+            ("prevSibling = nullptr;\n}\n\nbool _qo_html::insert_after", "}\n\nbool _qo_html::insert_after"),
+            ("i < count && visit(i, nodes[i])", "visit(i, nodes[i]) && i + 1 < count"),
+            ("if (index < nodes.size()) context = nodes[index];", "context = nodes[index];"),
+            ("if (context != nullptr) nodes.push_back(context);", "nodes.push_back(context);"),
+            ("if (children.capacity() == 0) children.reserve(3);\n", "", "only the size of the first block"),
+        ],
+        "qo_html_parser.cpp": [
+            ("ends_name = c == ' ' || c == '\\t' || c == '\\r'", "ends_name = c == ' ' || c == '\\t'"),
+            ("\"base\", \"col\",    \"embed\", \"keygen\"", "\"base\", \"col\",    \"embed\", \"keygem\""),
+            ("\"meta\", \"source\", \"track\", \"wbr\"", "\"meta\", \"source\", \"track\", \"param\""),
+            ("\"!doctype\", \"?xml\"", "\"?xml\", \"!doctype\""),
+            ("c == ':' || c == '_'", "c == ':' || c == '_' || c == '-'"),
+            ("html[i] == '!' ? 1 : 0", "0"),
+            ("name.saw_slash && !leading_slash ? i - 1 : i", "name.saw_slash ? i - 1 : i"),
+            ("case '\\r':\n      case '\\n':\n        break;\n      case '\\t':", "case '\\n':\n        break;\n      case '\\r':\n      case '\\t':"),
+            ("quote_closed_ = false;\n        break;\n      case '>':", "break;\n      case '>':"),
+            ("if (quote_closed_ || !value_.empty()) {", "if (!value_.empty()) {"),
+            ("if (finished_ && self_closing_)", "if (self_closing_)"),
+            ("if (name_.is_copy() || value_.is_copy()) adder_.flush();", ""),
+            ("if (!collected.empty()) adder_.flush();", ""),
+            ("if (count_ == batch) flush();", "if (count_ == batch) count_ = 0;"),
+            ("if (attributes.size() < most_without_index)", "if (true)"),
+            ("for (; indexed_ < attributes.size(); ++indexed_)", "for (; indexed_ < 16; ++indexed_)"),
+            ("std::cout << \"exception in parse attribute\"", "std::cerr << \"exception in parse attribute\""),
+            ("std::cerr << \"exception in getElementTagName\"", "std::cout << \"exception in getElementTagName\""),
+            ("node->closed = true;\n    node->isCdata = true;", "node->closed = true;"),
+            ("html[bracket] == '>'", "true"),
+            ("if (c == '\\'' || c == '\"') {", "if (c == '\"') {"),
+            ("position = std::max(position, html.size());", "position = html.size();"),
+            ("if (end == not_found) {\n      move_to_end(html, position);\n      return nullptr;", "if (end == not_found) {\n      return nullptr;"),
+            ("if (!root_->isRoot) {\n      parent_check_", "{\n      parent_check_"),
+            ("name_check_.report(!name.empty());", "name_check_.report(true);"),
+            ("if (drop_comments_) return Outcome::go_on;", ""),
+            ("return name == tag_name(*root_) ?", "return equals_lowered(name, tag_name(*root_)) ?"),
+            ("root_->isRoot ? Outcome::finished : Outcome::failed", "Outcome::failed"),
+            ("if (has_attributes_) parse_attribute", "parse_attribute"),
+            ("document->closed = false;", "", "a part of the record that only the parser looks at, in checks"),
+        ],
+        "qo_html_selector.cpp": [
+            ("if (last() == nullptr || last()->type != SEL_DESCENDANT) add", "add"),
+            ("if (last() != nullptr) add_descendant();", "add_descendant();"),
+            ("char previous = ' '", "char previous = '\\\\'"),
+            ("if (c == ':' && previous != '\\\\') break;", "if (c == ':') break;"),
+            ("if (c != '\\\\') name += c;", "name += c;"),
+            ("'=' && !split && !in_single_quotes", "'=' && !split"),
+            ("previous->nextSelector = last();", ""),
+        ],
+        "qo_html_entities.cpp": [
+            ("if (entity->value[0] == '&') continue;", ""),
+            ("stop != end && *stop == ';'", "stop != end"),
+            ("entity.name[name.size()] == '\\0'", "true"),
+            ("if (static_cast<std::size_t>(end - name) > longest_name) end = name + longest_name;", "",
+             "a bound on time alone, but names longer than any read beyond the table's row"),
+        ],
+        "qo_html_checks.h": [
+            ("kept.size() != text.size() || !begins_with", "!begins_with"),
+            ("kept.resize(text.size() + subject.size());", "if (kept.size() < text.size() + subject.size()) kept.resize(text.size() + subject.size());"),
+        ],
+        "qo_html_walk.h": [
+            ("if (node_ == nullptr) continue;", ""),
+            ("capacity_ *= 2;", "capacity_ *= 1;"),
+        ],
+    },
+    "qo_page": {
+        "tokenizer.cpp": [
+            ("if (end > found) found = source_.find('<', end);", ""),
+            ("before.empty() || before == \"-\"", "before.empty()"),
+            ("ends_with(\"--\") ? 2 : 3", "2"),
+            ("if (c == '/') return i + 2 < source_.size();", "if (c == '/') return true;", "the tree joins texts"),
+            ("cdata_ && rest.substr", "rest.substr"),
+        ],
+        "tag_reader.cpp": [
+            ("(c == '=' && position_ != begin)", "c == '='"),
+            ("token_.self_closing = !at_end() && source_[position_] == '>';", "token_.self_closing = true;"),
+            ("role == CodeRole::closing && !has_block && !is_first", "role == CodeRole::closing && !is_first"),
+            ("position_ = after_name;", ""),
+        ],
+        "raw_content.cpp": [
+            ("(is_blank(after) || after == '/' || after == '>')", "true"),
+            ("source.find(\"-->\", at + 2)", "source.find(\"-->\", at + 4)"),
+            ("in_inner = true;", ""),
+        ],
+        "tree_builder.cpp": [
+            ("if (!is_quirky_) end_paragraph(at);", "end_paragraph(at);"),
+            ("if (tag == Tag::form_) form_ = token.extent.begin;", ""),
+            ("has(tag, heading) && open_.top_has(heading)", "false"),
+            ("if (tag == Tag::col_ && open_.top_is(Tag::colgroup_)) return;", ""),
+            ("while (open_.ends_now()) close_top({tag.end, tag.end});", ""),
+        ],
+        "open_elements.cpp": [
+            ("node.name != Tag::address_ && node.name != Tag::div_", "node.name != Tag::div_"),
+            ("return (flags & (scope | button_scope)) != 0;", "return (flags & scope) != 0;"),
+        ],
+        "template_code.cpp": [
+            ("if (begins_with(inner, \"php\")) inner.remove_prefix(3);", ""),
+            ("word == \"elif\"", "false"),
+            ("close + (is_triple_end ? 3 : 2)", "close + 2"),
+            ("close != npos && find(opener, at + opener_length) > close", "close != npos"),
+        ],
+        "decode.cpp": [
+            ("mode == DecodeMode::attribute && goes_on", "goes_on"),
+            ("size < letters.size() || next == '='", "size < letters.size()"),
+        ],
+        "node_text.cpp": [
+            ("if (text.substr(0, 1) == \"\\r\") text.remove_prefix(1);", ""),
+            ("text.prevSibling == nullptr && parent", "parent"),
+        ],
+        "nodes.cpp": [
+            ("if (!is_new) continue;", ""),
+            ("last->text += token.extent.in(source_);", ""),
+        ],
+        "tag_edit.cpp": [
+            ("if (!is_new && decode(slot.value, DecodeMode::attribute) == value) return;", ""),
+            ("if (slot.value.find(slot.quote) != std::string::npos)", "if (false)"),
+            ("if (decode(range.in(slot.value), DecodeMode::attribute) == token) return;", "if (range.in(slot.value) == token) return;"),
+            ("return needs_blank ? attribute.name.begin : begin;", "return begin;"),
+            ("if (!is_cut_off()) return token_.items_end;", "return token_.items_end;"),
+        ],
+        "edit_writer.cpp": [
+            ("newest_first ? operation->value + out : out + operation->value", "out + operation->value"),
+            ("text = operation->value + text;", "text += operation->value;"),
+            ("return loses_line_break ? \"\\n\" + text : text;", "return text;"),
+            ("is_literal) return operation.value;", "false) return operation.value;"),
+            ("if (skips_content) walk_.skip_children();", ""),
+        ],
+        "edit_check.cpp": [
+            ("if (insertion.is_text && node.kind != NodeKind::code)", "if (false)"),
+            ("if (end > insertion.end && !is_wrapper)", "if (false)"),
+            ("is_same_extent(node.extent, wanted.extent) &&", ""),
+            ("(wanted.is_renamed || node.tag == wanted.node->tag)", "true"),
+            ("if (next_kept_ < written_.kept.size()) fail_at", "if (false) fail_at"),
+        ],
+        "escape.cpp": [
+            ("c == '&' && reference_length(text, i, mode) != 0", "c == '&' && false"),
+            ("if (text.empty()) return false;", ""),
+            ("if (has_double == has_single) return preferred;\n  return has_double", "return has_double"),
+        ],
+        "quirks.cpp": [
+            ("(!has_system && begins_with_any", "(begins_with_any"),
+            ("if (system_name == quirky_system) return true;", ""),
+        ],
+        "selectors/attribute_match.cpp": [
+            ("return !wanted.empty() && begins", "return begins"),
+            ("value[wanted.size()] == '-'", "true"),
+            ("test.ignores_case_in_html && node.space == Space::html", "test.ignores_case_in_html"),
+        ],
+        "selectors/walker.cpp": [
+            ("if (here.node->isComment) return;", ""),
+            ("here.node->isComment ? around.neighbour | here.slots : here.slots", "here.slots"),
+            ("around.below |= here.slots | own.below;", "around.below |= here.slots;"),
+            ("own.above = around.above | here.slots;", "own.above = here.slots;"),
+        ],
+        "selectors/sibling_positions.cpp": [
+            ("counts_[types[i]] - position.from_start + 1", "counts_[types[i]] - position.from_start"),
+            ("if (family.parent != node.parent) {", "if (family.parent == nullptr) {"),
+        ],
+        "selectors/nth.cpp": [
+            ("reader.go_to(end);\n    return 0;", "return 0;"),
+            ("number = std::min(number * 10 + (reader.peek() - '0'), most);", "number = number * 10 + (reader.peek() - '0');"),
+        ],
+        "selectors/languages.cpp": [
+            ("if (subtag.size() == 1) return false;", ""),
+        ],
+        "selectors/default_buttons.cpp": [
+            ("id == nullptr ? around : form_of_id(elements, *id)", "around"),
+            ("served.insert(form).second", "true"),
+        ],
+        "selectors/page_text.cpp": [
+            ("*first + wanted.size() <= range.end", "*first < range.end"),
+        ],
+    },
+    "cli": {
+        "unified_diff.cpp": [
+            ("lines > 2 * context_lines", "lines >= 2 * context_lines"),
+            ("count == 0 ? line - 1 : line", "line"),
+            ("on_last_line ? out.back().old_end :", "false ? out.back().old_end :"),
+        ],
+        "json_text.cpp": [
+            ("static_cast<unsigned char>(c) < 0x20", "static_cast<unsigned char>(c) < 0x10"),
+            ("std::to_string(++counts_[valid])", "std::to_string(counts_[valid])"),
+        ],
+        "files.cpp": [
+            ("if (!path_.empty()) ::unlink(path_.c_str());", ""),
+            ("0666 & ~mask", "0666"),
+        ],
+    },
+}
+
+
+def run(command, **options):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False, **options)
+
+
+def build(work, targets):
+    return run(["cmake", "--build", str(work / "build"), "-j", os.environ.get("JOBS", "1"), "--target", *targets])
+
+
+def prepare(work):
+    """A copy of the sources, to be built without optimisation; what has not changed keeps its time."""
+    for name in run(["git", "ls-files"], cwd=ROOT).stdout.splitlines():
+        target = work / "source" / name
+        target.parent.mkdir(parents=True, exist_ok=True)
+        if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
+            shutil.copyfile(ROOT / name, target)
+            shutil.copymode(ROOT / name, target)
+    configured = run(["cmake", "-S", str(work / "source"), "-B", str(work / "build"), "-DCMAKE_BUILD_TYPE=Debug",
+                      "-DCMAKE_CXX_FLAGS=-O0 -g0"])
+    if configured.returncode != 0:
+        sys.exit(configured.stdout)
+
+
+def verdict(work, targets, tests):
+    if build(work, targets).returncode != 0:
+        return "does not compile", ""
+    found = run(["ctest", "--test-dir", str(work / "build"), "-R", f"^({tests})$", "--timeout", "120",
+                 "--stop-on-failure", "--output-on-failure"])
+    if found.returncode == 0:
+        return "survived", ""
+    named = re.search(r"^\[  FAILED  \] (\S+) \(|^FAIL: (\S+)|(\S+ \.*\*\*\*\S+)", found.stdout, re.M)
+    return "killed", next(filter(None, named.groups())) if named else ""
+
+
+def plant(path, old, new):
+    text = path.read_text()
+    if text.count(old) != 1:
+        return None
+    path.write_text(text.replace(old, new))
+    return text
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--folder", choices=sorted(SUITES), help="only the faults of this folder of src/")
+    parser.add_argument("--work", type=pathlib.Path, default=ROOT / "build" / "faults")
+    parser.add_argument("parts", nargs="*", help="only files that have one of these in their names")
+    arguments = parser.parse_args()
+    work = arguments.work.resolve()
+    prepare(work)
+    counts = {}
+    for folder, files in FAULTS.items():
+        targets, tests = SUITES[folder]
+        if arguments.folder not in (None, folder):
+            continue
+        found, by = verdict(work, targets, tests)
+        if found != "survived":
+            sys.exit(f"src/{folder}, without any fault: {found} {by}")
+        for file, rows in files.items():
+            if arguments.parts and not any(part in file for part in arguments.parts):
+                continue
+            for old, new, *reason in rows:
+                path = work / "source" / "src" / folder / file
+                original = plant(path, old, new)
+                if original is None:
+                    found, by = "is not there once", ""
+                else:
+                    found, by = verdict(work, targets, tests)
+                    path.write_text(original)
+                if reason and found == "survived":
+                    found = "equivalent"
+                counts[found] = counts.get(found, 0) + 1
+                notes = "; ".join(filter(None, [by, *reason]))
+                print(f"{found:10} {folder}/{file}: {old!r} -> {new!r}" + (f" ({notes})" if notes else ""), flush=True)
+    print(", ".join(f"{count} {found}" for found, count in sorted(counts.items())))
+    return 0 if set(counts) <= {"killed", "equivalent"} else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
