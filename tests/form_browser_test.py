@@ -9,6 +9,7 @@ of ten in a range.
 """
 
 import base64
+import itertools
 import json
 import os
 import random
@@ -20,7 +21,7 @@ import tempfile
 from chromium_support import CHROMIUM, SKIPPED, opened
 
 COUNT = 300
-AT_ONCE = 100  # pages in one run of the browser, of files
+AT_ONCE = 300  # pages in one run of the browser
 
 # A live document each: only there does a form keep the controls that the parser gives it. The policy is that of the
 # frames, too: nothing is loaded, which the parser would wait for.
@@ -183,6 +184,12 @@ class Pages:
             out += self.form() + self.pick(["", self.controls(), '<b id="j"></b>'])
         return out
 
+    def titled(self, count):
+        """Pages, with themselves as titles."""
+        for _ in range(count):
+            page = self.page()
+            yield page, page
+
 
 def browser_forms(pages):
     """The name-value pairs of each form of each page."""
@@ -205,7 +212,7 @@ def sending(forms):
     return [form for form in forms if form]
 
 
-def compare(pages, options=()):
+def compare(pages, options):
     """How many forms there are, and a text for each that differs."""
     differences = []
     count = 0
@@ -232,13 +239,12 @@ def main():
         print("SKIPPED: there is no chromium to compare with")
         return SKIPPED
     files = [argument for argument in sys.argv[2:] if not argument.isdigit()]
-    if files:  # the browser knows no templates
-        results = [compare([read(path) for path in files[i:i + AT_ONCE]], ["--no-templates"])
-                   for i in range(0, len(files), AT_ONCE)]
+    if files:
+        pages, options = map(read, files), ["--no-templates"]  # the browser knows no templates
     else:
-        made = Pages(1)
         count = int(sys.argv[2]) if len(sys.argv) > 2 else COUNT
-        results = [compare([(page, page) for page in (made.page() for _ in range(count))])]
+        pages, options = Pages(1).titled(count), []
+    results = [compare(batch, options) for batch in iter(lambda: list(itertools.islice(pages, AT_ONCE)), [])]
     total = sum(count for count, _ in results)
     differences = [difference for _, found in results for difference in found]
     print("\n".join(differences[:20] + [f"{total} forms, {len(differences)} differ"]))
