@@ -40,7 +40,8 @@ fuzz:
 
 # Measures for some five minutes, best on an idle machine, and writes docs/performance.md.
 bench:
-	scripts/install_packages.sh bench
+	scripts/install_packages.sh bench compare
+	npm install --silent --prefix build/compare parse5 cheerio
 	$(MAKE) build/bench/configured
 	cmake --build build/bench -j $(JOBS)
 	scripts/unpack_bench_pages.py build/bench/pages

@@ -9,7 +9,7 @@ compare="chromium"
 command -v npm > /dev/null || compare="$compare nodejs npm"  # Node.js may have come from elsewhere
 docs="doxygen"
 package="dpkg-dev file"
-bench="libbenchmark-dev libgumbo-dev libxml2-dev python3 git"
+bench="libbenchmark-dev libgumbo-dev libxml2-dev python3 git html-xml-utils libxml2-utils pup python3-lxml"
 
 wanted=""
 for group in "${@:-build}"; do

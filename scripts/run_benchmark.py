@@ -11,6 +11,8 @@ import platform
 import subprocess
 import sys
 
+import benchmark_commands
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PROGRAM = ROOT / "build/bench/bench/benchmark_qo_html"
 PAGES = ROOT / "build/bench/pages"
@@ -179,6 +181,13 @@ times the heap of that of `parseHtml`.
 
 {growth_table(rows)}
 
+## Whole commands
+
+Minima of three rounds. The large page has 20 MB of the bodies of these pages, the 10,000 pages are these, over and over. The
+results are what each tool found: tools that read otherwise find otherwise. `pup` and `hxselect` read one page a process. The memory is
+that of the largest process.
+
+{benchmark_commands.table()}
 ## Warm heap
 
 The first table, with a heap that keeps freed memory (`mallopt`: no trimming, no `mmap`).
