@@ -39,6 +39,8 @@ TEST(Page, TellsWhereNodesAre) {
   } const cases[] = {
       {"a<p b>c</p >d", "p", {1, 6, 7, 12}},
       {"<ul><li>a\n<li>b</ul>", "li", {4, 8, 10, 10}},
+      {"<script><!--><script></script>a</script>", "script", {0, 8, 21, 30}},
+      {"<ul><li><address>a<li>b</ul>", "li", {4, 8, 18, 18}},
       {"<svg><g / a>b</g></svg>", "g", {5, 12, 13, 17}},
       {"<!--->a-->", "!--", {0, 4, 4, 6}},
       {"<!-->a-->", "!--", {0, 4, 4, 5}},
