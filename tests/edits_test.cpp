@@ -67,6 +67,21 @@ TEST(Edits, FitTheKindOfTheNode) {
             "0: the document itself cannot be edited");
 }
 
+TEST(Edits, KeepTheBlanksOfTags) {
+  const qo::Operation add{Kind::set_attribute, "k", "v"}, remove{Kind::remove_attribute, "a", ""};
+  struct {
+    const char* source;
+    qo::Operation operation;
+    const char* result;
+  } const cases[] = {
+      {"<p a >", add, "<p a k=\"v\" >"},
+      {"<p a = 'b' >", add, "<p a = 'b' k='v' >"},
+      {"<p a />", add, "<p a k=\"v\" />"},
+      {"<p  a  b >", remove, "<p  b >"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(edited(test.source, "<p", {test.operation}), test.result) << test.source;
+}
+
 TEST(Edits, RefuseWhatContradictsItself) {
   const qo::Operation attribute{Kind::set_attribute, "a", "1"}, text{Kind::set_text, "", "x"},
       append{Kind::append, "", "y"}, remove{Kind::remove, "", ""}, replace{Kind::replace, "", "r"},

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <qo_page/template_code.h>
 
 #include "doc_rows.h"
 #include "test_host.h"
@@ -39,6 +40,8 @@ TEST(Page, TellsWhereNodesAre) {
   } const cases[] = {
       {"a<p b>c</p >d", "p", {1, 6, 7, 12}},
       {"<ul><li>a\n<li>b</ul>", "li", {4, 8, 10, 10}},
+      {"<script><!--><script></script>a</script>", "script", {0, 8, 21, 30}},
+      {"<ul><li><address>a<li>b</ul>", "li", {4, 8, 18, 18}},
       {"<svg><g / a>b</g></svg>", "g", {5, 12, 13, 17}},
       {"<!--->a-->", "!--", {0, 4, 4, 6}},
       {"<!-->a-->", "!--", {0, 4, 4, 5}},
@@ -76,6 +79,7 @@ TEST(Page, GivesTextsAsUsersSeeThem) {
       {"<svg><title>&lt;</title><![CDATA[&lt;]]></svg>", "<&lt;", "&lt;&lt;"},
       {"<!-- &lt; -->", " &lt; ", " &lt; "},
       {"<?php a ?>", "<?php a ?>", "<?php a ?>"},
+      {"<pre>a<b></b>\nc</pre>", "a\nc", "a\nc"},
       {"<pre>\n\na</pre>", "\na", "\n\na"},
       {"<pre>&#10;&#10;a</pre>", "\na", "&#10;&#10;a"},
       {"<textarea>\r\na</textarea>", "a", "\r\na"},
@@ -108,6 +112,46 @@ TEST(Page, ReadsClassesAroundCode) {
   for (const auto& test : cases) {
     const qo::Page page(std::string("<p class='") + test.value + "'>");
     EXPECT_EQ(page.document()->children[0]->classes, test.classes) << test.value;
+  }
+}
+
+TEST(Code, EndsWithItsCloserAndOpensOrClosesABlock) {
+  struct {
+    const char* source;
+    std::size_t end;  // 0: no code
+    qo::CodeRole role;
+  } const cases[] = {
+      {"<?php if (a): ?> b", 16, qo::CodeRole::opening},
+      {"<?php endif ?> b", 14, qo::CodeRole::closing},
+      {"<?php } else { ?>", 17, qo::CodeRole::closing},
+      {"<?php echo $a ?>", 16, qo::CodeRole::output},
+      {"<?= $a ?>b", 9, qo::CodeRole::output},
+      {"<% if a %>b", 10, qo::CodeRole::opening},
+      {"<%- end %>b", 10, qo::CodeRole::closing},
+      {"{% elif a %}b", 12, qo::CodeRole::closing},
+      {"{%- else %}b", 11, qo::CodeRole::closing},
+      {"{% for a in b %}", 16, qo::CodeRole::opening},
+      {"{{ a }} b }}", 7, qo::CodeRole::output},
+      {"{{{ a }}} b", 9, qo::CodeRole::output},
+      {"{{{ a }} b", 8, qo::CodeRole::output},
+      {"{{#if a}}b", 9, qo::CodeRole::opening},
+      {"{{/if}}b", 7, qo::CodeRole::closing},
+      {"{{ range .a }}b", 14, qo::CodeRole::opening},
+      {"{{ end }}b", 9, qo::CodeRole::closing},
+      {"{# a #}b", 7, qo::CodeRole::opening},
+      {"{{ a {{ b }}", 0, qo::CodeRole::output},
+      {"{% a {% b %}", 0, qo::CodeRole::output},
+      {"{{ a <b> }}", 0, qo::CodeRole::output},
+      {"{% 1 %}", 0, qo::CodeRole::output},
+      {"{#1}", 0, qo::CodeRole::output},
+      {"{ a }", 0, qo::CodeRole::output},
+  };
+  for (const auto& test : cases) {
+    const std::string source = test.source;
+    EXPECT_EQ(qo::CodeScanner(source, true).end_of(0, qo::CodeScanner::Place::text), test.end) << source;
+    EXPECT_EQ(qo::CodeScanner(source, false).end_of(0, qo::CodeScanner::Place::text), 0u) << source;
+    if (test.end == 0) continue;
+    EXPECT_EQ(qo::role_of(source.substr(0, test.end)), test.role) << source;
   }
 }
 
