@@ -105,7 +105,21 @@ TEST(Page, ReadsClassesAroundCode) {
     std::vector<std::string> classes;
   } const cases[] = {
       {" a\n b ", {"a", "b"}},
-      {"a{% if x %} b{% endif %}c", {"a", "b", "c"}},
+      {"a{% if x %} b{% endif %} c", {"a", "b", "c"}},
+      {"a{% if x %} b{% endif %}c d", {"d"}},  // what is joined to other characters is none
+      {"a{% if x %} b{% endif %}", {"a", "b"}},
+      {"a {% if x %}b{% elif y %}c{% else %}d{% endif %}", {"a", "b", "c", "d"}},
+      {"a b-{% if x %}c{% else %}d{% endif %}", {"a"}},
+      {"a{% if x %}{% else %}{% endif %} b", {"a", "b"}},
+      {"a{% if x %} {% else %} {% endif %}b", {"a", "b"}},
+      {"a{% if x %} {% elif y %} {% endif %}b", {}},
+      {"a{% if x %}{% if y %}b{% endif %} {% endif %}", {}},
+      {"{% for x in y %}a{% endfor %} {% for x in y %} b{% endfor %}", {"b"}},
+      {"{% for x in y %}{% if x %} {% endif %}a {% endfor %}", {"a"}},
+      {"a{# c #} b{% set x = 1 %} c{% include x %}", {"a", "b"}},
+      {"{{#x}}a{{/x}} {{#if x}}b-{{else}}c{{/if}}d", {"a"}},
+      {"<?php if (a) echo 'b' ?>c d<?php } ?>", {}},
+      {"<% if x %>a<% else %>b<% end %> c<% if x %>d<% end %>", {"a", "b"}},
       {"col-{{ n }} {{ x y }}", {"col-{{ n }}", "{{ x y }}"}},
       {"<?php if (a) { ?>b<?php } ?>", {"b"}},
   };

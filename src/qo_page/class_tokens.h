@@ -10,9 +10,15 @@
 
 namespace qo {
 
+struct ClassToken {
+  Range range;
+  bool is_whole;   // a class: no way through the template joins it to other characters
+  bool is_always;  // it is there whatever way is taken
+};
+
 // The tokens of the value at `value`, as written. Blanks are between them, and code that begins or
 // ends a block; code that stands for text is a part of its token.
-std::vector<Range> class_tokens(std::string_view source, Range value, CodeScanner& code);
+std::vector<ClassToken> class_tokens(std::string_view source, Range value, CodeScanner& code);
 
 }  // namespace qo
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <qo_page/edit_error.h>
 #include <qo_page/tree_builder.h>
 
 namespace qo {
@@ -13,11 +14,6 @@ namespace {
 bool is_same_extent(const Extent& a, const Extent& b) {
   return a.begin == b.begin && a.content_begin == b.content_begin &&
          a.content_end == b.content_end && a.end == b.end;
-}
-
-std::string named(const Node& node) {
-  if (node.kind == NodeKind::element) return "<" + node.tag + ">";
-  return node.kind == NodeKind::comment ? "the comment" : "\"<" + node.tag + "\"";
 }
 
 // Goes over the nodes of the new page beside what is wanted.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <qo_page/edit_error.h>
 #include <qo_page/escape.h>
 #include <qo_page/node_text.h>
 #include <qo_page/substituter.h>
@@ -92,8 +93,33 @@ const NodeEdits* EditWriter::edits_of(const Node& node) {
   return found ? &edits_[next_edits_++] : nullptr;
 }
 
+// What would give a part of a block of template code another fate than the rest. Without an end tag
+// of its own, an element ends where no branch of the template need end it.
+void EditWriter::check_blocks(const Node& node, const NodeEdits& edits) {
+  if (!page_.options().templates) return;
+  const Extent& extent = node.extent;
+  const bool is_open = node.has_content && extent.content_end == extent.end;
+  const bool on_whole = find(edits, {Kind::remove, Kind::replace, Kind::rename, Kind::unwrap,
+                                     Kind::wrap}) != nullptr ||
+                        (is_open && find(edits, {Kind::append, Kind::insert_after}) != nullptr);
+  const bool on_content = find(edits, {Kind::set_text, Kind::set_html}) != nullptr;
+  if (!on_whole && !on_content) return;
+  if (!blocks_) blocks_.emplace(source_);
+  std::optional<CodeBlocks::Cut> cut;
+  if (on_whole || node.isText) cut = blocks_->cut(extent.begin, extent.end);
+  if (!cut && on_content) cut = blocks_->cut(extent.content_begin, extent.content_end);
+  if (!cut) return;
+  const auto code = [this](const CodePiece& piece) {
+    return shortened(source_.substr(piece.begin, piece.end - piece.begin));
+  };
+  throw Error(code(cut->within) + " in " + named(node) + " belongs to " + code(cut->outside) +
+                  " outside of it",
+              extent.begin);
+}
+
 void EditWriter::enter(Node& node) {
   const NodeEdits* const edits = edits_of(node);
+  if (edits != nullptr) check_blocks(node, *edits);
   if (node.isText) {
     if (edits != nullptr) enter_text(node, *edits);
     return;

@@ -4,12 +4,14 @@
 #define QO_PAGE_EDIT_WRITER_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <qo_html/qo_html_walk.h>
 
+#include <qo_page/code_blocks.h>
 #include <qo_page/edits.h>
 #include <qo_page/node.h>
 #include <qo_page/pattern.h>
@@ -63,6 +65,7 @@ class EditWriter {
     std::size_t first_half;  // its place in `insertions`; npos when nothing is wrapped around it
   };
 
+  void check_blocks(const Node& node, const NodeEdits& edits);
   void enter(Node& node);
   void enter_text(Node& node, const NodeEdits& edits);
   void write_substituted(const Node& node, const NodeEdits& edits);
@@ -87,6 +90,7 @@ class EditWriter {
   const Page& page_;
   std::string_view source_;
   CodeScanner code_;
+  std::optional<CodeBlocks> blocks_;  // made when an edit needs them
   PatternBudget budget_;
   TreeWalk walk_;
   const std::vector<NodeEdits>& edits_;

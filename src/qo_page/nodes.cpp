@@ -58,21 +58,21 @@ std::unique_ptr<Node> TreeBuilder::make_element(const Token& token, Tag tag, Spa
 }
 
 // Of several attributes of one name, the first counts.
-void TreeBuilder::add_attributes(Node& node, const Token& token) {
-  node.attributes.reserve(token.attributes.size());
+void TreeBuilder::add_attributes(Node& node, const Token& tag) {
+  node.attributes.reserve(tag.attributes.size());
   std::unordered_set<std::string> names;
-  for (const AttributeToken& attribute : token.attributes) {
+  for (const AttributeToken& attribute : tag.attributes) {
     const std::string_view name = attribute.name.in(source_);
-    const bool is_new = token.attributes.size() > many ? names.insert(lower(name)).second
-                                                       : !has_attribute(node, name);
+    const bool is_new = tag.attributes.size() > many ? names.insert(lower(name)).second
+                                                     : !has_attribute(node, name);
     if (!is_new) continue;
     Attribute& added = node.attributes.emplace_back();
     added.name = name;
     added.hasValue = attribute.has_value ? 1 : 0;
     added.value = attribute.value.in(source_);
     if (!equals_without_case(name, "class")) continue;
-    for (const Range& word : class_tokens(source_, attribute.value, tokenizer_.code())) {
-      node.classes.emplace_back(word.in(source_));
+    for (const ClassToken& token : class_tokens(source_, attribute.value, tokenizer_.code())) {
+      if (token.is_whole) node.classes.emplace_back(token.range.in(source_));
     }
   }
 }

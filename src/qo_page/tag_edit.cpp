@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include <qo_page/ascii.h>
-#include <qo_page/class_tokens.h>
 #include <qo_page/decode.h>
+#include <qo_page/edit_error.h>
 #include <qo_page/escape.h>
 #include <qo_page/substituter.h>
 #include <qo_page/tag_reader.h>
@@ -13,6 +13,7 @@ namespace qo {
 
 namespace {
 
+constexpr std::size_t npos = std::string_view::npos;
 constexpr std::string_view blanks = " \t\n\f\r";
 
 }  // namespace
@@ -23,6 +24,9 @@ TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
   token_.extent.begin = begin;
   TagReader(source, code, token_).read(begin + 1);
   name_ = token_.name.in(source);
+  const std::string_view tag = token_.extent.in(source);
+  const bool may_have_code = tag.find('{') != npos || tag.find('<', 1) != npos;
+  if (templates_ && may_have_code) blocks_.emplace(tag);
   for (const AttributeToken& attribute : token_.attributes) {
     if (attribute.quote != 0) {
       tag_quote_ = attribute.quote;
@@ -69,9 +73,24 @@ TagEdit::Slot* TagEdit::find(std::string_view name) {
 
 TagEdit::Slot& TagEdit::find_or_add(std::string_view name) {
   Slot* const found = find(name);
-  if (found != nullptr) return *found;
+  if (found != nullptr) {
+    check_is_always(*found);
+    return *found;
+  }
   slots_.push_back({nullptr, std::string(name), std::string(), false, 0, true, false});
   return slots_.back();
+}
+
+// What holds in one branch of a block would not hold in the others.
+void TagEdit::check_is_always(const Slot& slot) const {
+  if (!blocks_ || slot.written == nullptr) return;
+  const std::size_t offset = slot.written->name.begin - token_.extent.begin;
+  const std::optional<CodePiece> branch = blocks_->branch_at(offset);
+  if (!branch) return;
+  const std::string code(
+      source_.substr(token_.extent.begin + branch->begin, branch->end - branch->begin));
+  throw Error("the attribute \"" + slot.name + "\" is there only under " + shortened(code),
+              token_.extent.begin);
 }
 
 void TagEdit::set(Slot& slot, const std::string& value) {
@@ -101,7 +120,7 @@ void TagEdit::remove(std::string_view name) {
   }
 }
 
-std::vector<Range> TagEdit::tokens_of(const Slot& slot) const {
+std::vector<ClassToken> TagEdit::tokens_of(const Slot& slot) const {
   CodeScanner code(slot.value, templates_);
   return class_tokens(slot.value, {0, slot.value.size()}, code);
 }
@@ -116,8 +135,8 @@ void TagEdit::use_quotes(Slot& slot) {
 
 void TagEdit::add_class(const std::string& token) {
   Slot& slot = find_or_add("class");
-  for (const Range& range : tokens_of(slot)) {
-    if (decode(range.in(slot.value), DecodeMode::attribute) == token) return;
+  for (const ClassToken& there : tokens_of(slot)) {
+    if (there.is_whole && there.is_always && is_class(slot, there, token)) return;
   }
   use_quotes(slot);
   slot.is_changed = true;
@@ -125,43 +144,61 @@ void TagEdit::add_class(const std::string& token) {
   slot.value.insert(end, (end == 0 ? "" : " ") + escaped_value(token, slot.quote, templates_));
 }
 
-// Takes each such token away with the blanks in front of it, or, where there are none, after it.
+bool TagEdit::is_class(const Slot& slot, const ClassToken& there, const std::string& token) {
+  return decode(there.range.in(slot.value), DecodeMode::attribute) == token;
+}
+
+// Under conditions, there may be several attributes of one name.
 void TagEdit::remove_class(const std::string& token) {
-  Slot* const slot = find("class");
-  if (slot == nullptr) return;
-  const std::vector<Range> tokens = tokens_of(*slot);
-  for (auto range = tokens.rbegin(); range != tokens.rend(); ++range) {
-    if (decode(range->in(slot->value), DecodeMode::attribute) != token) continue;
-    std::size_t begin = range->begin;
-    std::size_t end = range->end;
-    while (begin > 0 && is_blank(slot->value[begin - 1])) --begin;
-    if (begin == range->begin) {
-      while (end < slot->value.size() && is_blank(slot->value[end])) ++end;
+  for (Slot& slot : slots_) {
+    if (!slot.is_removed && equals_without_case(slot.name, "class")) remove_class(slot, token);
+  }
+}
+
+// Takes each such token away with the blanks in front of it, or, where there are none, after it.
+void TagEdit::remove_class(Slot& slot, const std::string& token) {
+  const std::vector<ClassToken> tokens = tokens_of(slot);
+  for (auto there = tokens.rbegin(); there != tokens.rend(); ++there) {
+    if (!is_class(slot, *there, token)) continue;
+    if (!there->is_whole) {
+      throw Error("template code joins \"" + token + "\" to other characters: it is no class",
+                  token_.extent.begin);
     }
-    slot->value.erase(begin, end - begin);
-    slot->is_changed = true;
-    if (slot->value.empty()) use_quotes(*slot);
+    std::size_t begin = there->range.begin;
+    std::size_t end = there->range.end;
+    while (begin > 0 && is_blank(slot.value[begin - 1])) --begin;
+    if (begin == there->range.begin) {
+      while (end < slot.value.size() && is_blank(slot.value[end])) ++end;
+    }
+    slot.value.erase(begin, end - begin);
+    slot.is_changed = true;
+    if (slot.value.empty()) use_quotes(slot);
   }
 }
 
 void TagEdit::substitute(const std::string& name, const Substitution& substitution) {
-  Slot* const slot = find(name);
-  if (slot == nullptr || !slot->has_value) return;
+  for (Slot& slot : slots_) {
+    const bool is_named = !slot.is_removed && equals_without_case(slot.name, name);
+    if (is_named && slot.has_value) substitute(slot, substitution);
+  }
+}
+
+void TagEdit::substitute(Slot& slot, const Substitution& substitution) {
   const Substituter substituter(substitution, budget_, token_.extent.begin);
   const auto splices = [&] {
-    return substituter.splices({slot->value, WrittenText::Kind::value, slot->quote, templates_});
+    return substituter.splices({slot.value, WrittenText::Kind::value, slot.quote, templates_});
   };
   std::vector<Splice> made = splices();
   if (made.empty()) return;
   const bool fits = std::all_of(made.begin(), made.end(), [](const Splice& splice) {
     return splice.text.empty() || fits_without_quotes(splice.text);
   });
-  if (slot->quote == 0 && (!fits || spliced(slot->value, made).empty())) {
-    use_quotes(*slot);
+  if (slot.quote == 0 && (!fits || spliced(slot.value, made).empty())) {
+    use_quotes(slot);
     made = splices();
   }
-  slot->value = spliced(slot->value, made);
-  slot->is_changed = true;
+  slot.value = spliced(slot.value, made);
+  slot.is_changed = true;
 }
 
 // The attribute as it is to be; what is around a "=" that was there stays.

@@ -3,10 +3,13 @@
 #ifndef QO_PAGE_TAG_EDIT_H
 #define QO_PAGE_TAG_EDIT_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <qo_page/class_tokens.h>
+#include <qo_page/code_blocks.h>
 #include <qo_page/edits.h>
 #include <qo_page/pattern.h>
 #include <qo_page/tokenizer.h>
@@ -39,6 +42,7 @@ class TagEdit {
 
   Slot* find(std::string_view name);
   Slot& find_or_add(std::string_view name);
+  void check_is_always(const Slot& slot) const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);
   void remove(std::string_view name);
@@ -46,7 +50,10 @@ class TagEdit {
   void remove_class(const std::string& token);
   void substitute(const std::string& name, const Substitution& substitution);
   void use_quotes(Slot& slot);
-  std::vector<Range> tokens_of(const Slot& slot) const;
+  static bool is_class(const Slot& slot, const ClassToken& there, const std::string& token);
+  void remove_class(Slot& slot, const std::string& token);
+  void substitute(Slot& slot, const Substitution& substitution);
+  std::vector<ClassToken> tokens_of(const Slot& slot) const;
 
   std::string text_of(const Slot& slot) const;
   std::size_t removal_begin(std::size_t previous_end, const AttributeToken& attribute) const;
@@ -60,7 +67,8 @@ class TagEdit {
   PatternBudget& budget_;
   Token token_{};
   std::string name_;
-  char tag_quote_ = '"';  // of the first attribute that has quotes
+  char tag_quote_ = '"';              // of the first attribute that has quotes
+  std::optional<CodeBlocks> blocks_;  // of the tag alone, if it has template code
   std::vector<Slot> slots_;
 };
 

@@ -1,40 +1,13 @@
 #include <qo_page/template_code.h>
 
-#include <algorithm>
-
-#include <qo_page/ascii.h>
 #include <qo_page/tags.h>
+#include <qo_page/words.h>
 
 namespace qo {
 
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
-
-bool begins_with(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
-}
-
-bool is_word_character(char c) {
-  return is_letter(c) || is_digit(c) || c == '_';
-}
-
-std::string_view without_leading(std::string_view text, std::string_view characters) {
-  return text.substr(std::min(text.find_first_not_of(characters), text.size()));
-}
-
-std::string_view first_word(std::string_view text) {
-  std::size_t length = 0;
-  while (length < text.size() && is_word_character(text[length])) ++length;
-  return text.substr(0, length);
-}
-
-template <std::size_t count>
-bool is_one_of(std::string_view word, const std::string_view (&words)[count]) {
-  return std::find(words, words + count, word) != words + count;
-}
-
-constexpr std::string_view blanks = " \t\r\n\f";
 
 // A statement of a language whose blocks end with a word, such as "endif", or a "}".
 CodeRole role_of_statement(std::string_view statement) {

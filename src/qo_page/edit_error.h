@@ -1,0 +1,30 @@
+// How refusals name what they are about.
+
+#ifndef QO_PAGE_EDIT_ERROR_H
+#define QO_PAGE_EDIT_ERROR_H
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include <qo_page/node.h>
+
+namespace qo {
+
+inline std::string named(const Node& node) {
+  if (node.kind == NodeKind::element) return "<" + node.tag + ">";
+  if (node.kind == NodeKind::text) return "the text";
+  return node.kind == NodeKind::comment ? "the comment" : "\"<" + node.tag + "\"";
+}
+
+// The beginning of a piece of code, on one line and in quotes.
+inline std::string shortened(std::string_view code) {
+  constexpr std::size_t most = 60;
+  const std::size_t length = std::min(code.find('\n'), std::min(code.size(), most));
+  const bool is_whole = length == code.size();
+  return '"' + std::string(code.substr(0, length)) + (is_whole ? "\"" : "...\"");
+}
+
+}  // namespace qo
+
+#endif
