@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "failure.h"
 #include "text.h"
 
 namespace cli {

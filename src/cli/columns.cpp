@@ -1,6 +1,6 @@
 #include "columns.h"
 
-#include "text.h"
+#include "failure.h"
 
 namespace cli {
 

@@ -8,7 +8,9 @@
 #include <qo_html/qo_html_version.h>
 
 #include "arguments.h"
+#include "command_table.h"
 #include "edit_script.h"
+#include "failure.h"
 #include "files.h"
 #include "help.h"
 #include "option_table.h"

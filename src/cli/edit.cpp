@@ -8,6 +8,7 @@
 
 #include "commands.h"
 #include "composed_changes.h"
+#include "failure.h"
 #include "page_view.h"
 #include "session.h"
 #include "text.h"

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "arguments.h"
+#include "failure.h"
 #include "files.h"
 #include "text.h"
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "failure.h"
 #include "text.h"
 
 namespace cli {

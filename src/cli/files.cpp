@@ -9,8 +9,8 @@
 #include <cstring>
 #include <memory>
 
+#include "failure.h"
 #include "signals.h"
-#include "text.h"
 
 namespace cli {
 

@@ -1,6 +1,7 @@
 #include <qo_page/form_data.h>
 
 #include "commands.h"
+#include "failure.h"
 #include "form_json.h"
 #include "json_text.h"
 #include "page_view.h"

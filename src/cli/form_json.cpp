@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "failure.h"
 #include "json_text.h"
 #include "text.h"
 

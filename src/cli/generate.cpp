@@ -8,9 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "command_table.h"
+#include "failure.h"
 #include "files.h"
 #include "option_table.h"
-#include "text.h"
 
 namespace cli {
 

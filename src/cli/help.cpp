@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "option_table.h"
+
 namespace cli {
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "option_table.h"
+#include "command_table.h"
 
 namespace cli {
 

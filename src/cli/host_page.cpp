@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "failure.h"
 #include "host.h"
 #include "host_tags.h"
 #include "text.h"

@@ -9,10 +9,10 @@
 
 #include "command_line.h"
 #include "commands.h"
+#include "failure.h"
 #include "host_page.h"
 #include "messages.h"
 #include "session.h"
-#include "text.h"
 
 namespace {
 

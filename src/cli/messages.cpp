@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "failure.h"
 #include "files.h"
 #include "text.h"
 

@@ -1,5 +1,5 @@
-// The subcommands and their options, declared once: command line, help, manual and completions are
-// all made from these tables.
+// The options of all subcommands, declared once: command line, help, manual and completions are
+// made from this table.
 
 #ifndef QO_CLI_OPTION_TABLE_H
 #define QO_CLI_OPTION_TABLE_H
@@ -35,24 +35,7 @@ struct OptionRow {
   void (*set)(Options& options, const std::vector<std::string>& values);
 };
 
-struct Example {
-  const char* what;
-  const char* command;
-};
-
-struct CommandRow {
-  Command command;
-  const char* name;
-  const char* arguments;
-  const char* help;  // a sentence without its full stop
-  const char* more;  // for the manual, as scdoc
-  std::vector<Example> examples;
-};
-
 const std::vector<OptionRow>& option_table();
-const std::vector<CommandRow>& command_table();
-
-const CommandRow& row_of(Command command);
 
 // "-t", or "--inner" where there is no letter.
 std::string shown_name(const OptionRow& option);

@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 
+#include "failure.h"
 #include "files.h"
-#include "text.h"
 
 namespace cli {
 

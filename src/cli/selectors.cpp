@@ -7,6 +7,7 @@
 
 #include <qo_html/qo_html_walk.h>
 
+#include "failure.h"
 #include "session.h"
 #include "text.h"
 

@@ -7,10 +7,10 @@
 
 #include <qo_page/page.h>
 
+#include "failure.h"
 #include "folders.h"
 #include "host_page.h"
 #include "signals.h"
-#include "text.h"
 
 namespace cli {
 

@@ -5,6 +5,7 @@
 
 #include "cells.h"
 #include "commands.h"
+#include "failure.h"
 #include "json_text.h"
 #include "page_view.h"
 #include "session.h"

@@ -4,17 +4,10 @@
 #define QO_CLI_TEXT_H
 
 #include <cstddef>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace cli {
-
-// What ends the work on a file, or the whole run: one line, without the tool's name.
-class Failure : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 // "LINE:COLUMN" of an offset, both from 1, columns in bytes.
 std::string place_of(std::string_view text, std::size_t offset);
