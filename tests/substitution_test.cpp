@@ -1,0 +1,143 @@
+// Substitutions in texts and values, and tables as grids.
+
+#include <gtest/gtest.h>
+#include <qo_page/edits.h>
+#include <qo_page/selector.h>
+#include <qo_page/tables.h>
+
+#include "test_host.h"
+
+namespace {
+
+using Kind = qo::Operation::Kind;
+
+// The new source, or what went wrong.
+std::string substituted(const std::string& source, const std::string& selector, const std::string& attribute,
+                        const std::string& expression, const std::string& replacement) {
+  try {
+    const qo::Page page(source);
+    qo::Edits edits(page);
+    const Kind kind = attribute.empty() ? Kind::substitute_text : Kind::substitute_value;
+    edits.add(page.select(qo::Selector(selector)), {{kind, attribute, "", qo::Substitution(expression, replacement)}});
+    return edits.apply().source;
+  } catch (const qo::Error& error) {
+    return std::to_string(error.offset()) + ": " + error.what();
+  }
+}
+
+TEST(Substitution, ChangesOnlyWhatWasMatched) {
+  struct {
+    const char* source;
+    const char* attribute;  // empty: in texts
+    const char* expression;
+    const char* replacement;
+    const char* result;
+  } const cases[] = {
+      // Values: in the quotes that are there, or in some where they are needed.
+      {"<p t='a b a'>", "t", "a", "c", "<p t='c b c'>"},
+      {"<p T=aba>", "t", "b", "'", "<p T=\"a'a\">"},
+      {"<p t=aba>", "t", "^a", "x", "<p t=xba>"},
+      {"<p t=a>", "t", "a", "", "<p t=\"\">"},
+      {"<p t=\"a\">", "t", "a", "\"'<&lt", "<p t=\"&quot;'<&amp;lt\">"},
+      {"<p t='&copy;a&lt;'>", "t", "a", "b", "<p t='&copy;b&lt;'>"},
+      {"<p t='a&amp;b'>", "t", "&b", "&c", "<p t='a&c'>"},
+      {"<p t='a&amp;b;'>", "t", "b", "lt", "<p t='a&amp;lt;'>"},
+      {"<p t='&ltx;'>", "t", "x", "y", "<p t='&lty;'>"},
+      {"<p t='&am1p;'>", "t", "1", "", "0: the result would be read otherwise than as asked"},
+      {"<p t><p>", "t", "^", "a", "<p t><p>"},
+      {"<p t='{{ a }}a'>", "t", "a", "b", "<p t='{{ a }}b'>"},
+      {"<p t='/{{ a }}.png'>", "t", "/(.*)\\.png", "$1.gif", "<p t='{{ a }}.gif'>"},
+      {"<p t='/{{ a }}.png'>", "t", ".*", "x", "0: the expression would change template code"},
+      {"<p t='x{{ a }}'>", "t", "x..", "", "0: the expression would change template code"},
+      {"<p t='x'>", "t", "x", "{{ y \"z\" }}", "<p t='{{ y \"z\" }}'>"},
+      {"<p t='x'>", "t", "x", "{{ 'z' }}", "<p t='{{ 'z' }}'>"},
+      // Texts: each alone, and once, whatever matches are nested.
+      {"<p>ab<p>b<b>ab</b></p>", "", "a?b", "c", "<p>c<p>c<b>c</b></p>"},
+      {"<p>a&amp;lt;<!-- a --><script>a</script>{# a #}<?a?>", "", "a|&", "<",
+       "<p>&lt;&lt;lt;<!-- a --><script>a</script>{# a #}<?a?>"},
+      {"<p>aé</p>", "", "", "-", "<p>-a-é-</p>"},
+      {"<p>\xff\xC3</p>", "", ".", "-", "<p>\xff\xC3</p>"},
+      {"<p>one two</p>", "", "(?<first>\\w+) (\\w+)", "${2} $first$$", "the replacement"},
+      {"<p>one two</p>", "", "(?<first>\\w+) (\\w+)", "${2} ${first}$$", "<p>two one$</p>"},
+      {"<p>a</p>", "", "(a)|(b)", "[$2]", "<p>[]</p>"},
+      {"<p>&NotEqualTilde;x</p>", "", "\u0338", "", "3: the expression matches a part of a reference"},
+      {"<p>&lt;b></p>", "", "<b", "<i", "<p>&lt;i></p>"},
+  };
+  for (const auto& test : cases) {
+    const std::string result = substituted(test.source, "p", test.attribute, test.expression, test.replacement);
+    const bool is_error = std::string(test.result) == "the replacement";
+    EXPECT_EQ(is_error ? "the replacement" : result, test.result) << test.source << " " << result;
+  }
+  EXPECT_EQ(substituted("<script>a</script>", "script", "", "a", "b && c<d"), "<script>b && c<d</script>");
+  EXPECT_EQ(substituted("<script>a</script>", "script", "", "a", "</script>"),
+            "8: the new text would not stay in <script>");
+  EXPECT_EQ(substituted("<textarea>a</textarea>", "textarea", "", "a", "</textarea>"),
+            "<textarea>&lt;/textarea></textarea>");
+}
+
+TEST(Substitution, IsRefusedOrBounded) {
+  struct {
+    const char* expression;
+    const char* replacement;
+    const char* message;
+  } const cases[] = {
+      {"(", "", "1: the expression: missing closing parenthesis"},
+      {"a", "b$1", "1: the replacement: the expression has no group 1"},
+      {"a", "${x}", "0: the replacement: the expression has no group \"x\""},
+      {"a", "${x", "0: the replacement: \"${\" has no \"}\""},
+      {"a", "$", "0: the replacement: after \"$\" comes a group, or \"$$\" for a \"$\" itself"},
+      {"a", "$99999999999999999999", "0: the replacement: the expression has no group 99999999999999999999"}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(substituted("<p>a", "p", "", test.expression, test.replacement), test.message);
+  }
+  EXPECT_EQ(substituted("<p>" + std::string(50, 'a') + "b", "p", "", "^(a+)+$", ""),
+            "3: the regular expression takes too many steps on this page");
+  const qo::Page page("<p>");
+  qo::Edits edits(page);
+  EXPECT_THROW(edits.add(page.select(qo::Selector("p")), {{Kind::substitute_text, "", ""}}), qo::Error);
+}
+
+// Rows with "|" between cells and "/" after each.
+std::string grid(const std::string& source) {
+  const qo::Page page(source);
+  const qo::Table table(page.select(qo::Selector("table")).front());
+  std::string out = std::to_string(table.header_rows()) + ":";
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    for (std::size_t column = 0; column < table.columns(); ++column) out += table.text(row, column) + "|";
+    out += "/";
+  }
+  return out;
+}
+
+TEST(Table, IsTheGridOfTheStandard) {
+  struct {
+    const char* source;
+    const char* grid;
+  } const cases[] = {
+      {"<table>", "0:"},
+      {"<table><tr><tr><td>a", "0:|/a|/"},
+      {"<table><tr><th>a<th>b<tr><th>c<td>d</table>", "1:a|b|/c|d|/"},
+      {"<table><tr><th>a<td>b</table>", "0:a|b|/"},
+      {"<table><thead><tr><td>a<tr><td>b<tbody><tr><td>c</table>", "2:a|/b|/c|/"},
+      {"<table><tfoot><tr><td>f<tbody><tr><td>a</table>", "0:a|/f|/"},
+      {"<table><tr><td rowspan=2>a<td>b<tr><td>c<tr><td>d</table>", "0:a|b|/a|c|/d||/"},
+      {"<table><tr><td colspan=2>a<td>b<tr><td>c</table>", "0:a|a|b|/c|||/"},
+      {"<table><tr><td>a<td rowspan=3>b<tr><td colspan=3>c<tr><td>d</table>", "0:a|b||/c|b|c|/d|b||/"},
+      {"<table><tr><td rowspan=0>a<td>b<tr><td>c<tbody><tr><td>d</table>", "0:a|b|/a|c|/d||/"},
+      {"<table><tr><td rowspan=-1 colspan=' 2x'>a<td colspan=0>b", "0:a|a|b|/"},
+      {"<table><td>a<td>b<tr><td>c</table>", "0:a|b|/c||/"},
+      {"<table><caption>x<col><tr><td>a <p> b<table><tr><td>in</table> c</table>", "0:a b c|/"},
+      {"<TABLE><form><TR><TD>a</form></TABLE>", "0:a|/"},
+      {"<table>{% for x in y %}<tr><td>{{ x }}</td></tr>{% endfor %}</table>", "0:{{ x }}|/"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(grid(test.source), test.grid) << test.source;
+  EXPECT_THROW(grid("<table><tr><td rowspan=0 colspan=1000>" + std::string(80000, ' ').replace(0, 0, "a") +
+                    [] {
+                      std::string rows;
+                      for (int i = 0; i < 20000; ++i) rows += "<tr><td>";
+                      return rows;
+                    }()),
+               qo::Error);
+}
+
+}  // namespace
