@@ -124,11 +124,59 @@ TEST(Depth, FormsOfAnyShapeAreReadInLinearTime) {
 }
 
 TEST(Width, PagesWithoutEndsAreReadInLinearTime) {
-  for (const char* piece : {"</x>", "{{", "{% a", "<% ", "<?x ", "{{ < ", "{# ", "<a b={{ ", "<!", "<script><!--",
-                            "<li>", "<td>", "{{ <b> ", "<p a='", "<x-y>", "<form>", "<option>", "<p x{{a}}"}) {
+  for (const char* piece :
+       {"</x>", "{{", "{% a", "<% ", "<?x ", "{{ < ", "{# ", "<a b={{ ", "<!", "<script><!--", "<li>", "<td>",
+        "{{ <b> ", "<p a='", "<x-y>", "<form>", "<option>", "<p x{{a}}", "<script><!--</script>"}) {
     const qo::Page page(repeated(piece));
     EXPECT_EQ(page.extent(page.document()).end, page.source().size());
     EXPECT_EQ(qo::Edits(page).apply().source, page.source());
+  }
+}
+
+using Kind = qo::Operation::Kind;
+
+TEST(Width, ManyBlocksOfCodeAreJoinedInLinearTime) {
+  const std::string end = "<i>{% endx %}</i>";
+  for (const char* piece :
+       {"{% if a %}", "{% else %}{% endif %}", "{{#a}}{{end}}", "<?php } if (a): { ?>", "<% if a do b { %>"}) {
+    const qo::Page page(repeated(piece) + end);
+    qo::Edits edits(page);
+    edits.add(page.select(qo::Selector("i")), {{Kind::remove, "", ""}});
+    try {
+      edits.apply();
+    } catch (const qo::Error& error) {
+      EXPECT_EQ(error.offset(), page.source().size() - end.size()) << piece;
+    }
+  }
+  for (const char* piece : {"a{% if b %}", "{% if b %}a{% endif %}", "{% for b in c %}a", "{% if b %}{% else %}"}) {
+    const qo::Page page("<p class='" + repeated(piece) + "'>");
+    EXPECT_LE(page.document()->children[0]->classes.size(), 1u);
+  }
+  // One statement of a program, as long as it can be.
+  const qo::Page page("<i><?php " + repeated("if (a) <<<A { ") + "?></i>");
+  qo::Edits edits(page);
+  edits.add(page.select(qo::Selector("i")), {{Kind::remove, "", ""}});
+  EXPECT_EQ(edits.apply().source, "");
+}
+
+TEST(Width, ManyEditsTakeLinearTime) {
+  const qo::Page page("<p>a</p>");
+  std::vector<qo::Operation> operations;
+  for (std::size_t i = 0; i < levels / 10; ++i) {
+    for (const Kind kind : {Kind::prepend, Kind::append, Kind::insert_before, Kind::insert_after}) {
+      operations.push_back({kind, "", "b"});
+    }
+    operations.push_back({Kind::wrap, "", "<i></i>"});
+  }
+  qo::Edits edits(page);
+  for (const qo::Operation& operation : operations) edits.add(page.document()->children[0], {operation});
+  EXPECT_EQ(edits.apply().source.size(), page.source().size() + levels / 10 * 11);
+  // Each leaves its seams in one text.
+  for (const char* piece : {"&amp<b></b>", "a<b></b>", "&<b></b>", "{<b></b> "}) {
+    const qo::Page many(repeated(piece));
+    qo::Edits removal(many);
+    removal.add(many.select(qo::Selector("b")), {{Kind::remove, "", ""}});
+    EXPECT_EQ(removal.apply().changes.size(), levels);
   }
 }
 

@@ -59,7 +59,7 @@ TEST(Edits, FitTheKindOfTheNode) {
       {"<br", {Kind::unwrap, "", ""}, "22: <br> has no content"},
       {"<g", text, "31: <g> has no content"},
       {"d", name, "17: only elements have tags to edit"},
-      {"d", {Kind::insert_before, "", "</p>"}, "17: the edit would change how <p> is read"},
+      {"d", {Kind::insert_before, "", "</p>"}, "17: </p> would end <p>"},
       {"d", {Kind::set_text, "", "{{ a<b }}<"}, "a<!--b--><?c?><p>{{ a<b }}&lt;</p><br><svg><g/></svg>"},
   };
   for (const auto& test : cases) EXPECT_EQ(edited(source, test.node, {test.operation}), test.result) << test.node;
@@ -137,6 +137,51 @@ TEST(Edits, ComeInTheOrderOfTheSource) {
                      edits.add(find(page, "<p>b"), {{Kind::remove, "", ""}});
                    }),
             "<div><p>d</p></div>");
+}
+
+TEST(Edits, LeaveWhatIsBesideThemAsItWasRead) {
+  const qo::Operation remove{Kind::remove, "", ""}, unwrap{Kind::unwrap, "", ""};
+  const auto after = [](const char* markup) { return qo::Operation{Kind::insert_after, "", markup}; };
+  const auto together = [](const char* what) {
+    return std::string("what is on both sides of the edit would together be read as ") + what;
+  };
+  const std::string code = together("template code"), reference = together("a character reference"),
+                    tag = together("a tag"), beside = "the edit would change how the template code beside it is read";
+  struct {
+    const char* source;
+    const char* node;
+    qo::Operation operation;
+    std::string result;
+  } const cases[] = {
+      {"<i>x</i>{ y }}", "<i", after("{"), "8: " + code},
+      {"a{<i>x</i>% y %}", "<i", remove, "2: " + code},
+      {"<i>{{</i> }}", "<i", unwrap, "5: " + code},
+      {"\"<i></i>{{\"x\"}}", "<i", remove, "8: " + beside},
+      {"<i></i>{{\"x\"}}", "<i", after("\""), "7: " + beside},
+      {"{{ a }}<i></i>{{ b }}", "<i", remove, "{{ a }}{{ b }}"},
+      {"A &lt<i></i>; B", "<i", remove, "5: " + reference},
+      {"&not<i>in;</i>", "<i", unwrap, "4: " + reference},
+      {"<i>a</i>p; B", "<i", after("&am"), "8: " + reference},
+      {"&lt;<i></i>&gt;", "<i", remove, "&lt;&gt;"},
+      {"<textarea>a</textarea>p;", "a", {Kind::insert_before, "", "&am"}, "<textarea>&ama</textarea>p;"},
+      {"<script>&am</script>", "<script", {Kind::append, "", "p;"}, "<script>&amp;</script>"},
+      {"a <<i></i>/b z", "<i", remove, "3: " + tag},
+      {"a <<i></i> b", "<i", remove, "a < b"},
+      {"<i></i>r>", "<i", {Kind::insert_before, "", "<b"}, "0: " + tag},
+      {"<script>", "<script", {Kind::append, "", "<!-- <b x='"}, "<script><!-- <b x='"},
+      {"<!-- a", "<!--", {Kind::set_text, "", "<b"}, "<!--<b"},
+      {"<style>a &lt; b</style>",
+       "<style",
+       {Kind::rename, "title", ""},
+       "0: the edit would change how the references in <style> are read"},
+      {"<title>a &lt; b</title>", "<title", {Kind::rename, "p", ""}, "<p>a &lt; b</p>"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(edited(test.source, test.node, {test.operation}), test.result) << test.source;
+  }
+  // A new text is written as its new name reads it.
+  EXPECT_EQ(edited("<style>a</style>", "<style", {{Kind::rename, "p", ""}, {Kind::set_text, "", "&lt;"}}),
+            "<p>&amp;lt;</p>");
 }
 
 TEST(Edits, TellTheirChanges) {

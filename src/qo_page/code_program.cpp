@@ -97,7 +97,7 @@ class ProgramReader {
 
   // <<<NAME, up to a line that begins with the name.
   bool skip_here_document() {
-    if (!is_php_ || text_.substr(position_, 3) != "<<<") return false;
+    if (!is_php_ || is_unended_ || text_.substr(position_, 3) != "<<<") return false;
     const std::string_view name =
         first_word(without_leading(text_.substr(position_ + 3), " \t'\""));
     if (name.empty()) return false;
@@ -111,6 +111,7 @@ class ProgramReader {
       }
       line = text_.find('\n', line + 1);
     }
+    is_unended_ = true;
     return false;
   }
 
@@ -236,6 +237,7 @@ class ProgramReader {
   bool is_loop_ = false;       // the statement is one
   bool is_branch_ = false;     // between the "else" and the brace of "} else {"
   bool is_unclosed_[3] = {};   // for each quote: nothing closes the last one
+  bool is_unended_ = false;    // the last here-document
   std::size_t opener_ = npos;  // the step that the statement has opened with
   char last_ = '\0';           // the last character that is no blank
 };

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <qo_page/edit_error.h>
+#include <qo_page/reading.h>
 #include <qo_page/tree_builder.h>
 
 namespace qo {
@@ -19,7 +20,18 @@ bool is_same_extent(const Extent& a, const Extent& b) {
 // Goes over the nodes of the new page beside what is wanted.
 class EditCheck : public TreeObserver {
  public:
-  explicit EditCheck(const WrittenEdit& written) : written_(written) {}
+  EditCheck(const WrittenEdit& written, std::string_view old_source, bool templates)
+      : written_(written), seams_(written.source, old_source, templates, written.seams) {}
+
+  void token(const Token& token, const Node& holder) override {
+    last_ = {token.kind, token.extent, token.name};
+    const bool is_content = token.kind == TokenKind::text && reading_of(holder) != Reading::markup;
+    if (token.is_cut_off && !is_content) {
+      const Insertion* const insertion = insertion_at(token.extent.begin);
+      if (insertion != nullptr) fail_unclosed(what_is(token.kind), *insertion);
+    }
+    seams_.token(token, holder);
+  }
 
   void begin(const Node& node) override {
     const Insertion* const insertion = insertion_at(node.extent.begin);
@@ -65,10 +77,12 @@ class EditCheck : public TreeObserver {
     }
     const std::size_t end = node.extent.end;
     const bool is_wrapper = end > insertion.second_begin && end <= insertion.second_end;
-    if (end > insertion.end && !is_wrapper) {
-      throw Error("the markup opens " + named(node) + " and does not close it",
-                  insertion.old_begin);
-    }
+    const bool is_open = reading_of(node) != Reading::markup && node.extent.content_end == end;
+    if ((end > insertion.end && !is_wrapper) || is_open) fail_unclosed(named(node), insertion);
+  }
+
+  [[noreturn]] static void fail_unclosed(const std::string& what, const Insertion& insertion) {
+    throw Error("the markup opens " + what + " and does not close it", insertion.old_begin);
   }
 
   void kept(const Node& node, const KeptNode& wanted) const {
@@ -78,7 +92,45 @@ class EditCheck : public TreeObserver {
                          (wanted.is_renamed || node.tag == wanted.node->tag);
     if (is_same) return;
     fail_on_text(wanted);
+    fail_on_ends(node, wanted);
     fail_at(wanted.extent.begin, wanted.node);
+  }
+
+  // What was put in or taken away may be what decided where a node ends.
+  void fail_on_ends(const Node& node, const KeptNode& wanted) const {
+    const Extent& old_extent = wanted.node->extent;
+    const std::size_t end = node.extent.end;
+    const bool is_open = old_extent.content_end == old_extent.end && node.has_content;
+    if (node.extent.begin != wanted.extent.begin) return;
+    if (end > wanted.extent.end && is_open) {
+      const bool is_beside = std::any_of(
+          written_.insertions.begin(), written_.insertions.end(),
+          [&wanted](const Insertion& insertion) { return insertion.begin == wanted.extent.end; });
+      throw Error(named(*wanted.node) +
+                      " has no end tag: what comes after it would become a part of it" +
+                      (is_beside ? "; append does that" : ""),
+                  old_extent.begin);
+    }
+    const bool is_tag = last_.kind == TokenKind::start_tag || last_.kind == TokenKind::end_tag;
+    const bool is_text = last_.kind == TokenKind::text && last_.extent.begin == end;
+    if (end >= wanted.extent.end || !(is_tag || is_text)) return;
+    const std::string slash(last_.kind == TokenKind::end_tag ? "/" : "");
+    const std::string ender =
+        is_text ? "text" : "<" + slash + std::string(last_.name.in(written_.source)) + ">";
+    throw Error(ender + " would end " + named(*wanted.node), old_place(end));
+  }
+
+  static std::string what_is(TokenKind kind) {
+    switch (kind) {
+      case TokenKind::text:
+        return "a tag";
+      case TokenKind::comment:
+        return "a comment";
+      case TokenKind::code:
+        return "template code";
+      default:
+        return "a declaration";
+    }
   }
 
   // A new text may end what it was put in.
@@ -91,18 +143,28 @@ class EditCheck : public TreeObserver {
   }
 
   // The edit that is nearest in front of an offset of the new source is what did it.
-  [[noreturn]] void fail_at(std::size_t offset, const Node* node = nullptr) const {
+  std::size_t old_place(std::size_t offset) const {
     const auto next = std::upper_bound(
         written_.changes.begin(), written_.changes.end(), offset,
         [](std::size_t wanted, const Change& change) { return wanted < change.new_begin; });
-    const std::size_t place = next == written_.changes.begin()
-                                  ? (written_.changes.empty() ? 0 : next->old_begin)
-                                  : std::prev(next)->old_begin;
-    const std::string what = node != nullptr ? named(*node) : "what is around it";
-    throw Error("the edit would change how " + what + " is read", place);
+    if (next != written_.changes.begin()) return std::prev(next)->old_begin;
+    return written_.changes.empty() ? 0 : next->old_begin;
   }
 
+  [[noreturn]] void fail_at(std::size_t offset, const Node* node = nullptr) const {
+    const std::string what = node != nullptr ? named(*node) : "what is around it";
+    throw Error("the edit would change how " + what + " is read", old_place(offset));
+  }
+
+  // The token that ends a node, or begins the next one.
+  struct LastToken {
+    TokenKind kind;
+    Range extent, name;
+  };
+
   const WrittenEdit& written_;
+  SeamCheck seams_;
+  LastToken last_{TokenKind::text, {}, {}};
   std::vector<Wanted> wanted_;
   std::size_t next_insertion_ = 0;
   std::size_t next_kept_ = 0;
@@ -110,9 +172,10 @@ class EditCheck : public TreeObserver {
 
 }  // namespace
 
-void check_edit(const WrittenEdit& written, const PageOptions& options) {
-  EditCheck check(written);
-  TreeBuilder(written.source, options.templates).observe(check);
+void check_edit(const WrittenEdit& written, const Page& page) {
+  const bool templates = page.options().templates;
+  EditCheck check(written, page.source(), templates);
+  TreeBuilder(written.source, templates).observe(check);
   check.finish();
 }
 

@@ -8,8 +8,9 @@
 namespace qo {
 
 // Reads the new source, and throws Error, with a place in the old one, unless every kept node is
-// where it must be, nested as it must be, and all others are whole within what was put in.
-void check_edit(const WrittenEdit& written, const PageOptions& options);
+// where it must be, nested as it must be, all others are whole within what was put in, and the
+// texts beside are read as before. `page`: the old one.
+void check_edit(const WrittenEdit& written, const Page& page);
 
 }  // namespace qo
 

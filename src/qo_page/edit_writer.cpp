@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <qo_page/edit_error.h>
 #include <qo_page/escape.h>
 #include <qo_page/node_text.h>
 #include <qo_page/substituter.h>
@@ -16,24 +15,19 @@ using Kind = Operation::Kind;
 
 constexpr std::size_t npos = std::string::npos;
 
-const Operation* find(const NodeEdits& edits, std::initializer_list<Kind> kinds) {
-  for (const Operation* operation : edits.operations) {
-    if (std::find(kinds.begin(), kinds.end(), operation->kind) != kinds.end()) return operation;
-  }
-  return nullptr;
-}
-
 bool is_replaced(const NodeEdits& edits) {
-  return find(edits, {Kind::replace, Kind::remove}) != nullptr;
+  return edits.find({Kind::replace, Kind::remove}) != nullptr;
 }
 
 // Markup that is put in front of what is there already comes first.
 std::string joined(const NodeEdits& edits, Kind kind, bool newest_first) {
-  std::string out;
+  std::vector<const std::string*> parts;
   for (const Operation* operation : edits.operations) {
-    if (operation->kind != kind) continue;
-    out = newest_first ? operation->value + out : out + operation->value;
+    if (operation->kind == kind) parts.push_back(&operation->value);
   }
+  if (newest_first) std::reverse(parts.begin(), parts.end());
+  std::string out;
+  for (const std::string* part : parts) out += *part;
   return out;
 }
 
@@ -61,6 +55,7 @@ EditWriter::EditWriter(const Page& page, const std::vector<NodeEdits>& edits)
     : page_(page),
       source_(page.source()),
       code_(source_, page.options().templates),
+      guard_(page),
       budget_(source_.size()),
       walk_(page.document()),
       edits_(edits) {}
@@ -93,33 +88,9 @@ const NodeEdits* EditWriter::edits_of(const Node& node) {
   return found ? &edits_[next_edits_++] : nullptr;
 }
 
-// What would give a part of a block of template code another fate than the rest. Without an end tag
-// of its own, an element ends where no branch of the template need end it.
-void EditWriter::check_blocks(const Node& node, const NodeEdits& edits) {
-  if (!page_.options().templates) return;
-  const Extent& extent = node.extent;
-  const bool is_open = node.has_content && extent.content_end == extent.end;
-  const bool on_whole = find(edits, {Kind::remove, Kind::replace, Kind::rename, Kind::unwrap,
-                                     Kind::wrap}) != nullptr ||
-                        (is_open && find(edits, {Kind::append, Kind::insert_after}) != nullptr);
-  const bool on_content = find(edits, {Kind::set_text, Kind::set_html}) != nullptr;
-  if (!on_whole && !on_content) return;
-  if (!blocks_) blocks_.emplace(source_);
-  std::optional<CodeBlocks::Cut> cut;
-  if (on_whole || node.isText) cut = blocks_->cut(extent.begin, extent.end);
-  if (!cut && on_content) cut = blocks_->cut(extent.content_begin, extent.content_end);
-  if (!cut) return;
-  const auto code = [this](const CodePiece& piece) {
-    return shortened(source_.substr(piece.begin, piece.end - piece.begin));
-  };
-  throw Error(code(cut->within) + " in " + named(node) + " belongs to " + code(cut->outside) +
-                  " outside of it",
-              extent.begin);
-}
-
 void EditWriter::enter(Node& node) {
   const NodeEdits* const edits = edits_of(node);
-  if (edits != nullptr) check_blocks(node, *edits);
+  if (edits != nullptr) guard_.check(*edits);
   if (node.isText) {
     if (edits != nullptr) enter_text(node, *edits);
     return;
@@ -133,7 +104,7 @@ void EditWriter::enter(Node& node) {
     return write_after(*edits, first_half);
   }
   write_start_tag(node, edits);
-  const bool has_tags = edits == nullptr || find(*edits, {Kind::unwrap}) == nullptr;
+  const bool has_tags = edits == nullptr || edits->find({Kind::unwrap}) == nullptr;
   open_.push_back({has_tags ? written_.kept.size() - 1 : npos, edits, first_half});
   const bool skips_content = edits != nullptr && write_content(node, *edits);
   if (skips_content) walk_.skip_children();
@@ -186,7 +157,7 @@ void EditWriter::leave() {
 }
 
 void EditWriter::write_replaced(Node& node, const NodeEdits& edits) {
-  insert_until(node.extent.end, find(edits, {Kind::replace, Kind::remove})->value);
+  insert_until(node.extent.end, edits.find({Kind::replace, Kind::remove})->value);
   if (!node.isText) walk_.skip_children();
 }
 
@@ -194,14 +165,14 @@ void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
   const std::size_t begin = written_.source.size();
   if (edits == nullptr || node.kind != NodeKind::element) {
     copy_until(node.extent.content_begin);
-  } else if (find(*edits, {Kind::unwrap}) != nullptr) {
+  } else if (edits->find({Kind::unwrap}) != nullptr) {
     return skip_until(node.extent.content_begin);
   } else {
     TagEdit tag(source_, node.extent.begin, code_, budget_);
     for (const Operation* operation : edits->operations) tag.apply(*operation);
     replace_until(node.extent.content_begin, tag.text());
   }
-  const bool is_renamed = edits != nullptr && find(*edits, {Kind::rename}) != nullptr;
+  const bool is_renamed = edits != nullptr && edits->find({Kind::rename}) != nullptr;
   const std::size_t content = written_.source.size();
   written_.kept.push_back({&node, {begin, content, content, content}, is_renamed});
 }
@@ -209,23 +180,24 @@ void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
 // True when the content is a new one.
 bool EditWriter::write_content(Node& node, const NodeEdits& edits) {
   insert(joined(edits, Kind::prepend, true));
-  const Operation* const operation = find(edits, {Kind::set_text, Kind::set_html});
+  const Operation* const operation = edits.find({Kind::set_text, Kind::set_html});
   if (operation == nullptr) return false;
   insert_until(node.isText ? node.extent.end : node.extent.content_end,
-               content_of(node, *operation), operation->kind == Kind::set_text);
+               content_of(edits, *operation), operation->kind == Kind::set_text);
   return true;
 }
 
 // Plain text where references count, else the text as it is.
-std::string EditWriter::content_of(const Node& node, const Operation& operation) const {
-  const Node& holder = node.isText ? *as_node(node.parent) : node;
-  const bool is_literal = holder.kind == NodeKind::comment || holder.kind == NodeKind::cdata ||
-                          has(holder.name, tag_flags::raw_text);
-  if (operation.kind == Kind::set_html || is_literal) return operation.value;
+std::string EditWriter::content_of(const NodeEdits& edits, const Operation& operation) const {
+  const Node& node = *edits.node;
+  const Reading reading = node.isText ? reading_of(*as_node(node.parent)) : reading_after(edits);
+  if (operation.kind == Kind::set_html || reading == Reading::literal) return operation.value;
   const std::string text = escaped_text(operation.value, page_.options().templates);
+  const Operation* const rename = edits.find({Kind::rename});
+  const Tag name = rename == nullptr ? node.name : find_tag(rename->name);
   const bool loses_line_break =
-      !node.isText && text.substr(0, 1) == "\n" &&
-      (node.name == Tag::pre_ || node.name == Tag::textarea_ || node.name == Tag::listing_);
+      text.substr(0, 1) == "\n" &&
+      (name == Tag::pre_ || name == Tag::textarea_ || name == Tag::listing_);
   return loses_line_break ? "\n" + text : text;
 }
 
@@ -234,8 +206,8 @@ void EditWriter::write_end_tag(Node& node, const NodeEdits* edits) {
   if (edits == nullptr || extent.content_end == extent.end || node.kind != NodeKind::element) {
     return copy_until(extent.end);
   }
-  if (find(*edits, {Kind::unwrap}) != nullptr) return skip_until(extent.end);
-  if (const Operation* const rename = find(*edits, {Kind::rename})) {
+  if (edits->find({Kind::unwrap}) != nullptr) return skip_until(extent.end);
+  if (const Operation* const rename = edits->find({Kind::rename})) {
     const Range name = end_tag_name(source_, extent.content_end, code_);
     copy_until(name.begin);
     replace_until(name.end, rename->name);
@@ -248,26 +220,29 @@ void EditWriter::write_before(const NodeEdits& edits) {
   std::string text;
   for (const Operation* operation : edits.operations) {
     if (operation->kind == Kind::insert_before) text += operation->value;
-    if (operation->kind == Kind::wrap) {
-      text += split_wrapper(operation->value, page_.options()).first;
-    }
+    if (operation->kind == Kind::wrap) text += halves_of(*operation).first;
   }
   insert(text);
 }
 
 void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
   std::string text;
-  for (const Operation* operation : edits.operations) {
-    if (operation->kind == Kind::insert_after) text = operation->value + text;
-    if (operation->kind == Kind::wrap) {
-      text = split_wrapper(operation->value, page_.options()).second + text;
-    }
+  for (auto at = edits.operations.rbegin(); at != edits.operations.rend(); ++at) {
+    const Operation& operation = **at;
+    if (operation.kind == Kind::insert_after) text += operation.value;
+    if (operation.kind == Kind::wrap) text += halves_of(operation).second;
   }
   const std::size_t begin = written_.source.size();
   insert(text);
-  if (first_half == npos || find(edits, {Kind::wrap}) == nullptr) return;
+  if (first_half == npos || edits.find({Kind::wrap}) == nullptr) return;
   written_.insertions[first_half].second_begin = begin;
   written_.insertions[first_half].second_end = written_.source.size();
+}
+
+const Halves& EditWriter::halves_of(const Operation& wrap) {
+  const auto found = halves_.find(&wrap);
+  if (found != halves_.end()) return found->second;
+  return halves_.emplace(&wrap, split_wrapper(wrap.value, page_.options())).first->second;
 }
 
 // --- The two texts ---
@@ -279,7 +254,7 @@ void EditWriter::copy_until(std::size_t end) {
 }
 
 void EditWriter::skip_until(std::size_t end) {
-  replace_until(end, std::string_view());
+  insert_until(end, std::string_view());
 }
 
 // The new text takes the place of the old one, but for what both begin and end with.
@@ -309,9 +284,12 @@ void EditWriter::insert(std::string_view text) {
 void EditWriter::insert_until(std::size_t end, std::string_view text, bool is_text) {
   const std::size_t begin = written_.source.size();
   const std::size_t old_begin = position_;
+  if (text == source_.substr(old_begin, end - old_begin)) return copy_until(end);
   replace_until(end, text);
-  if (text.empty()) return;
   const std::size_t new_end = written_.source.size();
+  written_.seams.push_back({begin, old_begin, false});
+  written_.seams.push_back({new_end, end, true});
+  if (text.empty()) return;
   written_.insertions.push_back({begin, new_end, old_begin, is_text, new_end, new_end});
 }
 

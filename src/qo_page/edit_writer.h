@@ -4,26 +4,22 @@
 #define QO_PAGE_EDIT_WRITER_H
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <qo_html/qo_html_walk.h>
 
-#include <qo_page/code_blocks.h>
+#include <qo_page/edit_guard.h>
 #include <qo_page/edits.h>
 #include <qo_page/node.h>
+#include <qo_page/node_edits.h>
 #include <qo_page/pattern.h>
+#include <qo_page/seam_check.h>
 #include <qo_page/template_code.h>
 
 namespace qo {
-
-// The operations on one node, in their order.
-struct NodeEdits {
-  Node* node;
-  std::vector<const Operation*> operations;
-};
 
 // A stretch of the new source that was not in the old one. Nodes that begin in it end in it, or,
 // when it is the first half of what is wrapped around a node, in the second half.
@@ -47,7 +43,15 @@ struct WrittenEdit {
   std::vector<Change> changes;
   std::vector<Insertion> insertions;  // in order
   std::vector<KeptNode> kept;         // in document order
+  std::vector<Seam> seams;            // in order
 };
+
+// Two halves of markup, on both sides of where the innermost first element's content ends. Throws
+// Error when there is none.
+struct Halves {
+  std::string first, second;
+};
+Halves split_wrapper(const std::string& markup, const PageOptions& options);
 
 // Walks the old page and writes the new one.
 class EditWriter {
@@ -65,7 +69,6 @@ class EditWriter {
     std::size_t first_half;  // its place in `insertions`; npos when nothing is wrapped around it
   };
 
-  void check_blocks(const Node& node, const NodeEdits& edits);
   void enter(Node& node);
   void enter_text(Node& node, const NodeEdits& edits);
   void write_substituted(const Node& node, const NodeEdits& edits);
@@ -79,7 +82,8 @@ class EditWriter {
   std::size_t insertion_count() const { return written_.insertions.size(); }
 
   const NodeEdits* edits_of(const Node& node);
-  std::string content_of(const Node& node, const Operation& operation) const;
+  const Halves& halves_of(const Operation& wrap);
+  std::string content_of(const NodeEdits& edits, const Operation& operation) const;
 
   void copy_until(std::size_t end);
   void skip_until(std::size_t end);
@@ -90,22 +94,16 @@ class EditWriter {
   const Page& page_;
   std::string_view source_;
   CodeScanner code_;
-  std::optional<CodeBlocks> blocks_;  // made when an edit needs them
+  EditGuard guard_;
   PatternBudget budget_;
   TreeWalk walk_;
   const std::vector<NodeEdits>& edits_;
   std::size_t next_edits_ = 0;
-  std::size_t position_ = 0;  // in the old source
+  std::unordered_map<const Operation*, Halves> halves_;  // of each wrapper, once
+  std::size_t position_ = 0;                             // in the old source
   std::vector<OpenNode> open_;
   WrittenEdit written_;
 };
-
-// Two halves of markup, on both sides of where the innermost first element's content ends. Throws
-// Error when there is none.
-struct Halves {
-  std::string first, second;
-};
-Halves split_wrapper(const std::string& markup, const PageOptions& options);
 
 }  // namespace qo
 

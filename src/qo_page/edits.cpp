@@ -31,18 +31,19 @@ std::vector<NodeEdits> by_node(std::vector<Use> uses, const Batches& batches) {
     return a.node->extent.begin < b.node->extent.begin;
   });
   std::vector<NodeEdits> edits;
+  OperationSet set;
+  std::size_t checked = 0;  // of the operations on a node; those of one batch were checked before
   for (const Use& use : uses) {
     const bool goes_on = !edits.empty() && edits.back().node == use.node;
-    if (!goes_on) edits.push_back({use.node, {}});
-    for (const Operation& operation : batches[use.batch]) {
-      edits.back().operations.push_back(&operation);
+    if (!goes_on) {
+      edits.push_back({use.node, {}});
+      set = OperationSet();
+      checked = 0;
     }
+    std::vector<const Operation*>& operations = edits.back().operations;
+    for (const Operation& operation : batches[use.batch]) operations.push_back(&operation);
     if (!goes_on) continue;
-    try {
-      check_together(edits.back().operations);
-    } catch (const Error& error) {
-      throw Error(error.what(), use.node->extent.begin);
-    }
+    while (checked < operations.size()) set.add(*operations[checked++], use.node->extent.begin);
   }
   return edits;
 }
@@ -81,7 +82,6 @@ struct Edits::State {
 
   void add(const std::vector<Node*>& nodes, std::vector<Operation> operations) {
     if (operations.empty()) return;
-    uses.reserve(uses.size() + nodes.size());
     batches.push_back(std::move(operations));
     const auto batch = static_cast<std::uint32_t>(batches.size() - 1);
     for (Node* node : nodes) uses.push_back({node, batch});
@@ -122,7 +122,7 @@ void Edits::add(const std::vector<_qo_html*>& nodes, const std::vector<Operation
 EditedSource Edits::apply() const {
   const std::vector<NodeEdits> edits = by_node(state_->uses, state_->batches);
   WrittenEdit written = EditWriter(state_->page, edits).write();
-  if (!written.changes.empty()) check_edit(written, state_->page.options());
+  if (!written.changes.empty()) check_edit(written, state_->page);
   return {std::move(written.source), std::move(written.changes)};
 }
 

@@ -109,22 +109,22 @@ void check_names(const Operation& operation, std::size_t index) {
 
 }  // namespace
 
-void check_together(const std::vector<const Operation*>& operations) {
-  for (std::size_t i = 0; i < operations.size(); ++i) {
-    check_names(*operations[i], i);
-    for (std::size_t k = 0; k < i; ++k) {
-      if (!contradict(*operations[k], *operations[i])) continue;
-      throw Error(std::string("\"") + row_of(operations[k]->kind).name + "\" and \"" +
-                      row_of(operations[i]->kind).name + "\" contradict each other",
-                  i);
-    }
+void OperationSet::add(const Operation& operation, std::size_t index) {
+  check_names(operation, index);
+  bool is_first = true;
+  for (const Operation* first : firsts_) {
+    is_first = is_first && first->kind != operation.kind;
+    if (!contradict(*first, operation)) continue;
+    throw Error(std::string("\"") + row_of(first->kind).name + "\" and \"" +
+                    row_of(operation.kind).name + "\" contradict each other",
+                index);
   }
+  if (is_first) firsts_.push_back(&operation);
 }
 
 void check_operations(const std::vector<Operation>& operations) {
-  std::vector<const Operation*> pointers;
-  for (const Operation& operation : operations) pointers.push_back(&operation);
-  check_together(pointers);
+  OperationSet set;
+  for (std::size_t i = 0; i < operations.size(); ++i) set.add(operations[i], i);
 }
 
 void check_fits(const Operation& operation, const Node& node) {

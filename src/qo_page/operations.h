@@ -10,8 +10,16 @@
 
 namespace qo {
 
-// The same as check_operations(), for operations that need not be in one vector.
-void check_together(const std::vector<const Operation*>& operations);
+// Operations on one node, each of which goes together with those before it.
+class OperationSet {
+ public:
+  // Throws Error, with `index`, when the operation contradicts one before it, or when its name is
+  // none. The operation must outlive the set.
+  void add(const Operation& operation, std::size_t index);
+
+ private:
+  std::vector<const Operation*> firsts_;  // of each kind: all of one kind contradict the same
+};
 
 // Throws Error when the operation does not fit the kind of the node.
 void check_fits(const Operation& operation, const Node& node);

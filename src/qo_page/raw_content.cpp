@@ -52,7 +52,8 @@ std::size_t end_in_comment(std::string_view source, std::size_t begin, std::size
   return limit;
 }
 
-std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& code) {
+std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& code,
+                       Finder& comment_ends) {
   const std::string_view name = name_of(Tag::script_);
   std::size_t at = begin;
   while ((at = next_angle(source, at, source.size(), code)) < source.size()) {
@@ -61,7 +62,7 @@ std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& 
       ++at;
       continue;
     }
-    const std::size_t comment_end = std::min(source.find("-->", at + 2), source.size());
+    const std::size_t comment_end = std::min(comment_ends.find(source, at + 2), source.size());
     const std::size_t end = end_in_comment(source, at + 4, comment_end, code);
     if (end < comment_end) return end;
     at = comment_end;
@@ -71,10 +72,10 @@ std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& 
 
 }  // namespace
 
-std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name,
-                            CodeScanner& code) {
+std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name, CodeScanner& code,
+                            Finder& comment_end) {
   if (name == Tag::plaintext_) return source.size();
-  if (name == Tag::script_) return script_end(source, begin, code);
+  if (name == Tag::script_) return script_end(source, begin, code, comment_end);
   std::size_t at = begin;
   while ((at = next_angle(source, at, source.size(), code)) < source.size()) {
     if (is_end_tag(source, at, name_of(name))) return at;

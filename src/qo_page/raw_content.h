@@ -6,15 +6,16 @@
 #include <cstddef>
 #include <string_view>
 
+#include <qo_page/finder.h>
 #include <qo_page/tags.h>
 #include <qo_page/template_code.h>
 
 namespace qo {
 
 // Where the content from `begin` on of an element of that name ends: at the "<" of its end tag, or
-// with the source.
-std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name,
-                            CodeScanner& code);
+// with the source. `comment_end` finds "-->".
+std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name, CodeScanner& code,
+                            Finder& comment_end);
 
 }  // namespace qo
 

@@ -94,18 +94,11 @@ CodeScanner::CodeScanner(std::string_view source, bool enabled)
     : source_(source), enabled_(enabled) {
   const std::string_view wanted[wanted_count] = {"?>", "%>", "--%>", "}}", "--}}", "%}",
                                                  "#}", "<?", "{{",   "{%", "{#"};
-  for (std::size_t i = 0; i < wanted_count; ++i) finders_[i].wanted = wanted[i];
+  for (std::size_t i = 0; i < wanted_count; ++i) finders_[i] = Finder(wanted[i]);
 }
 
 std::size_t CodeScanner::find(Wanted wanted, std::size_t from) {
-  Finder& finder = finders_[wanted];
-  const bool is_known = finder.is_set && from >= finder.asked && from <= finder.found;
-  if (!is_known) {
-    finder.asked = from;
-    finder.found = source_.find(finder.wanted, from);
-    finder.is_set = true;
-  }
-  return finder.found;
+  return finders_[wanted].find(source_, from);
 }
 
 std::size_t CodeScanner::next_brace(std::size_t at) {

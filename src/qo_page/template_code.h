@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include <qo_page/finder.h>
+
 namespace qo {
 
 // What a piece of code does, as far as its first word tells.
@@ -37,14 +39,6 @@ class CodeScanner {
   bool enabled() const { return enabled_; }
 
  private:
-  // The next place of a text, from an offset that does not go back.
-  struct Finder {
-    std::string_view wanted;
-    std::size_t found = 0;
-    std::size_t asked = 0;
-    bool is_set = false;
-  };
-
   enum Wanted {
     php_end,
     percent_end,

@@ -17,6 +17,7 @@ constexpr std::size_t npos = std::string_view::npos;
 bool Tokenizer::next(Token& token) {
   if (position_ >= source_.size()) return false;
   token.extent = {position_, position_};
+  token.is_cut_off = false;
   if (raw_ == Tag::unknown || !raw_content(token)) {
     if (markup(token) == Markup::none) text(token);
   }
@@ -26,11 +27,12 @@ bool Tokenizer::next(Token& token) {
 
 // The content of an element that has no markup, as a text; false when it is empty.
 bool Tokenizer::raw_content(Token& token) {
-  const std::size_t end = raw_content_end(source_, position_, raw_, code_);
+  const std::size_t end = raw_content_end(source_, position_, raw_, code_, comment_end_);
   raw_ = Tag::unknown;
   if (end == position_) return false;
   token.kind = TokenKind::text;
   token.extent.end = end;
+  token.is_cut_off = end == source_.size();
   return true;
 }
 
@@ -113,6 +115,7 @@ void Tokenizer::comment(Token& token) {
   }
   token.content = {begin, source_.size()};
   token.extent.end = source_.size();
+  token.is_cut_off = true;
 }
 
 void Tokenizer::bogus_comment(Token& token, std::size_t content_begin) {
@@ -126,6 +129,7 @@ Tokenizer::Markup Tokenizer::until(Token& token, TokenKind kind, std::size_t con
   token.kind = kind;
   token.content = {content_begin, std::min(close, source_.size())};
   token.extent.end = close == npos ? source_.size() : close + closer.size();
+  token.is_cut_off = close == npos;
   return Markup::other;
 }
 
@@ -141,6 +145,7 @@ Tokenizer::Markup Tokenizer::question(Token& token) {
   } else {
     token.kind = TokenKind::code;
     token.extent.end = end;
+    token.is_cut_off = source_.substr(end - 2, 2) != "?>";
   }
   return Markup::other;
 }
@@ -172,6 +177,7 @@ Tokenizer::Markup Tokenizer::tag(Token& token, TokenKind kind, std::size_t name_
   if (TagReader(source_, code_, token).read(name_begin)) return Markup::tag;
   token.kind = TokenKind::text;
   token.extent.end = source_.size();
+  token.is_cut_off = true;
   return Markup::other;
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include <qo_page/finder.h>
 #include <qo_page/tags.h>
 #include <qo_page/template_code.h>
 
@@ -39,6 +40,7 @@ struct Token {
   bool self_closing;  // a start tag ends in "/>"
   std::vector<AttributeToken> attributes;
   std::size_t items_end;  // of a start tag: after its last attribute or piece of code, or its name
+  bool is_cut_off;        // the source ends before what ends the token; a tag is text then
 };
 
 // The tokens in order are the source: each begins where the one before it ends. A tag that the end
@@ -78,6 +80,7 @@ class Tokenizer {
 
   std::string_view source_;
   CodeScanner code_;
+  Finder comment_end_{"-->"};
   std::size_t position_ = 0;
   Tag raw_ = Tag::unknown;
   bool cdata_ = false;

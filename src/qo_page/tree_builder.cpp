@@ -57,6 +57,7 @@ void TreeBuilder::read() {
   for (;;) {
     tokenizer_.allow_cdata(!open_.empty() && !OpenElements::is_html(open_.top()));
     if (!tokenizer_.next(token)) break;
+    if (observer_ != nullptr) observer_->token(token, *current());
     take(token);
   }
   if (!open_.empty()) close_through(0, {source_.size(), source_.size()});
@@ -89,10 +90,7 @@ void TreeBuilder::start_tag(const Token& token) {
 }
 
 void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
-  if (is_repeated(tag)) {
-    append_whole(make_element(token, tag, Space::html));
-    return;
-  }
+  if (is_repeated(tag)) return append_whole(make_element(token, tag, Space::html));
   end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
   const Space space = tag == Tag::svg_ ? Space::svg : tag == Tag::math_ ? Space::math : Space::html;

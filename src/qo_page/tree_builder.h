@@ -12,11 +12,13 @@
 
 namespace qo {
 
-// Is told of each node but texts: when it begins, in the order of the source, and when it ends,
-// those inside it first. Its extent is whole when it has ended.
+// Is told of each token and, as far as it makes them so, of each node but texts: when it begins, in
+// the order of the source, and when it ends, those inside it first. Its extent is whole when it has
+// ended.
 class TreeObserver {
  public:
   virtual ~TreeObserver() = default;
+  virtual void token(const Token& token, const Node& holder) = 0;  // the innermost open node
   virtual void begin(const Node& node) = 0;
   virtual void end(const Node& node) = 0;
 };
