@@ -78,8 +78,26 @@ TEST(Edits, KeepTheBlanksOfTags) {
       {"<p a = 'b' >", add, "<p a = 'b' k='v' >"},
       {"<p a />", add, "<p a k=\"v\" />"},
       {"<p  a  b >", remove, "<p  b >"},
+      {"<p k=x>", {Kind::set_attribute, "k", ""}, "<p k=\"\">"},
   };
   for (const auto& test : cases) EXPECT_EQ(edited(test.source, "<p", {test.operation}), test.result) << test.source;
+}
+
+TEST(Edits, AreReadAsTheyWereMeant) {
+  const auto text = [](const char* value) { return qo::Operation{Kind::set_text, "", value}; };
+  struct {
+    const char* source;
+    const char* node;
+    qo::Operation operation;
+    const char* result;
+  } const cases[] = {
+      {"<pre>o</pre>", "<pre", text("\na"), "<pre>\n\na</pre>"},
+      {"<p>o</p>", "<p", text("\na"), "<p>\na</p>"},
+      {"<p>o</p>", "<p", text("{{ a<b }}"), "<p>{{ a<b }}</p>"},
+      {"<p>o</p>", "<p", text("'{{' a<b }}"), "3: the new text would be read as markup"},
+      {"x<b>y</b> #}", "x", {Kind::insert_before, "", "{# "}, "0: the edit would change how what is around it is read"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(edited(test.source, test.node, {test.operation}), test.result);
 }
 
 TEST(Edits, RefuseWhatContradictsItself) {

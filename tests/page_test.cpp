@@ -169,6 +169,24 @@ TEST(Code, EndsWithItsCloserAndOpensOrClosesABlock) {
   }
 }
 
+TEST(Page, KnowsWhoseTablesEndAParagraph) {
+  const std::string transitional = "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\"";
+  const std::pair<std::string, bool> cases[] = {
+      {"<!DOCTYPE html>", true},
+      {"<!doctype HTML system 'about:legacy-compat'>", true},
+      {"<!DOCTYPE html SYSTEM \"http://www.ibm.com/data/dtd/v11/ibmxhtml1-transitional.dtd\">", false},
+      {transitional + ">", false},
+      {transitional + " \"http://www.w3.org/TR/html4/loose.dtd\">", true},
+      {"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.0 Transitional//EN\" 'x'>", false},
+      {"<!DOCTYPE html PUBLIC>", false},
+      {"<!DOCTYPE page>", false},
+  };
+  for (const auto& [doctype, ends] : cases) {
+    const qo::Page page(doctype + "<p><table>");
+    EXPECT_EQ(page.document()->children.size(), ends ? 3u : 2u) << doctype;
+  }
+}
+
 TEST(Page, RefusesNothingButUtf16) {
   using namespace std::string_literals;
   for (const std::string& source : {"\xFF\xFE<\0"s, "\xFE\xFF\0<"s, "<\0p\0>\0"s, "\0<\0p\0>"s}) {

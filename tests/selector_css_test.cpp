@@ -124,6 +124,7 @@ TEST(CssSelector, CountsSiblings) {
       {":nth-child(+3)", "3"},
       {":nth-child(0n+1), :nth-child(0), :nth-child(-1)", "1"},
       {":nth-child(99999999999n+2)", "2"},
+      {":nth-child(18446744073709551617)", "*nothing*"},
       {":nth-child(n of .s)", "2 3 5"},
       {":nth-child(2 of .s)", "3"},
       {":nth-last-child(2 of .s, :nth-child(4))", "4"},
@@ -142,6 +143,7 @@ TEST(CssSelector, CountsSiblings) {
   };
   const qo::Page page(list);
   for (const auto& [selector, expected] : cases) EXPECT_EQ(found(page, selector), expected) << selector;
+  EXPECT_EQ(found("<p><b></b><b id=1></b></p><p><b id=2></b><i></i></p>", "b:last-of-type"), "1 2");
   EXPECT_EQ(found("<A-b></a-B><a-B id=3></a-b><a-c>", "a-b:last-of-type"), "3");
 }
 
@@ -214,6 +216,8 @@ TEST(CssSelector, LooksForTexts) {
       {"<!--a--><p><!--b--><i>", ":comment:not(:contains(b), i), i:not(:comment)", "*comment* i"},
       {"<!--a--><p>", ":not(i), :is(:not(.a))", "p"},
       {"<p id=1><!--a--><b id=2></b><!--c--></p>", ":is(:comment, b):not(:contains(c))", "*comment* 2"},
+      {"<i></i><!--a--><p id=1>", "i + p, :comment:contains(b)", "1"},
+      {"<i id=1></i><!--a--><p>", "i:has(+ p), :comment:contains(b)", "1"},
       {"<i></i><!--a--><p>", "i + :comment, i ~ :comment:matches(^a$), i:has(+ :comment)", "i *comment*"},
       {"<p id=1>\xff z", "p:matches('\\bz')", "1"},
   });
