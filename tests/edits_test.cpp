@@ -94,8 +94,11 @@ TEST(Edits, AreReadAsTheyWereMeant) {
       {"<pre>o</pre>", "<pre", text("\na"), "<pre>\n\na</pre>"},
       {"<p>o</p>", "<p", text("\na"), "<p>\na</p>"},
       {"<p>o</p>", "<p", text("{{ a<b }}"), "<p>{{ a<b }}</p>"},
-      {"<p>o</p>", "<p", text("'{{' a<b }}"), "3: the new text would be read as markup"},
-      {"x<b>y</b> #}", "x", {Kind::insert_before, "", "{# "}, "0: the edit would change how what is around it is read"},
+      {"<p>o</p>", "<p", text("'{{' a<b }}"), "4: what is on both sides of the edit would together be read as a tag"},
+      {"x<b>y</b> #}",
+       "x",
+       {Kind::insert_before, "", "{# "},
+       "0: what is on both sides of the edit would together be read as template code"},
   };
   for (const auto& test : cases) EXPECT_EQ(edited(test.source, test.node, {test.operation}), test.result);
 }
