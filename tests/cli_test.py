@@ -329,6 +329,8 @@ class Tool(Cli):
         odd = b"<p" + b"".join(b" %c%c" % (a, b) for a in range(128, 256) for b in range(128, 256)) + b">"
         self.assertGreater(len(qo("select", "-j", "p", stdin=odd)[1]), 100000)
         self.assertIn("+" + wide.replace("a", "b"), qo("edit", "-n", "li", "--text", "b", stdin=wide)[1].decode())
+        self.assertEqual(qo("edit", "p", "--sub-text", " ", "_", stdin="<p>" + "a " * 400000)[1].decode(),
+                         "<p>" + "a_" * 400000)
         deep = "<b>" * 100000
         self.assertEqual(qo("select", "-c", "b b b", stdin=deep)[1], b"99998\n")
         self.assertEqual(qo("edit", "i", "--text", "x", stdin=deep + "<i>")[1].decode(), deep + "<i>x")

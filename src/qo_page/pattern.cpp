@@ -52,20 +52,33 @@ struct Meter {
 
 }  // namespace
 
-Pattern::Pattern(std::string_view text) {
+namespace {
+
+pcre2_code_8* compiled(std::string_view text, std::uint32_t options) {
   int error = 0;
   std::size_t offset = 0;
-  code_ = pcre2_compile_8(
+  pcre2_code_8* const code = pcre2_compile_8(
       reinterpret_cast<PCRE2_SPTR8>(text.data()), text.size(),
-      PCRE2_UTF | PCRE2_MATCH_INVALID_UTF | PCRE2_NEVER_BACKSLASH_C | PCRE2_AUTO_CALLOUT, &error,
-      &offset, nullptr);
-  if (code_ != nullptr) return;
+      PCRE2_UTF | PCRE2_NEVER_BACKSLASH_C | PCRE2_AUTO_CALLOUT | options, &error, &offset, nullptr);
+  if (code != nullptr) return code;
   if (error == PCRE2_ERROR_NOMEMORY || error == PCRE2_ERROR_HEAP_FAILED) throw std::bad_alloc();
   throw PatternError(error_text(error), offset);
 }
 
+}  // namespace
+
+Pattern::Pattern(std::string_view text) : code_(compiled(text, 0)) {
+  try {
+    any_code_ = compiled(text, PCRE2_MATCH_INVALID_UTF);
+  } catch (...) {
+    pcre2_code_free_8(code_);
+    throw;
+  }
+}
+
 Pattern::~Pattern() {
   pcre2_code_free_8(code_);
+  pcre2_code_free_8(any_code_);
 }
 
 namespace {
@@ -73,14 +86,15 @@ namespace {
 // What a pattern is matched with, and what it costs.
 class Matching {
  public:
-  Matching(const pcre2_code_8* code, std::string_view text, PatternBudget& budget)
+  Matching(const pcre2_code_8* code, const pcre2_code_8* any_code, std::string_view text,
+           PatternBudget& budget)
       : code_(code),
+        any_code_(any_code),
         text_(text),
         meter_{budget},
         data_(made(pcre2_match_data_create_from_pattern_8(code, nullptr))),
         context_(made(pcre2_match_context_create_8(nullptr))) {
-    budget.steps -= 1 + static_cast<std::int64_t>(text.size()) / bytes_per_step;
-    if (budget.steps < 0) throw PatternBudget::Exceeded();
+    charge(text.size());
     pcre2_set_heap_limit_8(context_.get(), heap_limit);
     pcre2_set_match_limit_8(context_.get(), UINT32_MAX);  // the meter counts
     pcre2_set_depth_limit_8(context_.get(), UINT32_MAX);  // bounded by the heap
@@ -90,8 +104,13 @@ class Matching {
   // Looks for a match from `start` on.
   bool find(std::size_t start, std::uint32_t options = 0) {
     meter_.last = start;
-    const int result = pcre2_match_8(code_, reinterpret_cast<PCRE2_SPTR8>(text_.data()),
-                                     text_.size(), start, options, data_.get(), context_.get());
+    int result = match(start, options);
+    const bool is_no_utf8 = result <= PCRE2_ERROR_UTF8_ERR1 && result >= PCRE2_ERROR_UTF8_ERR21;
+    if (is_no_utf8) {
+      code_ = any_code_;
+      result = match(start, options);
+    }
+    is_checked_ = true;
     if (result == PCRE2_ERROR_NOMEMORY) throw std::bad_alloc();
     if (result < 0 && result != PCRE2_ERROR_NOMATCH) throw PatternBudget::Exceeded();
     return result >= 0;
@@ -110,8 +129,23 @@ class Matching {
   }
 
  private:
+  // The text is checked for UTF-8 once, but each time for what takes any bytes.
+  int match(std::size_t start, std::uint32_t options) {
+    if (is_checked_ && code_ == any_code_) charge(text_.size() - start);
+    if (is_checked_) options |= PCRE2_NO_UTF_CHECK;
+    return pcre2_match_8(code_, reinterpret_cast<PCRE2_SPTR8>(text_.data()), text_.size(), start,
+                         options, data_.get(), context_.get());
+  }
+
+  void charge(std::size_t bytes) {
+    meter_.budget.steps -= 1 + static_cast<std::int64_t>(bytes) / bytes_per_step;
+    if (meter_.budget.steps < 0) throw PatternBudget::Exceeded();
+  }
+
   const pcre2_code_8* code_;
+  const pcre2_code_8* any_code_;
   std::string_view text_;
+  bool is_checked_ = false;
   Meter meter_;
   std::unique_ptr<pcre2_match_data_8, Free> data_;
   std::unique_ptr<pcre2_match_context_8, Free> context_;
@@ -130,12 +164,12 @@ std::size_t next_character(std::string_view text, std::size_t i) {
 }  // namespace
 
 std::size_t Pattern::find(std::string_view text, PatternBudget& budget) const {
-  Matching matching(code_, text, budget);
+  Matching matching(code_, any_code_, text, budget);
   return matching.find(0) ? matching.begin() : std::string_view::npos;
 }
 
 std::vector<PatternMatch> Pattern::find_all(std::string_view text, PatternBudget& budget) const {
-  Matching matching(code_, text, budget);
+  Matching matching(code_, any_code_, text, budget);
   std::vector<PatternMatch> found;
   for (std::size_t start = 0; start <= text.size();) {
     const bool after_empty = !found.empty() && found.back()[0].first == found.back()[0].second &&

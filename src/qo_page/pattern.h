@@ -60,7 +60,8 @@ class Pattern {
   std::optional<std::size_t> group_named(const std::string& name) const;
 
  private:
-  pcre2_real_code_8* code_;
+  pcre2_real_code_8* code_;      // for UTF-8
+  pcre2_real_code_8* any_code_;  // for any bytes: it looks at the whole text for each match
 };
 
 }  // namespace qo
