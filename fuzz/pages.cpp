@@ -128,6 +128,13 @@ const _qo_html* node_at(const qo::Page& page, std::size_t begin) {
   return nullptr;
 }
 
+// Scripts and styles are no part of the text, and some elements drop a line break.
+bool is_shown_otherwise(const qo::Page& page, const _qo_html* node) {
+  if (page.text(page.document()).find_first_of("\r\n") != std::string::npos) return true;
+  const qo::Tag name = qo::find_tag(node->tag);
+  return name == qo::Tag::script_ || name == qo::Tag::style_;
+}
+
 void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operation& operation,
                  const qo::Page& after) {
   const std::size_t elements = count_elements(after);
@@ -169,6 +176,9 @@ void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operati
     }
     case Kind::unwrap:
       require(elements + 1 == count_elements(before), "an element that was unwrapped");
+      require(is_shown_otherwise(before, node) ||
+                  after.text(after.document()) == before.text(before.document()),
+              "the text around tags that were taken away");
       return;
     default:
       return;

@@ -189,6 +189,8 @@ TEST(Edits, LeaveWhatIsBesideThemAsItWasRead) {
       {"a <<i></i>/b z", "<i", remove, "3: " + tag},
       {"a <<i></i> b", "<i", remove, "a < b"},
       {"<i></i>r>", "<i", {Kind::insert_before, "", "<b"}, "0: " + tag},
+      {"<pre><i></i>\na</pre>", "<i", remove, "12: the line break after the edit would no longer be read"},
+      {"<pre><i>b</i>\na</pre>", "<i", unwrap, "<pre>b\na</pre>"},
       {"<script>", "<script", {Kind::append, "", "<!-- <b x='"}, "<script><!-- <b x='"},
       {"<!-- a", "<!--", {Kind::set_text, "", "<b"}, "<!--<b"},
       {"<style>a &lt; b</style>",

@@ -27,7 +27,7 @@ struct CodeBlock {
 // Reads the code of a whole source, whatever markup it is in: a template engine does not care.
 class CodeBlocks {
  public:
-  // The source must outlive the object. Takes time in proportion to it.
+  // Takes time in proportion to the source.
   explicit CodeBlocks(std::string_view source);
 
   // In the order of the source.

@@ -3,10 +3,10 @@
 #ifndef QO_PAGE_EDIT_ERROR_H
 #define QO_PAGE_EDIT_ERROR_H
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
+#include <qo_page/ascii.h>
 #include <qo_page/node.h>
 
 namespace qo {
@@ -20,9 +20,13 @@ inline std::string named(const Node& node) {
 // The beginning of a piece of code, on one line and in quotes.
 inline std::string shortened(std::string_view code) {
   constexpr std::size_t most = 60;
-  const std::size_t length = std::min(code.find('\n'), std::min(code.size(), most));
-  const bool is_whole = length == code.size();
-  return '"' + std::string(code.substr(0, length)) + (is_whole ? "\"" : "...\"");
+  std::string out("\"");
+  for (const char c : code) {
+    if (out.size() > most) return out + "...\"";
+    if (!is_blank(c)) out += c;
+    if (is_blank(c) && out.back() != ' ') out += ' ';
+  }
+  return out + '"';
 }
 
 }  // namespace qo

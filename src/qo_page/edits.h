@@ -25,10 +25,10 @@ struct Operation {
     set_attribute,       // name, value. In the quotes that are there; a new one after the last one
     set_bare_attribute,  // name. Without a value
     remove_attribute,    // name
-    add_class,           // value: one token, added if it is not there
+    add_class,           // value: one token, added unless it is there whatever way a template takes
     remove_class,        // value: one token
     rename,              // name: of both tags
-    substitute_value,    // name, substitution: in the value of an attribute, if it is there
+    substitute_value,    // name, substitution: in the values of the attributes of that name
     substitute_text,  // substitution: in each text of the element, but for what text() leaves out
     unwrap,           // takes the tags away and leaves the content
     // Of elements that have content; the first two of comments, sections and texts as well:
@@ -89,8 +89,9 @@ class QO_PAGE_API Edits {
   // The new source. It was read again: all that was not named is as before, tags, attributes and
   // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not
   // close or a text that ends its script, throws Error with a place in the page's source; also when
-  // operations from several calls contradict each other. Takes time and memory as reading the new
-  // source does. The page and this object stay as they are.
+  // operations from several calls contradict each other, when a node holds a part of a block of
+  // template code, and when an attribute that is to be set is there only in a branch of one. Takes
+  // time and memory as reading the new source does. The page and this object stay as they are.
   EditedSource apply() const;
 
  private:

@@ -13,15 +13,19 @@ bool is_script_or_style(const Node& node) {
   return node.name == Tag::script_ || node.name == Tag::style_;
 }
 
-// A browser drops a line break at the start of these.
-bool drops_line_break(const Node& text) {
+// Whether it is what its parent begins with, and drops.
+bool may_lose_line_break(const Node& text) {
   const Node* const parent = as_node(text.parent);
-  return text.prevSibling == nullptr && parent != nullptr && parent->kind == NodeKind::element &&
-         (parent->name == Tag::pre_ || parent->name == Tag::textarea_ ||
-          parent->name == Tag::listing_);
+  return text.prevSibling == nullptr && parent != nullptr && drops_line_break(*parent);
 }
 
 }  // namespace
+
+bool drops_line_break(const Node& element) {
+  return element.kind == NodeKind::element &&
+         (element.name == Tag::pre_ || element.name == Tag::textarea_ ||
+          element.name == Tag::listing_);
+}
 
 std::size_t line_break_length(std::string_view text) {
   if (text.substr(0, 2) == "\r\n") return 2;
@@ -46,7 +50,7 @@ bool is_literal(const Node& text) {
 
 std::string characters_of(const Node& node) {
   std::string_view text = node.text;
-  if (drops_line_break(node)) {
+  if (may_lose_line_break(node)) {
     text.remove_prefix(line_break_length(text));
   }
   return is_literal(node) ? std::string(text) : decode(text, DecodeMode::text);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include <qo_page/decode.h>
+#include <qo_page/node_text.h>
 #include <qo_page/page.h>
 #include <qo_page/reading.h>
 
@@ -52,11 +53,21 @@ void SeamCheck::token(const Token& token, const Node& holder) {
 }
 
 void SeamCheck::text(const Token& token, const Node& holder, Iterator first, Iterator last) {
+  line_break(holder, first, last);
   const Reading reading = reading_of(holder);
   if (reading != Reading::literal) references(token.extent, first, last);
   if (reading != Reading::markup) return;
   code(token.extent, first, last);
   for (Iterator seam = first; seam != last; ++seam) code_after(*seam);
+}
+
+// What is dropped at the start of a content was read where it was before.
+void SeamCheck::line_break(const Node& holder, Iterator seam, Iterator last) const {
+  if (!drops_line_break(holder)) return;
+  for (; seam != last && seam->offset <= holder.extent.content_begin; ++seam) {
+    if (!seam->is_end || line_break_length(source_.substr(seam->offset)) == 0) continue;
+    throw Error("the line break after the edit would no longer be read", seam->old_offset);
+  }
 }
 
 void SeamCheck::code(Range text, Iterator seam, Iterator last) {

@@ -35,6 +35,7 @@ class SeamCheck {
   using Iterator = std::vector<Seam>::const_iterator;
 
   void text(const Token& token, const Node& holder, Iterator first, Iterator last);
+  void line_break(const Node& holder, Iterator seam, Iterator last) const;
   void code(Range text, Iterator seam, Iterator last);
   void references(Range text, Iterator seam, Iterator last) const;
   void code_after(const Seam& seam);
