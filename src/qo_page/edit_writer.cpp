@@ -31,6 +31,13 @@ std::string joined(const NodeEdits& edits, Kind kind, bool newest_first) {
   return out;
 }
 
+// End tags that end nothing are no part of a text, but may lie within it.
+void check_is_one_stretch(const Node& text, const std::vector<Splice>& splices) {
+  const bool is_one = text.text.size() == text.extent.end - text.extent.begin;
+  if (is_one || splices.empty()) return;
+  throw Error("there is an end tag without a start tag within the text", text.extent.begin);
+}
+
 }  // namespace
 
 Halves split_wrapper(const std::string& markup, const PageOptions& options) {
@@ -134,6 +141,7 @@ void EditWriter::write_substituted(const Node& node, const NodeEdits& edits) {
     if (operation->kind != Kind::substitute_text) continue;
     const Substituter substituter(*operation->substitution, budget_, node.extent.begin);
     splices = substituter.splices({text, kind, 0, page_.options().templates});
+    check_is_one_stretch(node, splices);
     text = spliced(text, splices);
   }
   if (edits.operations.size() > 1) return insert_until(node.extent.end, text, true);
