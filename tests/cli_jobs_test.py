@@ -33,7 +33,8 @@ class Jobs(Cli):
             ([*select, "site/"], "", below),
             ([*select, "site/j", "site/c"], "", "site/j:j\n" + below[below.index("site/c/.i"):]),
             ([*select, "--include", "*.txt", "--include", "c/*.twig", "site"], "", "site/c/d.twig:d.twig\nsite/c.txt:c.txt\n"),
-            ([*select, "--exclude", "c", "--exclude", "a*", "site"], "", "site/b.html:b.html\n"),
+            ([*select, "--exclude", "./c/", "--exclude", "a*", "site"], "", "site/b.html:b.html\n"),
+            ([*select, "--include", "**/*.html", "site"], "", "site/b.html:b.html\nsite/c/.i.html:.i.html\n"),
             (["select", "-rc", "--no-filename", "p", "site/c/e"], "", "1\n"),
             (["check", "-r", "site/c"], "", ""),
             (["form", "-r", "--all", "form", "site"], "", "", 1),
@@ -81,17 +82,20 @@ class Jobs(Cli):
             (["select", "-n", "b, p"], page, "2:<b>two</b>\n3:<p>é\n"),
             (["select", "-nHt", "b"], page, "(standard input):2:two\n"),
             (["select", "-a", ":path", "*"], page,
-             "#u\n#u > li:nth-of-type(1)\n#u > li:nth-of-type(1) > b\n#u > li:nth-of-type(2)\np\n"),
+             "#u\n#u > li:nth-of-type(1)\nb\n#u > li:nth-of-type(2)\np\n"),
             (["select", "-a", ":path,:text", ":comment"], "<!--c-->", "\tc\n"),
-            (["select", "-j", "--fields", "path,line", "b"], page, '{"path":"#u > li:nth-of-type(1) > b","line":2}\n'),
+            (["select", "-j", "--fields", "path,line", "b"], page, '{"path":"b","line":2}\n'),
             (["select", "-s", "table"], "<table><tr><td> a<td>&nbsp;<br>b<tr><td>c<i>d</i></table>", "a b cd\n"),
             (["select", "-s", "div"], "<div>\n<h1>A</h1><p>b<script>x</script><!-- y --></p><pre>\n c\n</pre></div>", "A b c\n"),
             (["select", "-L", "b", "-"], "<p>", "(standard input)\n"),
             (["select", "-L", "p", "-"], "<p>", "", 1),
         ])
         self.complaint(["select", "-a", "hrfe", "li"], 'qo: no match has an attribute "hrfe"\n', page, 0)
-        self.complaint(["select", "-a", ":txt", "a"], 'qo: select: -a: "txt" is none of tag, attrs, text, html, inner, '
-                       "line, column, start, end, path, file\n")
+        self.check([
+            (["select", "-a", ":src", "i"], "<i :src=x>", "x\n"),
+            (["select", "-1a", "href", "a"], "<a><a href=x><a href=y>", "x\n"),
+            (["select", "--csv", "-nHa", "t", "a"], "<a t='x,y'>", '(standard input),1,"x,y"\n'),
+        ])
 
     def test_a_path_finds_one_element(self):
         random.seed(11)
@@ -115,8 +119,13 @@ class Jobs(Cli):
             (["table", "div"], page, ",\nq\"\n"),
             (["table", "div", "--csv"], page, '","\n"q"""\n'),
             (["table", "--json", "#a"], page,
-             '{"Name":"x <","Size a\\tb":"1","Size c":"1","":""}\n{"Name":"x <","Size a\\tb":"2","Size c":"3","":"4"}\n'
-             '{"Name":"f","Size a\\tb":"","Size c":"","":""}\n'.replace("a\\tb", "a b")),
+             '{"Name":"x <","Size a b":"1","Size c":"1","column 4":""}\n'
+             '{"Name":"x <","Size a b":"2","Size c":"3","column 4":"4"}\n'
+             '{"Name":"f","Size a b":"","Size c":"","column 4":""}\n'),
+            (["table", "-H", "--json"], "<table><tr><th>a<th>a<tr><td>1<td>2</table>",
+             '{"file":"(standard input)","a":"1","a 2":"2"}\n'),
+            (["table", "-H", "--csv"], "<table><tr><td>1<td>2</table>", '(standard input),1,2\n'),
+            (["table", "-H"], "<table><tr><td>1<td>2</table>", '(standard input):1\t2\n'),
             (["table", "--json", "div"], page, '[","]\n["q\\""]\n'),
             (["table"], "<table><td>a<td>b<tr><td>c</table>", "a\tb\nc\t\n"),
             (["table"], "<p>", "", 1),
@@ -189,16 +198,21 @@ class Jobs(Cli):
         self.write("b.html", page)
         os.link("a.html", "other")
         edit = ["edit", "-i", "p", "--text", "b"]
-        self.complaint([*edit, "a.html"], "qo: a.html: has other names (hard links), which keep the old page\n", status=0)
+        self.complaint([*edit, "a.html"], "qo: 1 of the files had other names (hard links), which keep the old pages\n",
+                       status=0)
         self.assertEqual((self.read("a.html"), self.read("other")), ("<p>b</p>", page))
         for arguments, message in [
                 (["-i", "-n"], "-i and -n exclude each other: -n writes nothing; see the changes first, then write them"),
-                (["-in"], "-in would write pages back and keep the old ones as NAMEn; -n alone shows the changes"),
+                (["-in"], "-in would keep the old pages as NAMEn; options after -i are written apart"),
+                (["-ir"], "-ir would keep the old pages as NAMEr; options after -i are written apart"),
                 (["-i", "-o", "x", "a.html"], "-i and -o exclude each other"),
                 (["-i", "-"], "-i: standard input is no file to write to"),
                 (["-o", "x", "a.html", "b.html"], "-o takes one page; -i writes each back"),
                 (["-r"], "-r prints pages one after the other: -i writes each back, -n shows the changes")]:
             self.complaint(["edit", "p", "--text", "c", *arguments], f"qo: edit: {message}\n")
+        for arguments in (["-f", "-"], ["p", "--html-file", "-"]):
+            self.complaint(["edit", *arguments], "qo: edit: standard input cannot be a page and something else, too\n",
+                           "p --remove")
         if os.getuid() == 0:
             os.chmod("b.html", 0o4755)
             os.chown("b.html", 1234, 1234)

@@ -8,8 +8,9 @@ Columns::Columns(const Options& options)
     : form_(options.csv ? CellForm::commas : CellForm::tabs),
       seen_(new std::atomic<bool>[options.columns.size()]()) {
   for (const std::string& name : options.columns) {
-    const bool is_attribute = name.substr(0, 1) != ":";
     if (name.empty()) throw Failure("select: -a: a name is empty");
+    // Attributes may begin with a colon, too.
+    const bool is_attribute = name[0] != ':' || !is_field(name.substr(1));
     columns_.push_back({is_attribute ? name : name.substr(1), is_attribute});
     if (is_attribute) continue;
     check_fields("select: -a", {columns_.back().name}, options.host);

@@ -12,6 +12,7 @@
 #include "edit_script.h"
 #include "failure.h"
 #include "files.h"
+#include "folders.h"
 #include "help.h"
 #include "option_table.h"
 #include "text.h"
@@ -33,12 +34,8 @@ const CommandRow& find_command(const std::string& name) {
 // Whether an argument that could be a selector can only be a file.
 bool names_a_file(const std::string& argument) {
   const auto has = [&argument](char c) { return argument.find(c) != std::string::npos; };
-  const auto ends_with = [&argument](std::string_view end) {
-    return argument.size() >= end.size() &&
-           argument.compare(argument.size() - end.size(), end.size(), end) == 0;
-  };
   struct stat status;
-  return argument == "-" || (has('/') && !has('[')) || ends_with(".html") || ends_with(".htm") ||
+  return argument == "-" || (has('/') && !has('[')) || has_page_ending(argument) ||
          stat(argument.c_str(), &status) == 0;
 }
 
@@ -119,6 +116,12 @@ void check_edit(Options& options) {
     options.edits = {{options.selector, std::move(options.operations), std::string()}};
   }
   for (const Edit& edit : options.edits) check_operations(edit);
+  const bool reads_input = options.has_read_input || options.script == "-";
+  const bool page_is_input =
+      (options.files.empty() && !options.recursive) ||
+      std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
+  require(!reads_input || !page_is_input,
+          "standard input cannot be a page and something else, too");
   if (options.in_place) return check_in_place(options);
   const bool may_be_several = options.recursive || options.files.size() > 1;
   require(!may_be_several || options.output.empty() || options.show_diff,

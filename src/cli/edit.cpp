@@ -22,13 +22,14 @@ namespace {
 struct CompiledEdit {
   qo::Selector selector;
   const std::vector<qo::Operation>& operations;
+  const std::string& origin;
 };
 
 std::vector<CompiledEdit> compile(const std::vector<Edit>& edits) {
   std::vector<CompiledEdit> compiled;
   for (const Edit& edit : edits) {
     try {
-      compiled.push_back({qo::Selector(edit.selector), edit.operations});
+      compiled.push_back({qo::Selector(edit.selector), edit.operations, edit.origin});
     } catch (const qo::SelectorError& error) {
       if (edit.origin.empty()) throw;
       throw Failure(edit.origin + "selector: " + error.what());
@@ -49,6 +50,10 @@ class Editing {
 
   int run() {
     const int status = session_.run([this](Input& input, Output& out) { return page(input, out); });
+    if (linked_ > 0) {
+      complain(std::to_string(linked_) +
+               " of the files had other names (hard links), which keep the old pages");
+    }
     if (options_.in_place && session_.files().size() > 1) {
       complain("changed " + std::to_string(written_) + " of " +
                std::to_string(session_.files().size()) + " files");
@@ -72,10 +77,10 @@ class Editing {
 
   // Each edit works on what the one before it gives.
   qo::EditedSource edited(const std::string& name, const qo::Page& page) const {
-    qo::EditedSource all = edited_once(name, page, edits_.front());
+    qo::EditedSource all = edited_once(name, page, edits_.front(), true);
     for (std::size_t i = 1; i < edits_.size(); ++i) {
       const qo::Page next(all.source, page.options());
-      qo::EditedSource step = edited_once(name, next, edits_[i]);
+      qo::EditedSource step = edited_once(name, next, edits_[i], false);
       if (step.changes.empty()) continue;
       all = {std::move(step.source), composed(all.changes, step.changes)};
     }
@@ -83,7 +88,7 @@ class Editing {
   }
 
   static qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
-                                      const CompiledEdit& edit) {
+                                      const CompiledEdit& edit, bool is_first) {
     const std::vector<_qo_html*> matches = page.select(edit.selector);
     if (matches.empty()) return {page.source(), {}};
     try {
@@ -91,8 +96,9 @@ class Editing {
       edits.add(matches, edit.operations);
       return edits.apply();
     } catch (const qo::Error& error) {
-      throw Failure(name + ":" + place_of(page.source(), error.offset()) +
-                    ": refused: " + error.what());
+      // The text between two edits of a script is one that the user never sees.
+      const std::string place = is_first ? ":" + place_of(page.source(), error.offset()) : "";
+      throw Failure(name + place + ": " + edit.origin + "refused: " + error.what());
     }
   }
 
@@ -102,9 +108,7 @@ class Editing {
     const std::string target = resolved(name);
     if (pages_.at(target) != input.index) throw Failure(name + ": has been edited already");
     if (!options_.backup_suffix.empty()) back_up(name, old_text);
-    if (count_names(target) > 1) {
-      complain(name + ": has other names (hard links), which keep the old page");
-    }
+    if (count_names(target) > 1) ++linked_;
     replace_file(target, text, flush());
     ++written_;
   }
@@ -150,6 +154,7 @@ class Editing {
   Session session_;
   std::map<std::string, std::size_t> pages_;  // all that -i is to write, without links; first index
   std::atomic<std::size_t> written_ = 0;
+  std::atomic<std::size_t> linked_ = 0;  // of these, files with other names
 };
 
 }  // namespace

@@ -94,6 +94,10 @@ std::vector<std::string> default_fields(bool host, bool with_file) {
   return names;
 }
 
+bool is_field(const std::string& name) {
+  return find_field(name) != nullptr;
+}
+
 void check_fields(const std::string& option, const std::vector<std::string>& names, bool host) {
   for (const std::string& name : names) {
     const Field* const field = find_field(name);

@@ -17,6 +17,8 @@ namespace cli {
 // The fields that are shown when none were chosen.
 std::vector<std::string> default_fields(bool host, bool with_file);
 
+bool is_field(const std::string& name);
+
 // Throws Failure, which names the option, when one of them is no field, or none of the library's.
 void check_fields(const std::string& option, const std::vector<std::string>& fields, bool host);
 

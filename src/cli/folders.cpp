@@ -24,19 +24,12 @@ constexpr std::string_view endings[] = {
     "mako",   "mhtml",  "mustache", "njk",        "php",  "phtml", "rhtml", "shtml",
     "svelte", "svg",    "tmpl",     "tpl",        "twig", "vue",   "xht",   "xhtml"};
 
-bool is_page(const std::string& name) {
-  const std::size_t dot = name.rfind('.');
-  if (dot == std::string::npos) return false;
-  std::string ending = name.substr(dot + 1);
-  for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
-}
-
 bool matches(const std::vector<std::string>& globs, const std::string& name,
              const std::string& path) {
   return std::any_of(globs.begin(), globs.end(), [&](const std::string& glob) {
     const std::string& subject = glob.find('/') == std::string::npos ? name : path;
-    return fnmatch(glob.c_str(), subject.c_str(), 0) == 0;
+    if (fnmatch(glob.c_str(), subject.c_str(), 0) == 0) return true;
+    return glob.compare(0, 3, "**/") == 0 && fnmatch(glob.c_str() + 3, subject.c_str(), 0) == 0;
   });
 }
 
@@ -57,7 +50,7 @@ class Search {
       const std::string path = std::move(folders.back());
       folders.pop_back();
       if (!path.empty() && path.back() != '/') {
-        found_.push_back(top + path);
+        found_.push_back(top.empty() && path == "-" ? "./-" : top + path);
         continue;
       }
       std::vector<Entry> entries = wanted_in(top + path, path);
@@ -104,7 +97,7 @@ class Search {
 
   bool is_wanted_file(const std::string& name, const std::string& path) const {
     const bool is_included =
-        options_.include.empty() ? is_page(name) : matches(options_.include, name, path);
+        options_.include.empty() ? has_page_ending(name) : matches(options_.include, name, path);
     return is_included && !matches(options_.exclude, name, path);
   }
 
@@ -119,6 +112,14 @@ bool is_folder(const std::string& path) {
 }
 
 }  // namespace
+
+bool has_page_ending(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos) return false;
+  std::string ending = name.substr(dot + 1);
+  for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+}
 
 std::vector<std::string> find_files(const Options& options, std::size_t& failed) {
   std::vector<std::string> found;

@@ -10,6 +10,9 @@
 
 namespace cli {
 
+// Whether a name ends as those of pages and templates do.
+bool has_page_ending(const std::string& name);
+
 // The files to read: those that were named and, with -r, for each folder in its place the pages
 // below it, in the order of their names. Hidden folders, node_modules and links are left out there.
 // What cannot be looked into is complained of. `failed` counts these.

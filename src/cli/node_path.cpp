@@ -63,6 +63,10 @@ std::string NodePaths::path(const _qo_html* element) {
       steps.push_back("#" + escaped_name(id));
       break;
     }
+    if (names_.at(lower(element->tag)) == 1) {
+      steps.push_back(escaped_name(lower(element->tag)));
+      break;
+    }
     steps.push_back(step(element));
   }
   std::string path;

@@ -52,6 +52,16 @@ void append_list(std::vector<std::string>& list, const std::string& value) {
   }
 }
 
+// Without what only says that a path begins here, or is a folder.
+std::string trimmed_glob(std::string glob) {
+  if (glob.find('{') != std::string::npos) {
+    throw Failure("a glob has no braces; --include and --exclude may be repeated");
+  }
+  if (glob.compare(0, 2, "./") == 0) glob.erase(0, 2);
+  while (glob.size() > 1 && glob.back() == '/') glob.pop_back();
+  return glob;
+}
+
 void set_threads(Options& options, const Values& values) {
   const std::string& value = values[0];
   const bool is_number = !value.empty() && value.size() < 4 &&
@@ -84,6 +94,7 @@ void valued(Options& options, const Values& values) {
 template <Kind kind>
 void from_file(Options& options, const Values& values) {
   options.operations.push_back({kind, std::string(), read_input(values[0]).text});
+  options.has_read_input = options.has_read_input || values[0] == "-";
 }
 
 template <Kind kind>
@@ -114,9 +125,14 @@ void set_in_place(Options& options, const Values& values) {
   options.in_place = true;
   if (values.empty()) return;
   options.backup_suffix = values[0];
-  if (values[0] == "n") {
-    throw Failure(
-        "-in would write pages back and keep the old ones as NAMEn; -n alone shows the changes");
+  const auto is_letter = [](char c) {
+    return std::any_of(option_table().begin(), option_table().end(), [c](const OptionRow& row) {
+      return row.letter == c && belongs_to(row, Command::edit);
+    });
+  };
+  if (std::all_of(values[0].begin(), values[0].end(), is_letter)) {
+    throw Failure("-i" + values[0] + " would keep the old pages as NAME" + values[0] +
+                  "; options after -i are written apart");
   }
   if (values[0].find('/') != std::string::npos) throw Failure("-i: a suffix has no \"/\"");
 }
@@ -188,7 +204,7 @@ const std::vector<OptionRow>& option_table() {
        [](Options& o, const Values&) { o.end_with_nul = true; }},
       {'H', "with-filename", "", false, "", in_select | in_table | in_form, Group::own,
        "Print the file's name with each result",
-       "This is the default where there may be several files. *form* puts it into an object, with the values.",
+       "This is the default where there may be several files. With *--csv* it is a cell of its own, with JSON a member; *form* puts it into an object, with the values.",
        [](Options& o, const Values&) { o.with_name = true; }},
       {'\0', "no-filename", "", false, "", in_select | in_table | in_form, Group::own,
        "Never print it", "",
@@ -215,7 +231,7 @@ const std::vector<OptionRow>& option_table() {
        named<Kind::remove_attribute>},
       {'\0', "sub-attr", "NAME REGEX REPLACEMENT", false, "", in_edit, Group::operations,
        "Substitute in an attribute's value",
-       "_REGEX_ is matched with the decoded value, wherever it is; in _REPLACEMENT_, *$1* is a group, *$0* the match, *$$* a *$*. Only "
+       "_REGEX_ is matched with the decoded value, wherever it is; in _REPLACEMENT_, *$1* and *${name}* are groups, *$0* is the match, *$$* a *$*. Only "
        "what was matched changes, and template code never.",
        substitute_value},
       {'\0', "add-class", "CLASS", false, "", in_edit, Group::operations, "Add a class", "", valued<Kind::add_class>},
@@ -293,9 +309,9 @@ const std::vector<OptionRow>& option_table() {
        [](Options& o, const Values&) { o.recursive = true; }},
       {'\0', "include", "GLOB", false, "", with_files, Group::pages, "With -r: read these files, not those with the usual endings",
        "The _GLOB_ is that of the file's name or, with a \"/\" in it, of the path below the folder. May be repeated.",
-       [](Options& o, const Values& v) { o.include.push_back(v[0]); }},
-      {'\0', "exclude", "GLOB", false, "", with_files, Group::pages, "With -r: skip these files and folders", "May be repeated.",
-       [](Options& o, const Values& v) { o.exclude.push_back(v[0]); }},
+       [](Options& o, const Values& v) { o.include.push_back(trimmed_glob(v[0])); }},
+      {'\0', "exclude", "GLOB", false, "", with_files, Group::pages, "With -r: skip these files and folders", "May be repeated. Files that are named are read all the same.",
+       [](Options& o, const Values& v) { o.exclude.push_back(trimmed_glob(v[0])); }},
       {'\0', "threads", "N", false, "", with_files, Group::pages, "Work on N files at once; default: as many as there are cores",
        "Results come in the order of the files all the same.", set_threads},
       {'\0', "no-templates", "", false, "", in_all, Group::pages, "Read template code like any other text", "",

@@ -66,8 +66,9 @@ struct Options {
 
   // --- What is changed ---
   std::vector<qo::Operation> operations;
-  std::string script;       // the file that the edits are in
-  std::vector<Edit> edits;  // of the script, or the one of the command line
+  bool has_read_input = false;  // standard input was something else than a page
+  std::string script;           // the file that the edits are in
+  std::vector<Edit> edits;      // of the script, or the one of the command line
   bool in_place = false;
   std::string backup_suffix;
   bool show_diff = false;

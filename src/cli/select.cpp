@@ -1,3 +1,4 @@
+#include "cells.h"
 #include "columns.h"
 #include "commands.h"
 #include "fields.h"
@@ -43,7 +44,8 @@ class Selecting {
       case Show::nothing:
         return 1;
       default:
-        return options_.first_only ? 1 : SIZE_MAX;
+        // Not every match gives a line of columns.
+        return options_.first_only && options_.show != Show::columns ? 1 : SIZE_MAX;
     }
   }
 
@@ -77,15 +79,33 @@ class Selecting {
     for (_qo_html* node : matches) {
       const std::optional<std::string> shown = result(writer, view, node);
       if (!shown) continue;
-      const bool is_plain = options_.show != Show::json;
-      if (is_plain && session_.shows_names()) name(input, ":", out);
-      if (is_plain && options_.line_numbers) {
-        out.paint("32", std::to_string(writer.place(node).line));
-        out.paint("36", ":");
+      if (options_.csv) {
+        write_first_cells(input, writer, node, out);
+      } else if (options_.show != Show::json) {
+        write_prefix(input, writer, node, out);
       }
       out.write(*shown);
       out.write(end());
+      if (options_.first_only) return;
     }
+  }
+
+  // What is in front of a result, as grep has it.
+  void write_prefix(const Input& input, FieldWriter& writer, _qo_html* node, Output& out) const {
+    if (session_.shows_names()) name(input, ":", out);
+    if (!options_.line_numbers) return;
+    out.paint("32", std::to_string(writer.place(node).line));
+    out.paint("36", ":");
+  }
+
+  void write_first_cells(const Input& input, FieldWriter& writer, _qo_html* node,
+                         Output& out) const {
+    std::string cells;
+    if (session_.shows_names()) append_cell(input.name, true, CellForm::commas, cells);
+    if (options_.line_numbers) {
+      append_cell(std::to_string(writer.place(node).line), cells.empty(), CellForm::commas, cells);
+    }
+    out.write(cells.empty() ? cells : cells + ",");
   }
 
   std::optional<std::string> result(FieldWriter& writer, const PageView& view,
@@ -105,7 +125,7 @@ class Selecting {
   }
 
   void name(const Input& input, std::string_view separator, Output& out) const {
-    out.paint("35", input.name);
+    out.paint("35", options_.end_with_nul ? input.name : printable(input.name));
     out.paint("36", separator);
   }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 
 #include <qo_page/selector.h>
 #include <qo_page/tables.h>
@@ -37,7 +38,7 @@ std::vector<_qo_html*> find_tables(const qo::Page& page, const qo::Selector& sel
 // Of each column, for members of objects: the texts of its header's cells, each once.
 std::vector<std::string> column_names(const qo::Table& table) {
   std::vector<std::string> names;
-  MemberNames unique;
+  std::set<std::string> taken;
   for (std::size_t column = 0; column < table.columns(); ++column) {
     std::string name;
     const std::string* last = nullptr;
@@ -47,7 +48,10 @@ std::vector<std::string> column_names(const qo::Table& table) {
       name += (name.empty() ? "" : " ") + text;
       last = &text;
     }
-    names.push_back(unique.unique(name));
+    if (name.empty()) name = "column " + std::to_string(column + 1);
+    std::string unique = name;
+    for (int i = 2; !taken.insert(unique).second; ++i) unique = name + " " + std::to_string(i);
+    names.push_back(unique);
   }
   return names;
 }
@@ -60,9 +64,11 @@ class TablePrinter {
   void print(const qo::Table& table) {
     for (std::size_t row = 0; row < table.rows(); ++row) {
       std::string line;
+      if (!name_.empty() && form_ == CellForm::commas) append_cell(name_, true, form_, line);
       for (std::size_t column = 0; column < table.columns(); ++column) {
-        append_cell(table.text(row, column), column == 0, form_, line);
+        append_cell(table.text(row, column), column == 0 && line.empty(), form_, line);
       }
+      if (form_ == CellForm::tabs) print_name();
       print_line(line);
     }
   }
@@ -72,6 +78,7 @@ class TablePrinter {
     for (std::size_t row = table.header_rows(); row < table.rows(); ++row) {
       JsonLine object;
       JsonArray array;
+      if (!name_.empty()) table.header_rows() > 0 ? object.add("file", name_) : array.add(name_);
       for (std::size_t column = 0; column < table.columns(); ++column) {
         const std::string& text = table.text(row, column);
         table.header_rows() > 0 ? object.add(names[column], text) : array.add(text);
@@ -81,9 +88,13 @@ class TablePrinter {
   }
 
  private:
-  void print_line(std::string_view line) {
+  void print_name() {
+    if (name_.empty()) return;
     out_.paint("35", name_);
-    if (!name_.empty()) out_.paint("36", ":");
+    out_.paint("36", ":");
+  }
+
+  void print_line(std::string_view line) {
     out_.write(line);
     out_.write("\n");
   }

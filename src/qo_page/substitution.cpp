@@ -19,7 +19,9 @@ class ReplacementReader {
   std::vector<ReplacementPart> read() {
     std::vector<ReplacementPart> parts(1, {std::string(), no_group});
     while (i_ < text_.size()) {
-      if (text_[i_] != '$') {
+      if (text_[i_] == '\\' && i_ + 1 < text_.size() && is_digit(text_[i_ + 1])) {
+        fail("a group is written $1, not \\1", i_);
+      } else if (text_[i_] != '$') {
         parts.back().literal += text_[i_++];
       } else if (text_.compare(i_, 2, "$$") == 0) {
         parts.back().literal += '$';
