@@ -194,7 +194,8 @@ FAULTS = {
             ("if (insertion.is_text && node.kind != NodeKind::code)", "if (false)"),
             ("if (end > insertion.end && !is_wrapper)", "if (false)"),
             ("is_same_extent(node.extent, wanted.extent) &&", ""),
-            ("(wanted.is_renamed || node.tag == wanted.node->tag)", "true"),
+            ("(wanted.is_renamed || node.tag == wanted.node->tag)", "true",
+             "a second look: the edit of a tag has read the name back"),
             ("if (next_kept_ < written_.kept.size()) fail_at", "if (false) fail_at"),
         ],
         "escape.cpp": [

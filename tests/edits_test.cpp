@@ -79,6 +79,7 @@ TEST(Edits, KeepTheBlanksOfTags) {
       {"<p a />", add, "<p a k=\"v\" />"},
       {"<p  a  b >", remove, "<p  b >"},
       {"<p k=x>", {Kind::set_attribute, "k", ""}, "<p k=\"\">"},
+      {"<p class=a\"b>", {Kind::add_class, "", "k"}, "<p class='a\"b k'>"},
   };
   for (const auto& test : cases) EXPECT_EQ(edited(test.source, "<p", {test.operation}), test.result) << test.source;
 }
@@ -124,6 +125,7 @@ TEST(Edits, RefuseWhatContradictsItself) {
       {{wrap, remove}, contradiction("wrap", "remove")},
       {{rename, {Kind::rename, "z", ""}}, contradiction("rename", "rename")},
       {{text, append}, "<p>xy</p>"},
+      {{append, {Kind::prepend, "", "1"}, {Kind::append, "", "z"}, {Kind::prepend, "", "2"}}, "<p>21oyz</p>"},
       {{before, remove}, "b"},
       {{unwrap, wrap, text}, "<i>x</i>"},
       {{rename, rename, attribute, {Kind::remove_attribute, "A", ""}}, "<q>o</q>"},
