@@ -184,8 +184,8 @@ times the heap of that of `parseHtml`.
 ## Whole commands
 
 Minima of three rounds. The large page has 20 MB of the bodies of these pages, the 10,000 pages are these, over and over. The
-results are what each tool found: tools that read otherwise find otherwise. `pup` and `hxselect` read one page a process. The memory is
-that of the largest process.
+results are what each tool found: tools that read otherwise find otherwise. `pup` and `hxselect` read one page a process. The ratio is that of
+the time of processors; the memory is that of the largest process.
 
 {benchmark_commands.table()}
 ## Warm heap
