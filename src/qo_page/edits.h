@@ -44,10 +44,10 @@ struct Operation {
     remove
   };
 
-  Kind kind;          // what to do
-  std::string name;   // of an attribute or element
-  std::string value;  // plain text or markup
-  std::optional<Substitution> substitution = std::nullopt;
+  Kind kind;                                                // what to do
+  std::string name;                                         // of an attribute or element
+  std::string value;                                        // plain text or markup
+  std::optional<Substitution> substitution = std::nullopt;  // what is substituted by what
 };
 
 // Throws Error when two operations contradict each other, since one wipes out what the other does,
