@@ -4,7 +4,8 @@
 # usage: check_consumers.sh SOURCE WORK
 set -eu
 source=$1
-work="$2/a place with blanks"
+mkdir -p "$2"
+work="$(cd "$2" && pwd)/a place with blanks"
 jobs=${JOBS:-1}
 own_host="<p>text</p> 2 1 0 $(sed -n 's/^#define QO_HTML_VERSION "\(.*\)"/\1/p' "$source/src/qo_html/qo_html_version.h")"
 
