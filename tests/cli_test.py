@@ -342,7 +342,7 @@ class Tool(Cli):
                                        ("qo edit a --color a", 4, "auto always"), ("qo tree pa", 2, "page.html"),
                                        ("qo edit a --html-f", 3, "--html-file"), ("qo edit a --text-file pa", 4, "page.html"),
                                        ("qo edit a --text pa", 4, "")]:
-            run = subprocess.run(["bash", "-c", script % (generated, words, position)], capture_output=True, text=True)
+            run = subprocess.run(["bash", "-c", script % (shlex.quote(generated), words, position)], capture_output=True, text=True)
             self.assertEqual(run.stdout.strip(), reply)
 
 
