@@ -101,7 +101,7 @@ FAULTS = {
             ("return name == tag_name(*root_) ?", "return equals_lowered(name, tag_name(*root_)) ?"),
             ("root_->isRoot ? Outcome::finished : Outcome::failed", "Outcome::failed"),
             ("if (has_attributes_) parse_attribute", "parse_attribute"),
-            ("document->closed = false;", "", "a part of the record that only the parser looks at, in checks"),
+            ("document->closed = false;", ""),
         ],
         "qo_html_selector.cpp": [
             ("if (last() == nullptr || last()->type != SEL_DESCENDANT) add", "add"),

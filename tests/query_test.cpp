@@ -232,6 +232,14 @@ TEST(Search, PassesOverNullChildren) {
   EXPECT_TRUE(page->insert_before(qo_html_element_new("i"), page->children[2]->children[0]));
 }
 
+TEST(Search, GoesDownFurtherThanItsInlineLevels) {
+  std::string open, close;
+  for (int i = 0; i < 3000; ++i) open += "<b>", close += "</b>";
+  const Owned page = parse(open + "x" + close);
+  EXPECT_EQ(page->outerHTML(), open + "x" + close);
+  EXPECT_EQ(qo_html_query(page.get()).find("b").length(), 3000u);
+}
+
 TEST(Query, OfANullNodeStaysEmpty) {
   qo_html_query query(nullptr);
   EXPECT_EQ(query.find("*").find(" li").find("> a").length(), 0u);
