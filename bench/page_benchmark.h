@@ -5,8 +5,8 @@
 
 #include "pages.h"
 
-// Registers the benchmarks. Their names are page/WORK/WHO on `pages`, which must stay, and
-// growth/WORK/SIZE on texts of their own.
+// Registers the benchmarks. Their names are page/JOB/WHO on `pages`, which must stay, and
+// growth/JOB/SIZE on texts of their own.
 void register_page_benchmarks(const Pages& pages);
 
 // The bytes of heap that a page and its nodes take.
