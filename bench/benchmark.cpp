@@ -14,9 +14,11 @@
 #include <libxml/xpath.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <random>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -94,6 +96,43 @@ void walk(_qo_html* node, Visit visit) {
   for (_qo_html* child : node->children) walk(child, visit);
 }
 
+// --- Scattered trees ---
+
+// The node alone, with no child.
+std::unique_ptr<_qo_html> copy_of(const _qo_html& node) {
+  auto copy = std::make_unique<_qo_html>();
+  copy->text = node.text;
+  copy->tag = node.tag;
+  copy->isComment = node.isComment;
+  copy->isText = node.isText;
+  copy->isRoot = node.isRoot;
+  copy->isCdata = node.isCdata;
+  copy->isVoid = node.isVoid;
+  copy->isDeclaration = node.isDeclaration;
+  copy->attributes = node.attributes;
+  copy->classes = node.classes;
+  return copy;
+}
+
+// The same trees with their nodes anywhere in memory, as after long editing: a parser's nodes lie
+// one after the other.
+std::vector<QoHtml::Document> scattered(const std::vector<QoHtml::Document>& documents) {
+  std::vector<_qo_html*> nodes;
+  for (const auto& document : documents) {
+    walk(document.get(), [&nodes](_qo_html* node) { nodes.push_back(node); });
+  }
+  std::vector<_qo_html*> shuffled = nodes;
+  std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(1));
+  std::unordered_map<const _qo_html*, _qo_html*> copies;
+  for (const _qo_html* node : shuffled) copies[node] = copy_of(*node).release();
+  for (const _qo_html* node : nodes) {
+    for (const _qo_html* child : node->children) copies[node]->add_child(copies[child]);
+  }
+  std::vector<QoHtml::Document> made;
+  for (const auto& document : documents) made.emplace_back(copies[document.get()]);
+  return made;
+}
+
 // --- Reporting ---
 
 void report(State& state, const Pages& pages) {
@@ -164,11 +203,17 @@ void run_on_documents(const std::string& name, const Pages& pages, Work work) {
   });
 }
 
-void run_query(const std::string& name, const Pages& pages, const char* selector) {
-  run_on_documents<QoHtml>(name, pages, [selector](_qo_html* document) {
+// The number of nodes that a selector finds.
+struct Query {
+  const char* selector;
+  void operator()(_qo_html* document) const {
     DoNotOptimize(qo_html_query(document).find(selector).length());
-  });
-}
+  }
+};
+
+struct WriteOut {
+  void operator()(_qo_html* document) const { DoNotOptimize(document->outerHTML()); }
+};
 
 void run_xpath(const std::string& name, const Pages& pages, const char* expression) {
   const auto compiled = std::shared_ptr<xmlXPathCompExpr>(
@@ -199,9 +244,18 @@ void register_parsing(const std::string& text, const Pages& pages, bool with_flo
   run_parse_floor("parse/" + text + "/record", pages, true);
 }
 
+template <class Work>
+void run_on_scattered(const std::string& name, const Pages& pages, Work work) {
+  run(name, pages, [&pages, work](State& state) {
+    const auto documents = scattered(parse_all<QoHtml>(pages));
+    for (auto _ : state) {
+      for (const auto& document : documents) work(document.get());
+    }
+  });
+}
+
 void register_trees(const Pages& pages) {
-  run_on_documents<QoHtml>("serialise/pages/qo_html", pages,
-                           [](_qo_html* document) { DoNotOptimize(document->outerHTML()); });
+  run_on_documents<QoHtml>("serialise/pages/qo_html", pages, WriteOut());
   run_on_documents<Libxml2>("serialise/pages/libxml2", pages, [](xmlDoc* document) {
     xmlChar* text = nullptr;
     int size = 0;
@@ -213,10 +267,10 @@ void register_trees(const Pages& pages) {
   run_on_documents<Libxml2>("text/pages/libxml2", pages, [](xmlDoc* document) {
     xmlFree(xmlNodeGetContent(reinterpret_cast<xmlNode*>(document)));
   });
-  run_query("find_a_href/pages/qo_html", pages, "a[href]");
+  run_on_documents<QoHtml>("find_a_href/pages/qo_html", pages, Query{"a[href]"});
   run_xpath("find_a_href/pages/libxml2", pages, "//a[@href]");
   run_bare_walk("find_a_href/pages/floor", pages);
-  run_query("find_ul_li/pages/qo_html", pages, "ul > li");
+  run_on_documents<QoHtml>("find_ul_li/pages/qo_html", pages, Query{"ul > li"});
   run_xpath("find_ul_li/pages/libxml2", pages, "//ul/li");
   run_on_documents<QoHtml>("all_elements/pages/qo_html", pages, [](_qo_html* document) {
     std::vector<_qo_html*> found;
@@ -224,6 +278,8 @@ void register_trees(const Pages& pages) {
     DoNotOptimize(found.data());
   });
   run_xpath("all_elements/pages/libxml2", pages, "//*");
+  run_on_scattered("serialise/scattered/qo_html", pages, WriteOut());
+  run_on_scattered("find_a_href/scattered/qo_html", pages, Query{"a[href]"});
 }
 
 // --- References and forms ---

@@ -12,7 +12,10 @@ import subprocess
 import sys
 import tempfile
 
-PACKAGES = "apache2-doc debian-policy git-doc libstdc++-12-doc python3.11-doc sqlite3-doc".split()
+PACKAGES = """
+    apache2-doc debian-policy git-doc libstdc++-12-doc nodejs-doc python-django-doc python3.11-doc qtbase5-doc-html
+    sqlite3-doc vim-doc weechat-doc
+""".split()
 BYTES_PER_PACKAGE = 4_000_000
 SUFFIXES = (".html", ".html.en", ".html.gz", ".htm")
 

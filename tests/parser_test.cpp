@@ -356,4 +356,27 @@ TEST(Serialiser, ReadsTheFlagsInOrder) {
   }
 }
 
+TEST(Serialiser, WritesPiecesOfEveryLength) {
+  std::string all;
+  for (std::size_t size = 1; size < 100; ++size) {
+    const std::string name(size, 'n');
+    const std::string html = "<" + name + " " + name + "=\"" + std::string(size - 1, 'v') + "\" a" + name + ">" +
+                             std::string(size, 't') + "<br " + name + "=\"\"/></" + name + ">";
+    EXPECT_EQ(parse(html)->outerHTML(), html);
+    all += html;
+  }
+  EXPECT_EQ(parse(all)->innerHTML(), all);
+
+  // Marks alone, with nothing between them.
+  std::string starts, ends;
+  const Owned document = parse("");
+  for (_qo_html* node = document.get(); starts.size() < 400; node = node->children[0]) {
+    ASSERT_TRUE(node->add_child(new _qo_html));
+    node->children[0]->isComment = true;
+    starts += "<!--";
+    ends += "-->";
+    EXPECT_EQ(document->outerHTML(), starts + ends);
+  }
+}
+
 }  // namespace

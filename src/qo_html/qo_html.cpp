@@ -17,6 +17,7 @@
 #include <qo_html/qo_html_parser.h>
 #include <qo_html/qo_html_selector.h>
 #include <qo_html/qo_html_walk.h>
+#include <qo_html/qo_html_writer.h>
 
 using namespace qo_html_inner;
 
@@ -44,6 +45,7 @@ _qo_html* skip_text(_qo_html* node, _qo_html* _qo_html::*link) {
 // Destroys everything below `top`, in document order. The nodes themselves hold what is still to
 // do: a child vector is turned round when it is entered, then drained from its back.
 void destroy_children(_qo_html* top) noexcept {
+  NodeStream stream;
   _qo_html* node = top;
   std::reverse(node->children.begin(), node->children.end());
   for (;;) {
@@ -66,6 +68,7 @@ void destroy_children(_qo_html* top) noexcept {
       return;
     }
     node->children.pop_back();
+    stream.follow(done);
     if (!node->children.empty()) TreeWalk::prefetch(node->children.back());
     delete done;
   }
@@ -175,107 +178,7 @@ void set_class_attribute(_qo_html& node, const std::string& joined) {
   }
 }
 
-// --- Writing out ---
-
-enum class Markup { document, text, void_element, cdata, comment, element };
-
-Markup markup_of(const _qo_html& node) {
-  if (node.isRoot) return Markup::document;
-  if (node.isText) return Markup::text;
-  if (node.isVoid) return Markup::void_element;
-  if (node.isCdata) return Markup::cdata;
-  if (node.isComment) return Markup::comment;
-  return Markup::element;
-}
-
-void append_attributes(std::string& out, const _qo_html& node) {
-  for (const Attribute& attribute : node.attributes) {
-    out += ' ';
-    out += attribute.name;
-    if (attribute.hasValue == 0) continue;
-    out += "=\"";
-    out += attribute.value;
-    out += '"';
-  }
-}
-
-void append_start(std::string& out, const _qo_html& node, Markup markup) {
-  switch (markup) {
-    case Markup::document:
-      break;
-    case Markup::text:
-      out += node.text;
-      break;
-    case Markup::void_element:
-      out += '<';
-      out += node.tag;
-      append_attributes(out, node);
-      out += node.isDeclaration ? ">" : "/>";
-      break;
-    case Markup::cdata:
-      out += '<';
-      out += node.tag;
-      break;
-    case Markup::comment:
-      out += "<!--";
-      break;
-    case Markup::element:
-      out += '<';
-      out += node.tag;
-      append_attributes(out, node);
-      out += '>';
-      break;
-  }
-}
-
-void append_end(std::string& out, const _qo_html& node, Markup markup) {
-  switch (markup) {
-    case Markup::document:
-    case Markup::text:
-    case Markup::void_element:
-      break;
-    case Markup::cdata:
-      out += "]]>";
-      break;
-    case Markup::comment:
-      out += "-->";
-      break;
-    case Markup::element:
-      out += "</";
-      out += node.tag;
-      out += '>';
-      break;
-  }
-}
-
-// Appends the start of the node that `walk` has entered, and its end as well when nothing below it
-// is written.
-void append_entered(std::string& out, TreeWalk& walk) {
-  const _qo_html& node = *walk.node();
-  const Markup markup = markup_of(node);
-  append_start(out, node, markup);
-  if (markup == Markup::text || markup == Markup::void_element) {
-    walk.skip_children();
-  } else if (node.children.empty()) {
-    append_end(out, node, markup);
-  }
-}
-
-void append_markup(std::string& out, _qo_html* start) {
-  TreeWalk walk(start);
-  for (;;) {
-    switch (walk.step()) {
-      case TreeWalk::Event::enter:
-        append_entered(out, walk);
-        break;
-      case TreeWalk::Event::leave:
-        append_end(out, *walk.node(), markup_of(*walk.node()));
-        break;
-      case TreeWalk::Event::end:
-        return;
-    }
-  }
-}
+// --- Text ---
 
 void append_text(std::string& out, _qo_html* start) {
   for (TreeWalk walk(start); _qo_html* node = walk.next();) {
@@ -807,7 +710,7 @@ std::string _qo_html::formatAttribute() {
 }
 
 std::string _qo_html::outerHTML() {
-  const bool plain_text = markup_of(*this) == Markup::text;
+  const bool plain_text = isText && !isRoot;
   try {
     if (plain_text) return textContent();
     std::string out;

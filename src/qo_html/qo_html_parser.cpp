@@ -449,9 +449,10 @@ NodeOwner new_text_node(std::string_view text) {
 }
 
 // Appends html[start, end) to `node` as one text child.
-bool append_raw_text(_qo_html* node, const std::string& html, std::size_t start, std::size_t end) {
+bool append_raw_text(_qo_html* node, const std::string& html, std::size_t start, std::size_t end,
+                     ChildCheck& check) {
   NodeOwner text = new_text_node(std::string_view(html).substr(start, end - start));
-  if (!node->add_child(text.get())) return false;
+  if (!append_child(node, text.get(), check)) return false;
   text.release();
   return true;
 }
@@ -478,13 +479,13 @@ bool end_tag_at(const std::string& html, std::size_t at, std::size_t length, Tag
 
 // Gives `node` the content up to `end`, where the end tag of a name of `length` bytes is.
 bool read_raw_element(_qo_html* node, const std::string& html, std::size_t& position,
-                      std::size_t end, std::size_t length) {
+                      std::size_t end, std::size_t length, ChildCheck& check) {
   if (end == not_found) {
     move_to_end(html, position);
     return false;
   }
   node->closed = true;
-  if (!append_raw_text(node, html, position, end)) return false;
+  if (!append_raw_text(node, html, position, end, check)) return false;
   position = end + end_tag_start.size() + length + 1;
   return true;
 }
@@ -523,9 +524,9 @@ std::size_t find_style_end(const std::string& html, std::size_t from) {
   return i;
 }
 
-}  // namespace
+// The readers of raw content, with a check that serves many calls.
 
-_qo_html* parse_comment_node(std::string& html, std::size_t& position) {
+_qo_html* read_comment(const std::string& html, std::size_t& position, ChildCheck& check) {
   return guarded("exception in parse_comment_node", [&]() -> _qo_html* {
     const std::size_t end = html.find(comment_end, position);
     if (end == not_found) {
@@ -535,13 +536,13 @@ _qo_html* parse_comment_node(std::string& html, std::size_t& position) {
     NodeOwner comment(new _qo_html);
     comment->isComment = true;
     comment->closed = true;
-    append_raw_text(comment.get(), html, position, end);
+    append_raw_text(comment.get(), html, position, end, check);
     position = end + comment_end.size();
     return comment.release();
   });
 }
 
-bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position) {
+bool read_cdata(_qo_html* node, const std::string& html, std::size_t& position, ChildCheck& check) {
   return guarded("exception in parse_cdata_node", [&] {
     const std::size_t end = html.find(cdata_end, position);
     if (end == not_found) {
@@ -550,22 +551,47 @@ bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position)
     }
     node->closed = true;
     node->isCdata = true;
-    if (!append_raw_text(node, html, position, end)) return false;
+    if (!append_raw_text(node, html, position, end, check)) return false;
     position = end + cdata_end.size();
     return true;
   });
 }
 
-bool parse_script_node(_qo_html*& node, std::string& html, std::size_t& position) {
+bool read_script(_qo_html* node, const std::string& html, std::size_t& position,
+                 ChildCheck& check) {
   return guarded("exception in parse_script_node", [&] {
-    return read_raw_element(node, html, position, find_script_end(html, position), script_length);
+    return read_raw_element(node, html, position, find_script_end(html, position), script_length,
+                            check);
   });
 }
 
-bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position) {
+bool read_style(_qo_html* node, const std::string& html, std::size_t& position, ChildCheck& check) {
   return guarded("exception in get element tag", [&] {
-    return read_raw_element(node, html, position, find_style_end(html, position), style_length);
+    return read_raw_element(node, html, position, find_style_end(html, position), style_length,
+                            check);
   });
+}
+
+}  // namespace
+
+_qo_html* parse_comment_node(std::string& html, std::size_t& position) {
+  ChildCheck check;
+  return read_comment(html, position, check);
+}
+
+bool parse_cdata_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  ChildCheck check;
+  return read_cdata(node, html, position, check);
+}
+
+bool parse_script_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  ChildCheck check;
+  return read_script(node, html, position, check);
+}
+
+bool parse_style_node(_qo_html*& node, std::string& html, std::size_t& position) {
+  ChildCheck check;
+  return read_style(node, html, position, check);
 }
 
 // --- The main loop ---
@@ -631,8 +657,8 @@ class ContentParser {
     if (is_void_tag(name, &kind)) return void_element(kind);
     if (saw_slash) return end_tag(name);
     if (is_cdata_tag(name)) return cdata_section();
-    if (is_script_tag(name)) return raw_element(parse_script_node);
-    if (is_style_tag(name)) return raw_element(parse_style_node);
+    if (is_script_tag(name)) return raw_element(read_script);
+    if (is_style_tag(name)) return raw_element(read_style);
     if (!is_comment_tag(name)) return ordinary_element();
     return comment();
   }
@@ -675,17 +701,22 @@ class ContentParser {
     node->isCdata = true;
     cdata_check_.report(!has_attributes_);
     _qo_html* const section = node.get();
-    if (!read_content(parse_cdata_node, node) || !append(std::move(node))) return Outcome::failed;
+    if (!read_cdata(section, html_, position_, child_check_) || !append(std::move(node))) {
+      return Outcome::failed;
+    }
     return section->closed ? Outcome::go_on : Outcome::failed;
   }
 
-  using ContentReader = bool (*)(_qo_html*& node, std::string& html, std::size_t& position);
+  using ContentReader = bool (*)(_qo_html* node, const std::string& html, std::size_t& position,
+                                 ChildCheck& check);
 
   Outcome raw_element(ContentReader reader) {
     NodeOwner node = new_element();
     read_attributes(node);
     _qo_html* const element = node.get();
-    if (!read_content(reader, node) || !append(std::move(node))) return Outcome::failed;
+    if (!reader(element, html_, position_, child_check_) || !append(std::move(node))) {
+      return Outcome::failed;
+    }
     if (!element->closed) root_ = element;
     return Outcome::go_on;
   }
@@ -705,7 +736,7 @@ class ContentParser {
   }
 
   Outcome comment() {
-    NodeOwner node(parse_comment_node(html_, position_));
+    NodeOwner node(read_comment(html_, position_, child_check_));
     if (node == nullptr) return Outcome::failed;
     if (drop_comments_) return Outcome::go_on;
     set_tag(*node);
@@ -744,11 +775,6 @@ class ContentParser {
   void read_attributes(const NodeOwner& node) {
     _qo_html* element = node.get();
     if (has_attributes_) parse_attribute(element, html_, position_);
-  }
-
-  bool read_content(ContentReader reader, const NodeOwner& node) {
-    _qo_html* element = node.get();
-    return reader(element, html_, position_);
   }
 
   // Gives the node to the current node; a refused one is destroyed.

@@ -6,10 +6,34 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include <qo_html/qo_html.h>
+
+// Fetches what comes soon while nodes are looked at in document order. A parser's nodes, with what
+// they hold, lie in memory in that order. Where nodes lie anywhere, fetching would only cost time:
+// a node that is not close after the one before it fetches nothing.
+class NodeStream {
+ public:
+  void follow(const _qo_html* node) {
+    constexpr std::uintptr_t close = 4096;
+    constexpr std::uintptr_t distance = 4096;
+    constexpr std::uintptr_t size = 384;  // a node takes some 340 bytes on real pages
+    constexpr std::uintptr_t cache_line = 64;
+    const auto here = reinterpret_cast<std::uintptr_t>(node);
+    if (here - former_ < close) {
+      for (std::uintptr_t line = 0; line < size; line += cache_line) {
+        __builtin_prefetch(reinterpret_cast<const void*>(here + distance + line));
+      }
+    }
+    former_ = here;
+  }
+
+ private:
+  std::uintptr_t former_ = 0;  // the address of the node before
+};
 
 // Visits a node and all nodes below it. The tree must not change meanwhile. The path to the current
 // node takes 16 bytes a level; down to a depth of inline_levels nothing is allocated, below it a
@@ -44,6 +68,7 @@ class TreeWalk {
         node_ = *level.next++;
         if (node_ == nullptr) continue;
         if (level.next != level.end) prefetch(*level.next);
+        stream_.follow(node_);
         descend_ = true;
         return Event::enter;
       }
@@ -101,6 +126,7 @@ class TreeWalk {
 
   _qo_html* start_;
   _qo_html* node_ = nullptr;
+  NodeStream stream_;
   bool descend_ = false;
   std::size_t depth_;
   std::size_t capacity_ = inline_levels;
