@@ -144,6 +144,8 @@ class Jobs(Cli):
             (["form", "--urlencoded", "--submit", "go"], page, "a=1%262&u%5Ba%5D%5Bs%5D=3&u%5Bb%5D=&s%5B%5D=y+z&t=q%0D%0A&"
              "a=on&go=1&m%5B=%C3%A9+%2B\n"),
             (["form", "-H", "#f"], "<form id=f><input name=a>", '{"file":"(standard input)","values":{"a":""}}\n'),
+            (["form", "--compact"], "<form><input name='a[b]'><input name=a value=1><input name=b[]><input name=c><input "
+             "name=a value=2>", '{"a":["1","2"],"a[b]":"","b":[""],"c":""}\n'),
             (["form", "--all", "--compact", "form"], "<form><input name=a></form><form>", '[{"a":""},{}]\n'),
         ])
         self.complaint(["form", "--submit", "no"], 'qo: (standard input): the form has no button "no" to press\n', page)

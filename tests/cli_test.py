@@ -254,10 +254,10 @@ class Tool(Cli):
                 (["select", "a", "no\nfile"], "no\\nfile: No such file or directory"),
                 (["form", "./none.html"], "./none.html: No such file or directory"),
                 (["form", "page.html", "none.html"], "none.html: No such file or directory"),
+                (["form", "--pairs", "--urlencoded"], "form: --pairs and --urlencoded exclude each other"),
+                (["form", "--compact", "--urlencoded"], "form: --compact is for JSON: not with --urlencoded"),
                 (["tree", "--select", "a"], "tree: --select needs --html")]:
             self.complaint(arguments, "qo: " + message + "\n")
-        self.complaint(["form"], 'qo: (standard input): the name "a[]" contradicts one before it, as "a" and "a[b]" do; '
-                       "--pairs prints all\n", "<form><input name='a'><input name='a[]'></form>")
         self.assertEqual(qo("edit", "--remove=false", "p", "page.html")[0], 2)
         self.complaint(["select", "a"], "qo: (standard input): the text is UTF-16; iconv -f UTF-16 -t UTF-8 makes it "
                        "readable\n", "\ufeffa".encode("utf-16-le"))

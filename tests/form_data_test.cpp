@@ -99,8 +99,8 @@ TEST(FormData, HasTheCheckedTheSelectedAndThePressed) {
   const struct {
     const char* submitter;
     const char* sent;
-  } pressed[] = {{"b", "a=,b=2"}, {"c", "a=,c=Submit"}, {"d", "a=,d.x=0,d.y=0"}, {"", "a=,x=0,y=0"}, {"e", "a="},
-                 {"f", "a="},     {"g", "a="}};
+  } pressed[] = {{"b", "a=,b=2"},    {"b=3", "a=,b=3"}, {"b=1", "a="}, {"c", "a=,c=Submit"}, {"d", "a=,d.x=0,d.y=0"},
+                 {"", "a=,x=0,y=0"}, {"e", "a="},       {"f", "a="},   {"g", "a="}};
   const qo::Page page(form);
   for (const auto& row : pressed) {
     EXPECT_EQ(sent(form, "form", row.submitter), row.sent) << row.submitter;

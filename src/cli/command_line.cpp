@@ -131,6 +131,8 @@ void check_edit(Options& options) {
 }
 
 void check_form(const Options& options) {
+  require(options.form_shape != FormShape::urlencoded || !options.compact,
+          "--compact is for JSON: not with --urlencoded");
   require(!options.recursive || options.all, "-r needs --all");
   require(!options.host || options.form_shape == FormShape::nested,
           "--host gives the library's values: no --pairs, no --urlencoded");

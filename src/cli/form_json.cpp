@@ -1,10 +1,10 @@
 #include "form_json.h"
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "failure.h"
 #include "json_text.h"
 #include "text.h"
 
@@ -32,8 +32,8 @@ std::vector<std::string> keys_of(const std::string& name) {
 }
 
 // Where the value of a key goes within what is there.
-Json::Value& item(Json::Value& container, const std::string& key, bool is_base) {
-  if (key.empty() && !is_base) {
+Json::Value& item(Json::Value& container, const std::string& key) {
+  if (key.empty()) {
     if (container.isNull()) container = Json::Value(Json::arrayValue);
     if (!container.isArray()) throw Json::LogicError("");
     return container.append(Json::Value());
@@ -70,19 +70,42 @@ Json::Value pairs_of(const std::vector<qo::FormEntry>& entries) {
   return pairs;
 }
 
+namespace {
+
+struct KeyedEntry {
+  const qo::FormEntry* entry;
+  std::vector<std::string> keys;  // after the base
+};
+
+// The member of one base, from all entries of that base. Throws when these contradict each other.
+Json::Value nested_member(const std::vector<KeyedEntry>& entries) {
+  Json::Value member;
+  for (const KeyedEntry& keyed : entries) {
+    Json::Value* place = &member;
+    for (const std::string& key : keyed.keys) place = &item(*place, key);
+    put(*place, keyed.entry->value);
+  }
+  return member;
+}
+
+}  // namespace
+
 Json::Value nested_values(const std::vector<qo::FormEntry>& entries) {
-  Json::Value values(Json::objectValue);
+  std::map<std::string, std::vector<KeyedEntry>> by_base;
   for (const qo::FormEntry& entry : entries) {
+    std::vector<std::string> keys = keys_of(entry.name);
+    const std::string base = valid_utf8(keys.front());
+    keys.erase(keys.begin());
+    by_base[base].push_back({&entry, std::move(keys)});
+  }
+  Json::Value values(Json::objectValue);
+  for (const auto& [base, keyed] : by_base) {
     try {
-      Json::Value* place = &values;
-      bool is_base = true;
-      for (const std::string& key : keys_of(entry.name)) {
-        place = &item(*place, key, std::exchange(is_base, false));
-      }
-      put(*place, entry.value);
+      values[base] = nested_member(keyed);
     } catch (const Json::Exception&) {
-      throw Failure("the name " + quoted(entry.name, 60) +
-                    " contradicts one before it, as \"a\" and \"a[b]\" do; --pairs prints all");
+      for (const KeyedEntry& each : keyed) {
+        put(values[valid_utf8(each.entry->name)], each.entry->value);
+      }
     }
   }
   return values;

@@ -15,8 +15,8 @@ namespace cli {
 Json::Value pairs_of(const std::vector<qo::FormEntry>& entries);
 
 // An object: "a[b]" is the member b of the object a, "a[]" an item of the array a; a plain name
-// that comes several times has an array, too. Throws Failure when one name is used in ways that
-// exclude each other.
+// that comes several times has an array, too. Where names contradict each other, as "a" and "a[b]"
+// do, each is a member under its whole name.
 Json::Value nested_values(const std::vector<qo::FormEntry>& entries);
 
 }  // namespace cli

@@ -44,6 +44,13 @@ void show(Options& options, Show what) {
   options.show = what;
 }
 
+void set_shape(Options& options, FormShape shape) {
+  if (options.form_shape != FormShape::nested && options.form_shape != shape) {
+    throw Failure("--pairs and --urlencoded exclude each other");
+  }
+  options.form_shape = shape;
+}
+
 void append_list(std::vector<std::string>& list, const std::string& value) {
   for (std::size_t begin = 0; begin <= value.size();) {
     const std::size_t end = std::min(value.find(',', begin), value.size());
@@ -215,12 +222,12 @@ const std::vector<OptionRow>& option_table() {
       {'\0', "compact", "", false, "", in_form, Group::own, "Print on one line", "",
        [](Options& o, const Values&) { o.compact = true; }},
       {'\0', "pairs", "", false, "", in_form, Group::own, "Print an array of [name, value]", "",
-       [](Options& o, const Values&) { o.form_shape = FormShape::pairs; }},
+       [](Options& o, const Values&) { set_shape(o, FormShape::pairs); }},
       {'\0', "urlencoded", "", false, "", in_form, Group::own,
        "Print what a browser would send, as for curl -d", "",
-       [](Options& o, const Values&) { o.form_shape = FormShape::urlencoded; }},
+       [](Options& o, const Values&) { set_shape(o, FormShape::urlencoded); }},
       {'\0', "submit", "NAME", false, "", in_form, Group::own, "Press the button of that name",
-       "Without it, no button's value is sent.",
+       "Where several have it, *NAME=VALUE* tells which. Without it, no button's value is sent.",
        [](Options& o, const Values& v) { o.submitter = v[0]; }},
 
       {'\0', "attr", "NAME=VALUE", false, "", in_edit, Group::operations, "Set an attribute",

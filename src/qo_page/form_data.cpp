@@ -156,13 +156,18 @@ class EntryList {
 
 using Controls = std::vector<const FormControl*>;
 
+// By its name; by name and value where no button has all of that for a name.
 const FormControl* find_button(const FormSource& source, const Controls& controls,
                                std::string_view name) {
-  const auto button =
-      std::find_if(controls.begin(), controls.end(), [&](const FormControl* control) {
-        return is_pressable(*control) && source.attribute(*control->node, "name") == name;
-      });
-  return button == controls.end() ? nullptr : *button;
+  const FormControl* of_value = nullptr;
+  for (const FormControl* control : controls) {
+    if (!is_pressable(*control)) continue;
+    std::string own_name = source.attribute(*control->node, "name");
+    if (own_name == name) return control;
+    const std::string pair = std::move(own_name) + '=' + source.attribute(*control->node, "value");
+    if (of_value == nullptr && pair == name) of_value = control;
+  }
+  return of_value;
 }
 
 // Those below a node; what is in a template is not below what the template is in.

@@ -40,7 +40,8 @@ class QO_PAGE_API FormControls {
   // What is sent for `form`, in document order; `form` is an element of the page, or its document.
   // For one that is no form, that is what all controls below it would send, whatever form owns
   // them. `submitter` is the name of the button that is pressed, the first one of that name that is
-  // not disabled; an empty name is that of a button without one. No other button is sent.
+  // not disabled, or NAME=VALUE where several have that name; an empty name is that of a button
+  // without one. No other button is sent.
   std::vector<FormEntry> entries(const _qo_html* form,
                                  std::optional<std::string_view> submitter = std::nullopt) const;
 
