@@ -6,6 +6,7 @@ usage: run_benchmark.py [REPETITIONS]   (default: 5)
 """
 
 import json
+import os
 import pathlib
 import platform
 import statistics
@@ -37,6 +38,13 @@ WORK = {
     "parse/ampersands": "parse: 400,000 ampersands",
     "parse/attributes": "parse: 5,000 attributes on one tag",
 }
+# Allocators of the host's process, by what it is started with.
+HEAPS = {
+    "glibc": {},
+    "glibc, `GLIBC_TUNABLES=glibc.malloc.mxfast=0`": {"GLIBC_TUNABLES": "glibc.malloc.mxfast=0"},
+    "glibc, `GLIBC_TUNABLES=glibc.malloc.hugetlb=1`": {"GLIBC_TUNABLES": "glibc.malloc.hugetlb=1"},
+    "mimalloc, `LD_PRELOAD=libmimalloc.so.2`": {"LD_PRELOAD": "libmimalloc.so.2"},
+}
 PEERS = ["libxml2", "gumbo", "floor", "record"]
 CHART = ["parse/pages", "serialise/pages", "text/pages", "find_a_href/pages", "find_ul_li/pages", "all_elements/pages"]
 
@@ -49,7 +57,7 @@ class Row(typing.NamedTuple):
     per_node: float  # nanoseconds, by the median
 
 
-def measure(repetitions, *options):
+def measure(repetitions, *options, environment=None):
     """{work/who: Row}, of interleaved repetitions, and the context."""
     command = [
         PROGRAM,
@@ -60,7 +68,7 @@ def measure(repetitions, *options):
         "--benchmark_enable_random_interleaving=true",
         "--benchmark_format=json",
     ]
-    run = subprocess.run(command, stdout=subprocess.PIPE, check=True)
+    run = subprocess.run(command, stdout=subprocess.PIPE, check=True, env={**os.environ, **(environment or {})})
     result = json.loads(run.stdout)
     times, medians = {}, {}
     for row in result["benchmarks"]:
@@ -130,6 +138,18 @@ def attribute_table(rows):
     for count in (1000, 10000, 100000):
         time = rows[f"attributes/{count}/qo_html"].median
         lines.append(f"| {count:,} | {time:.2f} | {time * 1e6 / count:.0f} |")
+    return "\n".join(lines)
+
+
+def heap_table(repetitions):
+    """What the host's allocator makes of the same work."""
+    works = ["parse/pages", "serialise/pages", "find_a_href/pages"]
+    names = "|".join(work.split("/")[0] for work in works)
+    lines = ["| allocator | " + " | ".join(WORK[work] for work in works) + " |", "|---|" + "---|" * len(works)]
+    for heap, environment in HEAPS.items():
+        rows, _ = measure(repetitions, f"--benchmark_filter=^({names})/pages/qo_html", environment=environment)
+        times = " | ".join(f"{rows[work + '/qo_html'].least:.1f}" for work in works)
+        lines.append(f"| {heap} | {times} |")
     return "\n".join(lines)
 
 
@@ -212,6 +232,12 @@ the time of processors; the memory is that of the largest process.
 The first table, with a heap that keeps freed memory (`mallopt`: no trimming, no `mmap`).
 
 {table(warm)}
+
+## Allocators
+
+The library allocates with `new`: how fast that is, is for the host's process to choose. Least ms.
+
+{heap_table(repetitions)}
 
 ## Many attributes
 

@@ -86,6 +86,7 @@ class Jobs(Cli):
             (["select", "-a", ":path,:text", ":comment"], "<!--c-->", "\tc\n"),
             (["select", "-j", "--fields", "path,line", "b"], page, '{"path":"b","line":2}\n'),
             (["select", "-s", "table"], "<table><tr><td> a<td>&nbsp;<br>b<tr><td>c<i>d</i></table>", "a b cd\n"),
+            (["select", "-s", "p"], "<p>a<button>b</button><button>c</button><select><option>d<option>e</select>f", "a b c d e f\n"),
             (["select", "-s", "div"], "<div>\n<h1>A</h1><p>b<script>x</script><!-- y --></p><pre>\n c\n</pre></div>", "A b c\n"),
             (["select", "-L", "b", "-"], "<p>", "(standard input)\n"),
             (["select", "-L", "p", "-"], "<p>", "", 1),

@@ -4,8 +4,8 @@
 #define QO_HTML_VERSION_H
 
 #define QO_HTML_VERSION_MAJOR 1
-#define QO_HTML_VERSION_MINOR 0
+#define QO_HTML_VERSION_MINOR 1
 #define QO_HTML_VERSION_PATCH 0
-#define QO_HTML_VERSION "1.0.0"
+#define QO_HTML_VERSION "1.1.0"
 
 #endif

@@ -32,7 +32,7 @@ constexpr TagFlags scoped_end = 1u << 14;    // its end tag closes what is in sc
 constexpr TagFlags table_part = 1u << 15;    // caption, tr, td, ...
 constexpr TagFlags row_group = 1u << 16;     // tbody, thead, tfoot
 constexpr TagFlags cell = 1u << 17;          // td, th
-constexpr TagFlags apart = 1u << 18;         // its text is not on the line of the text around it
+constexpr TagFlags apart = 1u << 18;         // its text is no part of the line around it
 
 constexpr TagFlags block = special | closes_p | scoped_end | apart;
 
@@ -47,7 +47,7 @@ constexpr TagFlags block = special | closes_p | scoped_end | apart;
   X(basefont, special | void_content | head_content) X(bdi, none) X(bdo, none) \
   X(bgsound, special | void_content | head_content) X(big, formatting | breakout) \
   X(blockquote, block | breakout) X(body, special | breakout | apart) X(br, special | void_content | breakout | apart) \
-  X(button, special | button_scope | scoped_end) X(canvas, none) \
+  X(button, special | button_scope | scoped_end | apart) X(canvas, none) \
   X(caption, special | scope | marker | table_part | apart) X(center, block | breakout) X(cite, none) \
   X(code, formatting | breakout) X(col, special | void_content | table_part) \
   X(colgroup, special | table_part) X(data, none) X(datalist, none) X(dd, block | breakout) X(del, none) \
@@ -74,13 +74,13 @@ constexpr TagFlags block = special | closes_p | scoped_end | apart;
   X(plaintext, special | closes_p | apart) X(pre, block | breakout) X(progress, none) X(q, none) X(rb, none) \
   X(rp, none) X(rt, none) X(rtc, none) X(ruby, breakout) X(s, formatting | breakout) X(samp, none) \
   X(script, special | raw_text | head_content) X(search, block) X(section, block) \
-  X(select, special | scoped_end) X(slot, none) X(small, formatting | breakout) \
+  X(select, special | scoped_end | apart) X(slot, none) X(small, formatting | breakout) \
   X(source, special | void_content) X(span, breakout) X(strike, formatting | breakout) \
   X(strong, formatting | breakout) X(style, special | raw_text | head_content) X(sub, breakout) \
   X(summary, block) X(sup, breakout) X(svg, none) X(table, special | scope | table_scope | breakout | apart) \
   X(tbody, special | table_part | row_group | apart) X(td, special | scope | marker | table_part | cell | apart) \
   X(template, special | scope | table_scope | marker | head_content) \
-  X(textarea, special | rcdata) X(tfoot, special | table_part | row_group | apart) \
+  X(textarea, special | rcdata | apart) X(tfoot, special | table_part | row_group | apart) \
   X(th, special | scope | marker | table_part | cell | apart) X(thead, special | table_part | row_group | apart) \
   X(time, none) X(title, special | rcdata | head_content | apart) X(tr, special | table_part | apart) \
   X(track, special | void_content) X(tt, formatting | breakout) X(u, formatting | breakout) \
