@@ -14,7 +14,6 @@ import re
 import shutil
 import subprocess
 import sys
-import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 QO = ROOT / "build/bench/src/cli/qo"
@@ -52,8 +51,30 @@ for (const name of files) {
 """
 
 
+IN_PLACE = "10,000 small files in place"
+
+
+# Runs a command from a process that is small itself: a child's peak counts what it began with.
+MEASURE = """
+import os, subprocess, sys, time
+start = time.monotonic()
+process = subprocess.Popen(["bash", "-c", sys.argv[1]], stderr=subprocess.DEVNULL)
+usage = os.wait4(process.pid, 0)[2]
+print(time.monotonic() - start, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024, file=sys.stderr)
+"""
+
+
+def make_small_files():
+    """A folder of files of 2 kB."""
+    for i in range(FILES):
+        folder = WORK / "small" / f"{i % 100:02}"
+        folder.mkdir(parents=True, exist_ok=True)
+        lines = "<p title=0>some words on a line of a small page, which ends here</p>\n" * 28
+        (folder / f"{i}.html").write_text(f"<!DOCTYPE html>\n<title>{i}</title>\n{lines}")
+
+
 def make_pages():
-    """One large page, and a folder of many."""
+    """One large page, a folder of many, and one of small files."""
     shutil.rmtree(WORK, ignore_errors=True)
     (WORK / "many").mkdir(parents=True)
     pages = [path for path in sorted(PAGES.rglob("*")) if path.is_file() and path.stat().st_size < LARGEST]
@@ -63,6 +84,7 @@ def make_pages():
         folder.mkdir(exist_ok=True)
         (folder / f"{i}.html").write_bytes(texts[i % len(texts)])
     bodies = [re.sub(rb"(?is)^.*?<body[^>]*>|</body>.*", b"", text) for text in texts if b"<body" in text.lower()]
+    make_small_files()
     with open(WORK / "large.html", "wb") as large:
         large.write(b"<!DOCTYPE html><html><head><meta charset=utf-8><title>x</title></head><body>\n")
         while large.tell() < 20_000_000:
@@ -93,22 +115,24 @@ def commands():
         ("a class on every link", "qo", f"{QO} edit a --add-class k large.html"),
         ("a class on every link", "lxml", f"{python} class large.html"),
         ("a class on every link", "cheerio", f"{node} class large.html"),
+        (IN_PLACE, "qo", f"{QO} edit -r -i --threads 1 p --attr title=1$RANDOM small; cat small/00/*"),
+        (IN_PLACE, "qo, 2 threads", f"{QO} edit -r -i --threads 2 p --attr title=1$RANDOM small; cat small/00/*"),
+        (IN_PLACE, "sed", "find small -type f -print0 | xargs -0 sed -i s/title=[0-9]*/title=1$RANDOM/; cat small/00/*"),
     ]
 
 
 def run(command):
     """Seconds, those of processors, megabytes at the peak of the largest process, and what was printed."""
-    out = WORK / "out"
-    with open(out, "wb") as stdout:
-        start = time.monotonic()
-        process = subprocess.Popen(["bash", "-c", command], cwd=WORK, stdout=stdout, stderr=subprocess.DEVNULL)
-        usage = os.wait4(process.pid, 0)[2]
-        seconds = time.monotonic() - start
-    return seconds, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024, out.read_bytes().decode("utf-8", "replace")
+    with open(WORK / "out", "wb") as stdout:
+        measured = subprocess.run([sys.executable, "-c", MEASURE, command], cwd=WORK, stdout=stdout, stderr=subprocess.PIPE,
+                                  text=True, check=True)
+    return *map(float, measured.stderr.split()), (WORK / "out").read_bytes().decode("utf-8", "replace")
 
 
 def links_in(job, output):
     """How many results are in what a tool printed."""
+    if job == IN_PLACE:
+        return output.count("<p title=1")
     if job == "a class on every link":
         return len(re.findall(r"""<a\s[^>]*class=["']?(?:[^"'>]*\s)?k["'\s>]""", output, re.I))
     return len([line for line in html.unescape(output).splitlines() if line.strip()])

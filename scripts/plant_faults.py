@@ -22,8 +22,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 # What is built and run for the faults of a folder.
 SUITES = {
     "qo_html": (["unit_tests", "allocation_tests"], "unit_tests|allocation_tests"),
-    "qo_page": (["page_tests", "qo_html_tool"], "page_tests|cli_test|docs_test"),
-    "cli": (["qo_html_tool"], "cli_test|cli_host_test|docs_test"),
+    "qo_page": (["page_tests", "qo_html_tool", "qo_html_completions"], "page_tests|cli_test|docs_test"),
+    "cli": (["qo_html_tool", "qo_html_completions"], "cli_test|cli_host_test|docs_test"),
 }
 
 # Folder: file: (what is there, what is put in its place, why it changes nothing, if it does not).
