@@ -48,7 +48,7 @@ endfunction()
 qo_html_install_library(qo_html ""
   qo_html.h qo_html_export.h qo_html_host.h qo_html_version.h qo_html_walk.h)
 qo_html_install_library(qo_page page_
-  decode.h edits.h form_data.h page.h qo_page_export.h selector.h substitution.h tables.h)
+  decode.h edits.h form_data.h page.h qo_page_export.h selector.h substitution.h tables.h utf8.h)
 
 # One finds the other beside it.
 set_target_properties(qo_page PROPERTIES INSTALL_RPATH $ORIGIN)

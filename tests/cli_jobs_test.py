@@ -75,6 +75,8 @@ class Jobs(Cli):
         self.check([
             (["select", "-a", "title,:text", "li"], page, "\tone  &\\ntwo\na\\tb\\\\\\nc\tx\n"),
             (["select", "-a", "title", "--csv", "li"], page, '"a\tb\\\nc"\n'),
+            (["select", "-0", "-a", "title", "li"], page, "a\tb\\\nc\0"),
+            (["select", "-0", "-a", "title,:tag", "li"], page, "\tli\0a\\tb\\\\\\nc\tli\0"),
             (["select", "-sa", ":tag,:line,:column,:text,title", "--csv", "li"], page,
              "li,1,10,one & two,\nli,2,11,x,a b\\ c\n"),
             (["select", "-a", ":start,:end,:inner", "b"], page, "24\t34\ttwo\n"),
@@ -154,6 +156,9 @@ class Jobs(Cli):
         self.assertEqual(len(json.loads(deep[1])), 1)
 
     def test_edits_from_files(self):
+        self.write("marked", "\ufeffp --before-file markup\n")
+        self.write("markup", "\ufeff<hr>")
+        self.assertEqual(qo("edit", "-f", "marked", stdin="<p>a"), (0, b"<hr><p>a", ""))
         self.write("m", "<i>new</i>\n")
         page = "<p>a</p>"
         for option, result in [("--html-file", "<p><i>new</i>\n</p>"), ("--text-file", "<p>&lt;i>new&lt;/i>\n</p>"),

@@ -84,6 +84,26 @@ TEST(Edits, KeepTheBlanksOfTags) {
   for (const auto& test : cases) EXPECT_EQ(edited(test.source, "<p", {test.operation}), test.result) << test.source;
 }
 
+TEST(Edits, BringNoCharactersThatThePageWouldReadOtherwise) {
+  const qo::Operation text{Kind::set_text, "", "\xC3\xA9"}, token{Kind::add_class, "", "k"};
+  const std::string refused = "characters beyond ASCII would be UTF-8, ";
+  struct {
+    const char* source;
+    qo::Operation operation;
+    std::string result;
+  } const cases[] = {
+      {"<i>a</i>\xE9", text, "3: " + refused + "which the page is not"},
+      {"<i title=\xE9>a</i>", token, "<i title=\xE9 class=\"k\">a</i>"},
+      {"<i class=\xE9>a</i>", token, "<i class=\"\xE9 k\">a</i>"},
+      {"<i>a</i><meta charset={{x}}><meta charset=latin1>", text,
+       "<i>\xC3\xA9</i><meta charset={{x}}><meta charset=latin1>"},
+      {"<meta charset='Windows-1252'><i>a</i>", text,
+       "32: " + refused + "and the page says that it is \"Windows-1252\""},
+      {"<body><i>a</i><meta charset=latin1>", text, "<body><i>\xC3\xA9</i><meta charset=latin1>"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(edited(test.source, "<i", {test.operation}), test.result);
+}
+
 TEST(Edits, AreReadAsTheyWereMeant) {
   const auto text = [](const char* value) { return qo::Operation{Kind::set_text, "", value}; };
   struct {

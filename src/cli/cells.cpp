@@ -34,10 +34,10 @@ void append_in_quotes(std::string_view cell, std::string& line) {
 }  // namespace
 
 void append_cell(std::string_view cell, bool is_first, CellForm form, std::string& line) {
-  if (!is_first) line += form == CellForm::tabs ? '\t' : ',';
+  if (!is_first) line += form == CellForm::commas ? ',' : '\t';
   if (form == CellForm::tabs) {
     append_escaped(cell, line);
-  } else if (cell.find_first_of(",\"\n\r") != std::string_view::npos) {
+  } else if (form == CellForm::commas && cell.find_first_of(",\"\n\r") != std::string_view::npos) {
     append_in_quotes(cell, line);
   } else {
     line += cell;

@@ -4,9 +4,18 @@
 
 namespace cli {
 
+namespace {
+
+CellForm form_of(const Options& options) {
+  if (options.csv) return CellForm::commas;
+  const bool is_alone = options.end_with_nul && options.columns.size() == 1;
+  return is_alone ? CellForm::alone : CellForm::tabs;
+}
+
+}  // namespace
+
 Columns::Columns(const Options& options)
-    : form_(options.csv ? CellForm::commas : CellForm::tabs),
-      seen_(new std::atomic<bool>[options.columns.size()]()) {
+    : form_(form_of(options)), seen_(new std::atomic<bool>[options.columns.size()]()) {
   for (const std::string& name : options.columns) {
     if (name.empty()) throw Failure("select: -a: a name is empty");
     // Attributes may begin with a colon, too.

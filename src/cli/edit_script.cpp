@@ -62,7 +62,8 @@ std::vector<std::string> split_words(std::string_view line) {
 }
 
 std::vector<Edit> read_edit_script(const std::string& path) {
-  const Input script = read_input(path);
+  Input script = read_input(path);
+  drop_byte_order_mark(script.text);
   std::vector<Edit> edits;
   std::string_view rest = script.text;
   for (std::size_t number = 1; !rest.empty(); ++number) {

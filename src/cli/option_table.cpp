@@ -100,7 +100,9 @@ void valued(Options& options, const Values& values) {
 
 template <Kind kind>
 void from_file(Options& options, const Values& values) {
-  options.operations.push_back({kind, std::string(), read_input(values[0]).text});
+  std::string text = read_input(values[0]).text;
+  drop_byte_order_mark(text);
+  options.operations.push_back({kind, std::string(), std::move(text)});
   options.has_read_input = options.has_read_input || values[0] == "-";
 }
 
@@ -207,7 +209,7 @@ const std::vector<OptionRow>& option_table() {
        "Stop a file at its first match", "",
        [](Options& o, const Values&) { o.first_only = true; }},
       {'0', "null", "", false, "", in_select, Group::own,
-       "End each result with a zero byte, not a line break", "",
+       "End each result with a zero byte, not a line break", "A single cell of *-a* is then printed as it is.",
        [](Options& o, const Values&) { o.end_with_nul = true; }},
       {'H', "with-filename", "", false, "", in_select | in_table | in_form, Group::own,
        "Print the file's name with each result",

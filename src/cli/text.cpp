@@ -3,40 +3,14 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <qo_page/utf8.h>
+
 namespace cli {
 
 namespace {
 
-unsigned char byte_at(std::string_view text, std::size_t i) {
-  return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
-}
-
-struct LeadByte {  // of a sequence, and what its second byte may be
-  unsigned char first, last;
-  std::size_t length;
-  unsigned char second_first, second_last;
-};
-
-constexpr LeadByte lead_bytes[] = {
-    {0x00, 0x7F, 1, 0, 0},       {0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xBF},
-    {0xE1, 0xEC, 3, 0x80, 0xBF}, {0xED, 0xED, 3, 0x80, 0x9F}, {0xEE, 0xEF, 3, 0x80, 0xBF},
-    {0xF0, 0xF0, 4, 0x90, 0xBF}, {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F}};
-
-// The length of the UTF-8 sequence at `i`; 0 when there is none.
-std::size_t sequence_length(std::string_view text, std::size_t i) {
-  const unsigned char first = byte_at(text, i);
-  for (const LeadByte& lead : lead_bytes) {
-    if (first < lead.first || first > lead.last) continue;
-    if (lead.length == 1) return 1;
-    const unsigned char second = byte_at(text, i + 1);
-    if (second < lead.second_first || second > lead.second_last) return 0;
-    for (std::size_t k = 2; k < lead.length; ++k) {
-      if ((byte_at(text, i + k) & 0xC0) != 0x80) return 0;
-    }
-    return lead.length;
-  }
-  return 0;
-}
+using qo::byte_at;
+using qo::sequence_length;
 
 void append_escape(std::string& out, char c) {
   static constexpr std::string_view short_escapes = "\nn\tt\rr";
@@ -105,6 +79,11 @@ std::string valid_utf8(std::string_view text) {
     }
   }
   return out;
+}
+
+void drop_byte_order_mark(std::string& text) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  if (text.compare(0, mark.size(), mark) == 0) text.erase(0, mark.size());
 }
 
 bool is_blank(char c) {

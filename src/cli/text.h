@@ -26,6 +26,8 @@ std::string_view first_character(std::string_view text);
 // The text with every byte that is not part of valid UTF-8 replaced by U+FFFD.
 std::string valid_utf8(std::string_view text);
 
+void drop_byte_order_mark(std::string& text);
+
 // White space of any kind.
 bool is_blank(char c);
 bool is_blank(std::string_view text);

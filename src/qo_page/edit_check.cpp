@@ -21,7 +21,9 @@ bool is_same_extent(const Extent& a, const Extent& b) {
 class EditCheck : public TreeObserver {
  public:
   EditCheck(const WrittenEdit& written, std::string_view old_source, bool templates)
-      : written_(written), seams_(written.source, old_source, templates, written.seams) {}
+      : written_(written),
+        wrappers_(written.insertions.size()),
+        seams_(written.source, old_source, templates, written.seams) {}
 
   void token(const Token& token, const Node& holder) override {
     last_ = {token.kind, token.extent, token.name};
@@ -50,6 +52,12 @@ class EditCheck : public TreeObserver {
   }
 
   void finish() const {
+    for (std::size_t i = 0; i < wrappers_.size(); ++i) {
+      const Insertion& insertion = written_.insertions[i];
+      if (wrappers_[i] == insertion.wrappers) continue;
+      throw Error("what is wrapped would end an element of the markup around it",
+                  insertion.old_begin);
+    }
     if (next_kept_ < written_.kept.size()) fail_at(written_.kept[next_kept_].extent.begin);
   }
 
@@ -71,7 +79,7 @@ class EditCheck : public TreeObserver {
     return insertion.begin <= offset ? &insertion : nullptr;
   }
 
-  void inserted(const Node& node, const Insertion& insertion) const {
+  void inserted(const Node& node, const Insertion& insertion) {
     if (insertion.is_text && node.kind != NodeKind::code) {
       throw Error("the new text would be read as markup", insertion.old_begin);
     }
@@ -79,6 +87,7 @@ class EditCheck : public TreeObserver {
     const bool is_wrapper = end > insertion.second_begin && end <= insertion.second_end;
     const bool is_open = reading_of(node) != Reading::markup && node.extent.content_end == end;
     if ((end > insertion.end && !is_wrapper) || is_open) fail_unclosed(named(node), insertion);
+    if (is_wrapper) ++wrappers_[static_cast<std::size_t>(&insertion - written_.insertions.data())];
   }
 
   [[noreturn]] static void fail_unclosed(const std::string& what, const Insertion& insertion) {
@@ -163,6 +172,7 @@ class EditCheck : public TreeObserver {
   };
 
   const WrittenEdit& written_;
+  std::vector<std::size_t> wrappers_;  // found, for each insertion
   SeamCheck seams_;
   LastToken last_{TokenKind::text, {}, {}};
   std::vector<Wanted> wanted_;

@@ -5,6 +5,7 @@
 #include <qo_page/ascii.h>
 #include <qo_page/decode.h>
 #include <qo_page/edit_error.h>
+#include <qo_page/node_text.h>
 
 namespace qo {
 
@@ -40,6 +41,7 @@ Reading reading_after(const NodeEdits& edits) {
 
 void EditGuard::check(const NodeEdits& edits) {
   check_content(edits);
+  check_rename(edits);
   if (page_.options().templates) check_blocks(edits);
 }
 
@@ -65,6 +67,27 @@ void EditGuard::check_blocks(const NodeEdits& edits) {
   throw Error(code(cut->within) + " in " + named(node) + " belongs to " + code(cut->outside) +
                   " outside of it",
               extent.begin);
+}
+
+void EditGuard::check_rename(const NodeEdits& edits) const {
+  const Node& node = *edits.node;
+  const Operation* const rename = edits.find({Kind::rename});
+  if (rename == nullptr || node.space != Space::html) return;
+  const Tag name = find_tag(rename->name);
+  const Extent& extent = node.extent;
+  const bool is_open = node.has_content && extent.content_end == extent.end;
+  if (is_open && has(name, tag_flags::formatting) && !has(node.name, tag_flags::formatting)) {
+    throw Error(named(node) + " has no end tag: as <" + rename->name + "> it would stay open",
+                extent.begin);
+  }
+  if (drops_line_break(node) == drops_line_break(name) ||
+      edits.find({Kind::set_text, Kind::set_html}) != nullptr ||
+      line_break_length(page_.inner_html(&node)) == 0) {
+    return;
+  }
+  throw Error(std::string("the line break after the tag would ") +
+                  (drops_line_break(name) ? "no longer be read" : "become a part of the text"),
+              extent.content_begin);
 }
 
 // The new name, or the content around, may read references and tags where the old one has none.

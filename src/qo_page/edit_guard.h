@@ -20,12 +20,13 @@ class EditGuard {
   explicit EditGuard(const Page& page) : page_(page) {}
 
   // Throws Error when the edits would give a part of a block of template code another fate than the
-  // rest, or would have what stays of the content read otherwise than before.
+  // rest, or would have what stays of the content, or comes after it, read otherwise than before.
   void check(const NodeEdits& edits);
 
  private:
   void check_blocks(const NodeEdits& edits);
   void check_content(const NodeEdits& edits) const;
+  void check_rename(const NodeEdits& edits) const;
 
   const Page& page_;
   std::optional<CodeBlocks> blocks_;  // made when an edit needs them

@@ -43,19 +43,22 @@ void check_is_one_stretch(const Node& text, const std::vector<Splice>& splices) 
 Halves split_wrapper(const std::string& markup, const PageOptions& options) {
   const Page page(markup, options);
   const Node* innermost = nullptr;
+  std::size_t levels = 0;
   const Node* around = as_node(page.document());
   while (around != nullptr) {
     const auto first =
         std::find_if(around->children.begin(), around->children.end(),
                      [](_qo_html* child) { return as_node(child)->kind == NodeKind::element; });
     around = first == around->children.end() ? nullptr : as_node(*first);
-    if (around != nullptr) innermost = around;
+    if (around == nullptr) break;
+    innermost = around;
+    ++levels;
   }
   if (innermost == nullptr || !innermost->has_content) {
     throw Error("\"" + markup + "\" has no element to wrap with", 0);
   }
   const std::size_t middle = innermost->extent.content_end;
-  return {markup.substr(0, middle), markup.substr(middle)};
+  return {markup.substr(0, middle), markup.substr(middle), levels};
 }
 
 EditWriter::EditWriter(const Page& page, const std::vector<NodeEdits>& edits)
@@ -203,9 +206,7 @@ std::string EditWriter::content_of(const NodeEdits& edits, const Operation& oper
   const std::string text = escaped_text(operation.value, page_.options().templates);
   const Operation* const rename = edits.find({Kind::rename});
   const Tag name = rename == nullptr ? node.name : find_tag(rename->name);
-  const bool loses_line_break =
-      text.substr(0, 1) == "\n" &&
-      (name == Tag::pre_ || name == Tag::textarea_ || name == Tag::listing_);
+  const bool loses_line_break = text.substr(0, 1) == "\n" && drops_line_break(name);
   return loses_line_break ? "\n" + text : text;
 }
 
@@ -235,16 +236,20 @@ void EditWriter::write_before(const NodeEdits& edits) {
 
 void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
   std::string text;
+  std::size_t levels = 0;
   for (auto at = edits.operations.rbegin(); at != edits.operations.rend(); ++at) {
     const Operation& operation = **at;
     if (operation.kind == Kind::insert_after) text += operation.value;
-    if (operation.kind == Kind::wrap) text += halves_of(operation).second;
+    if (operation.kind != Kind::wrap) continue;
+    text += halves_of(operation).second;
+    levels += halves_of(operation).levels;
   }
   const std::size_t begin = written_.source.size();
   insert(text);
   if (first_half == npos || edits.find({Kind::wrap}) == nullptr) return;
   written_.insertions[first_half].second_begin = begin;
   written_.insertions[first_half].second_end = written_.source.size();
+  written_.insertions[first_half].wrappers = levels;
 }
 
 const Halves& EditWriter::halves_of(const Operation& wrap) {
@@ -298,7 +303,7 @@ void EditWriter::insert_until(std::size_t end, std::string_view text, bool is_te
   written_.seams.push_back({begin, old_begin, false});
   written_.seams.push_back({new_end, end, true});
   if (text.empty()) return;
-  written_.insertions.push_back({begin, new_end, old_begin, is_text, new_end, new_end});
+  written_.insertions.push_back({begin, new_end, old_begin, is_text, new_end, new_end, 0});
 }
 
 }  // namespace qo

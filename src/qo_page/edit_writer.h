@@ -29,6 +29,7 @@ struct Insertion {
   bool is_text;              // no nodes but texts and code
   std::size_t second_begin;  // the second half; where there is none, as `end`
   std::size_t second_end;
+  std::size_t wrappers;  // nodes that begin in the first half and must end in the second
 };
 
 // A node of the old page, other than text, that is still there.
@@ -50,6 +51,7 @@ struct WrittenEdit {
 // Error when there is none.
 struct Halves {
   std::string first, second;
+  std::size_t levels;  // elements that both have a part of
 };
 Halves split_wrapper(const std::string& markup, const PageOptions& options);
 

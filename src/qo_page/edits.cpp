@@ -9,6 +9,7 @@
 
 #include <qo_page/edit_check.h>
 #include <qo_page/edit_writer.h>
+#include <qo_page/encoding.h>
 #include <qo_page/node.h>
 #include <qo_page/node_text.h>
 #include <qo_page/operations.h>
@@ -122,7 +123,10 @@ void Edits::add(const std::vector<_qo_html*>& nodes, const std::vector<Operation
 EditedSource Edits::apply() const {
   const std::vector<NodeEdits> edits = by_node(state_->uses, state_->batches);
   WrittenEdit written = EditWriter(state_->page, edits).write();
-  if (!written.changes.empty()) check_edit(written, state_->page);
+  if (!written.changes.empty()) {
+    check_encoding(written, state_->page);
+    check_edit(written, state_->page);
+  }
   return {std::move(written.source), std::move(written.changes)};
 }
 

@@ -21,10 +21,12 @@ bool may_lose_line_break(const Node& text) {
 
 }  // namespace
 
-bool drops_line_break(const Node& element) {
-  return element.kind == NodeKind::element &&
-         (element.name == Tag::pre_ || element.name == Tag::textarea_ ||
-          element.name == Tag::listing_);
+bool drops_line_break(Tag name) {
+  return name == Tag::pre_ || name == Tag::textarea_ || name == Tag::listing_;
+}
+
+bool drops_line_break(const Node& node) {
+  return node.kind == NodeKind::element && drops_line_break(node.name);
 }
 
 std::size_t line_break_length(std::string_view text) {

@@ -20,8 +20,9 @@ std::string characters_of(const Node& node);
 // Whether a text node is as it is written, without references.
 bool is_literal(const Node& text);
 
-// Whether a browser drops a line break at the start of its content.
-bool drops_line_break(const Node& element);
+// Whether a browser drops a line break at the start of the content.
+bool drops_line_break(Tag name);
+bool drops_line_break(const Node& node);
 
 // That of the line break that a text begins with, be it written as a reference; 0 for none.
 std::size_t line_break_length(std::string_view text);

@@ -16,6 +16,31 @@ namespace {
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::string_view blanks = " \t\n\f\r";
 
+// What is on both sides of an end of a splice must not be code together.
+void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices, bool templates,
+                         std::size_t place) {
+  std::vector<std::size_t> seams;
+  std::size_t new_size = 0, old_end = 0;
+  for (const Splice& splice : splices) {
+    new_size += splice.begin - old_end;
+    seams.push_back(new_size);
+    new_size += splice.text.size();
+    seams.push_back(new_size);
+    old_end = splice.end;
+  }
+  CodeScanner code(value, templates);
+  auto seam = seams.begin();
+  for (std::size_t at = code.next_brace(0); at < value.size();) {
+    const std::size_t end = code.end_of(at, CodeScanner::Place::tag);
+    while (seam != seams.end() && *seam <= at) ++seam;
+    if (seam != seams.end() && *seam < end) {
+      throw Error("what is on both sides of the edit would together be read as template code",
+                  place);
+    }
+    at = code.next_brace(end == 0 ? at + 1 : end);
+  }
+}
+
 }  // namespace
 
 TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
@@ -199,6 +224,7 @@ void TagEdit::substitute(Slot& slot, const Substitution& substitution) {
   }
   slot.value = spliced(slot.value, made);
   slot.is_changed = true;
+  check_joins_no_code(slot.value, made, templates_, token_.extent.begin);
 }
 
 // The attribute as it is to be; what is around a "=" that was there stays.

@@ -29,6 +29,7 @@ bool TagReader::read(std::size_t begin) {
   position_ = begin;
   token_.attributes.clear();
   token_.self_closing = false;
+  blocks_.reset();
   tag_name();
   token_.items_end = position_;
   for (;;) {
@@ -145,8 +146,15 @@ void TagReader::quoted_value(AttributeToken& attribute) {
   if (!at_end()) ++position_;
 }
 
+// Whether a block begins with the code in front of `end` and ends within the tag: {% if x %} does,
+// {% url x %} does not.
+bool TagReader::is_block(std::string_view opener, std::size_t end) {
+  if (blocks_ == nullptr) blocks_ = std::make_unique<TagBlocks>(source_, end, code_.ahead());
+  return blocks_->ends_after(opener, end);
+}
+
 // A piece of code that ends a block ends the value as well, unless the block began in it; one that
-// begins a block and stands at the end of the value is no part of it either.
+// begins a block at the end of the value is no part of it either.
 void TagReader::unquoted_value(AttributeToken& attribute) {
   bool has_block = false;
   while (!at_end() && !is_blank(source_[position_]) && source_[position_] != '>') {
@@ -160,7 +168,8 @@ void TagReader::unquoted_value(AttributeToken& attribute) {
     if (role == CodeRole::closing && !has_block && !is_first) break;
     const bool at_value_end =
         end >= source_.size() || is_blank(source_[end]) || source_[end] == '>';
-    if (role == CodeRole::opening && !has_block && !is_first && at_value_end) break;
+    const bool may_open = role == CodeRole::opening && !has_block && !is_first && at_value_end;
+    if (may_open && is_block(code_until(end), end)) break;
     has_block = has_block || role == CodeRole::opening;
     position_ = end;
   }

@@ -4,8 +4,10 @@
 #define QO_PAGE_TAG_READER_H
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
+#include <qo_page/tag_blocks.h>
 #include <qo_page/tokenizer.h>
 
 namespace qo {
@@ -28,6 +30,7 @@ class TagReader {
   void value(AttributeToken& attribute);
   void quoted_value(AttributeToken& attribute);
   void unquoted_value(AttributeToken& attribute);
+  bool is_block(std::string_view opener, std::size_t end);
 
   std::size_t code_end() { return code_.end_of(position_, CodeScanner::Place::tag); }
   std::string_view code_until(std::size_t end) const {
@@ -41,6 +44,7 @@ class TagReader {
   CodeScanner& code_;
   Token& token_;
   std::size_t position_ = 0;
+  std::unique_ptr<TagBlocks> blocks_;  // from where they were first asked for
 };
 
 }  // namespace qo

@@ -112,6 +112,11 @@ std::size_t CodeScanner::next_brace(std::size_t at) {
   return brace_;
 }
 
+CodeScanner& CodeScanner::ahead() {
+  if (ahead_ == nullptr) ahead_ = std::make_unique<CodeScanner>(source_, enabled_);
+  return *ahead_;
+}
+
 std::size_t CodeScanner::end_of(std::size_t at, Place place) {
   if (!enabled_ || at + 1 >= source_.size()) return 0;
   const char next = source_[at + 1];

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
 #include <qo_page/finder.h>
@@ -38,6 +39,9 @@ class CodeScanner {
 
   bool enabled() const { return enabled_; }
 
+  // One of the same source that may be further on.
+  CodeScanner& ahead();
+
  private:
   enum Wanted {
     php_end,
@@ -68,6 +72,7 @@ class CodeScanner {
   std::array<Finder, wanted_count> finders_;
   std::size_t brace_ = 0;  // what next_brace() found last
   bool brace_is_set_ = false;
+  std::unique_ptr<CodeScanner> ahead_;
 };
 
 }  // namespace qo
