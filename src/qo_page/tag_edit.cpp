@@ -6,6 +6,7 @@
 #include <qo_page/decode.h>
 #include <qo_page/edit_error.h>
 #include <qo_page/escape.h>
+#include <qo_page/odd_attributes.h>
 #include <qo_page/substituter.h>
 #include <qo_page/tag_reader.h>
 
@@ -52,6 +53,7 @@ TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
   const std::string_view tag = token_.extent.in(source);
   const bool may_have_code = tag.find('{') != npos || tag.find('<', 1) != npos;
   if (templates_ && may_have_code) blocks_.emplace(tag);
+  check_attributes(source, token_, templates_);
   for (const AttributeToken& attribute : token_.attributes) {
     if (attribute.quote != 0) {
       tag_quote_ = attribute.quote;
