@@ -80,6 +80,7 @@ class Tool(Cli):
         self.complaint(["select", "--fields", "tag", "p"], "qo: select: --fields needs -j\n")
         # It is valid whatever the page.
         page = b"<p a='\xff' \xc3='\"' \xc4=x>\x00\x01\xed\xa0\x80\xf4\x90\x80\x80\xc3\xa9\xc3<b></b>\\</p>"
+        self.assertIn(rb"\u0001\u001f\"\\", qo("select", "-j", "b", stdin="<b>\x01\x1f\"\\")[1])
         line = json.loads(qo("select", "-j", "p", stdin=page)[1].decode())
         self.assertEqual(line["attrs"], {"a": "\ufffd", "\ufffd": '"', "\ufffd\ufffd2": "x"})
         self.assertEqual(line["text"], "\x00\x01" + "\ufffd" * 7 + "é\ufffd\\")
@@ -133,6 +134,9 @@ class Tool(Cli):
 
     def test_edit_shows_a_diff(self):
         self.check([(["edit", "-n", "p", "--text", "a"], "<p>a</p>", "", 1)])
+        for between, hunks in ((6, 1), (7, 2)):
+            page = "<b>1</b>\n" + "x\n" * between + "<b>1</b>\n"
+            self.assertEqual(qo("edit", "-n", "b", "--text", "2", stdin=page)[1].count(b"\n@@ "), hunks)
         self.write("a", "1\n<b>2</b> <b>3</b>\n" + "<i>\n" * 7 + "<b>4</b>\n5\n6\n7\n8\n<b>9</b>")
         self.check([(["edit", "-n", "b", "--text", "x", "a"], "", """--- a
 +++ a
@@ -209,6 +213,8 @@ class Tool(Cli):
         self.assertEqual(self.read("out"), "old")
         self.assertEqual(qo("select", "-o", "out", "-t", "a", "none.html", "page.html")[0], 2)
         self.assertEqual(self.read("out"), "page.html:x\npage.html:y\npage.html:z\n")
+        qo("select", "-o", "new", "a", "page.html", preexec_fn=lambda: os.umask(0o027))
+        self.assertEqual(os.stat("new").st_mode & 0o777, 0o640)
         self.assertEqual(qo("edit", "-o", "page.html", "br", "--remove", "page.html")[0], 0)
         self.assertEqual(self.read("page.html"), PAGE.replace("<br>", ""))
         self.assertEqual(qo("select", "-o", "/dev/stdout", "-c", "a", "page.html")[1], b"3\n")

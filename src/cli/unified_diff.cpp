@@ -15,7 +15,7 @@ bool at_line_start(std::string_view text, std::size_t offset) {
   return offset == 0 || text[offset - 1] == '\n';
 }
 
-// Behind the end of the line that the offset lies in.
+// After the end of the line that the offset lies in.
 std::size_t line_end(std::string_view text, std::size_t offset) {
   const std::size_t end = text.find('\n', offset);
   return end == std::string_view::npos ? text.size() : end + 1;
