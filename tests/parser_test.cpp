@@ -102,7 +102,7 @@ TEST(TagName, KindsAndPredicates) {
 TEST(Attributes, AreLexedByteByByte) {
   struct {
     const char* text;
-    const char* node;  // "?" behind it: not closed by a "/"
+    const char* node;  // "?" after it: not closed by a "/"
     std::size_t left;  // bytes not read
   } const cases[] = {
       {" id=\"a\" class='b c' hidden>rest", "n[id='a' class='b c' hidden]?", 4},
@@ -175,7 +175,7 @@ TEST(Attributes, TakeTimeThatGrowsWithTheirNumber) {
   EXPECT_LT(reading_time(64000), 50 * reading_time(10));  // some 3 times as long; with the square, some 300 times
 }
 
-TEST(Parser, RawReadersStopBehindTheEndMarker) {
+TEST(Parser, RawReadersStopAfterTheEndMarker) {
   using Reader = bool (*)(_qo_html*&, std::string&, std::size_t&);
   struct {
     Reader read;

@@ -60,7 +60,7 @@ using Owned = std::unique_ptr<_qo_html>;
 Owned parse(const std::string& html, bool drop_comments = false);
 
 // A subtree in one line: 'text', tag[name='value' bare]{children}, void/, #comment{...},
-// #cdata{...}; a document is the list of its children. A node that is not closed has a "?" behind
+// #cdata{...}; a document is the list of its children. A node that is not closed has a "?" after
 // it.
 std::string dump(const _qo_html* top);
 

@@ -32,7 +32,7 @@ bool is_blank(_qo_html* node) {
   return node->isText && node->text.find_first_not_of(" \n") == std::string::npos;
 }
 
-// The node behind `node` in document order, found over the links alone; `depth` follows.
+// The node after `node` in document order, found over the links alone; `depth` follows.
 _qo_html* next_in_tree(_qo_html* node, int& depth) {
   if (!node->children.empty()) {
     ++depth;

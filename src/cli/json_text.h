@@ -28,7 +28,7 @@ class MemberNames {
 
 class JsonWriter {
  public:
-  // `indentation` of each level; with an empty one, everything stands on one line.
+  // `indentation` of each level; with an empty one, everything is on one line.
   explicit JsonWriter(const std::string& indentation);
 
   std::string write(const Json::Value& value);

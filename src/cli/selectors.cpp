@@ -23,9 +23,9 @@ using Nodes = std::vector<_qo_html*>;
 struct Step {
   std::string_view text;  // with the combinators in front of it
   char sigil;             // one of ".#:[*"; 0 for the name of a tag
-  std::string_view name;  // behind the sigil
+  std::string_view name;  // after the sigil
   bool has_bracket;       // a "]" ended it
-  char stopped_at;        // the character behind it; 0 at the end
+  char stopped_at;        // the character after it; 0 at the end
 };
 
 bool is_combinator(char c) {
@@ -75,7 +75,7 @@ bool searches_below(const std::string& part) {
 
 enum class Which { all, outermost };
 
-// The nodes in document order, or those of them that do not stand below others: a search below
+// The nodes in document order, or those of them that are not below others: a search below
 // these finds what a search below all finds, once.
 Nodes in_document_order(_qo_html* document, const Nodes& nodes, Which which) {
   const std::unordered_set<_qo_html*> among(nodes.begin(), nodes.end());

@@ -3,7 +3,7 @@
 // Any text is read, and every byte of it belongs to exactly one token: a tag, a run of text, a
 // comment, a doctype, or a piece of template code. Where tags, attributes and comments begin and
 // end is as the HTML standard's tokenizer says, but that template code is opaque: <?...?>, <%...%>,
-// {{...}}, {{{...}}}, {%...%} and {#...#} may stand in text, in tags and in values, hold any
+// {{...}}, {{{...}}}, {%...%} and {#...#} may be in text, in tags and in values, hold any
 // character, and end neither a tag nor a value.
 //
 // The tree has one element for each start tag of the source, in the order of the source, nested as

@@ -1,4 +1,4 @@
-// The names behind a colon, and what each stands for.
+// The names after a colon, and what each stands for.
 
 #ifndef QO_PAGE_SELECTORS_PSEUDO_CLASSES_H
 #define QO_PAGE_SELECTORS_PSEUDO_CLASSES_H

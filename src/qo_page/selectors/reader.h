@@ -39,10 +39,10 @@ class Reader {
   // A name, with its escapes undone; `what` follows "expected" where none is next.
   std::string name(const std::string& what);
 
-  // What stands between quotes, which are next, with its escapes undone.
+  // What is between quotes, which are next, with its escapes undone.
   std::string quoted();
 
-  // What stands between quotes, which are next, as written. A backslash keeps a quote from being
+  // What is between quotes, which are next, as written. A backslash keeps a quote from being
   // the end.
   std::string quoted_as_written();
 
