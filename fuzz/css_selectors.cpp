@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <vector>
 
-#include <qo_page/ascii.h>
-#include <qo_page/node.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/selector.h>
 #include <qo_page/selectors/attribute_match.h>
 #include <qo_page/selectors/default_buttons.h>
 #include <qo_page/selectors/languages.h>
 #include <qo_page/selectors/parser.h>
+#include <qo_page/tree/node.h>
 
 #include "support.h"
 

@@ -5,7 +5,7 @@
 #include <qo_page/decode.h>
 #include <qo_page/edits.h>
 #include <qo_page/page.h>
-#include <qo_page/tokenizer.h>
+#include <qo_page/tokenizer/tokenizer.h>
 
 #include <qo_html/qo_html_walk.h>
 

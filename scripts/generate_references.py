@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes src/qo_page/references_table.inc: the HTML standard's named character references.
+"""Writes src/qo_page/text/references_table.inc: the HTML standard's named character references.
 
 The names and what they stand for are those of html.entities in Python's standard library. A row is a name without
 ";", its one or two code points (the second 0 when there is none), and whether the name counts without ";", too.
@@ -11,7 +11,7 @@ import pathlib
 import sys
 from html.entities import html5
 
-TABLE = pathlib.Path(__file__).resolve().parent.parent / "src/qo_page/references_table.inc"
+TABLE = pathlib.Path(__file__).resolve().parent.parent / "src/qo_page/text/references_table.inc"
 EXPECTED_NAMES = 2231
 LONGEST_NAME = 31
 

@@ -340,7 +340,7 @@ def main():
             if arguments.parts and not any(part in file for part in arguments.parts):
                 continue
             for old, new, *reason in rows:
-                path = work / "source" / "src" / folder / file
+                path = next((work / "source" / "src" / folder).rglob(file))
                 original = plant(path, old, new)
                 if original is None:
                     found, by = "is not there once", ""

@@ -1,6 +1,6 @@
 // Which pieces of template code belong to one block.
 
-#include <qo_page/code_blocks.h>
+#include <qo_page/template/code_blocks.h>
 
 #include <string>
 

@@ -95,7 +95,7 @@ struct Row {
 };
 
 constexpr Row rows[] = {
-#include <qo_page/references_table.inc>
+#include <qo_page/text/references_table.inc>
 };
 
 std::string numeric(unsigned code_point) { return code_point == 0 ? "" : "&#" + std::to_string(code_point) + ";"; }

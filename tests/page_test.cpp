@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
-#include <qo_page/template_code.h>
+#include <qo_page/template/template_code.h>
 
 #include "doc_rows.h"
 #include "test_host.h"

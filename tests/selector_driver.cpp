@@ -14,9 +14,9 @@
 
 #include <qo_html/qo_html_walk.h>
 
-#include <qo_page/ascii.h>
-#include <qo_page/node.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/selector.h>
+#include <qo_page/tree/node.h>
 
 namespace {
 

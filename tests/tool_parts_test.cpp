@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/arguments.h"
-#include "cli/cells.h"
-#include "cli/composed_changes.h"
-#include "cli/edit_script.h"
-#include "cli/failure.h"
-#include "cli/line_index.h"
-#include "cli/text.h"
+#include "args/arguments.h"
+#include "args/edit_script.h"
+#include "commands/composed_changes.h"
+#include "io/cells.h"
+#include "io/failure.h"
+#include "io/line_index.h"
+#include "io/text.h"
 
 namespace {
 

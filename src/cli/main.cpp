@@ -7,11 +7,11 @@
 
 #include <qo_page/selector.h>
 
-#include "command_line.h"
-#include "commands.h"
-#include "failure.h"
-#include "host_page.h"
-#include "messages.h"
+#include "args/command_line.h"
+#include "commands/commands.h"
+#include "host/host_page.h"
+#include "io/failure.h"
+#include "io/messages.h"
 #include "session.h"
 
 namespace {

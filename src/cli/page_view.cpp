@@ -5,9 +5,9 @@
 #include <qo_page/decode.h>
 #include <qo_page/selector.h>
 
-#include "failure.h"
-#include "host_page.h"
-#include "selectors.h"
+#include "host/host_page.h"
+#include "host/selectors.h"
+#include "io/failure.h"
 
 namespace cli {
 

@@ -14,8 +14,8 @@
 
 #include <qo_page/page.h>
 
-#include "files.h"
-#include "options.h"
+#include "args/options.h"
+#include "io/files.h"
 
 namespace cli {
 

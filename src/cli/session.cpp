@@ -7,10 +7,10 @@
 
 #include <qo_page/page.h>
 
-#include "failure.h"
-#include "folders.h"
-#include "host_page.h"
-#include "signals.h"
+#include "host/host_page.h"
+#include "io/failure.h"
+#include "io/folders.h"
+#include "io/signals.h"
 
 namespace cli {
 

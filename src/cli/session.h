@@ -13,11 +13,11 @@
 #include <string>
 #include <vector>
 
-#include "files.h"
-#include "messages.h"
-#include "options.h"
-#include "output.h"
-#include "progress.h"
+#include "args/options.h"
+#include "io/files.h"
+#include "io/messages.h"
+#include "io/output.h"
+#include "io/progress.h"
 
 namespace cli {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <qo_page/ascii.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/decode.h>
 
 namespace qo::selectors {

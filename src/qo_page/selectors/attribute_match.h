@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include <qo_page/node.h>
 #include <qo_page/selectors/syntax.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

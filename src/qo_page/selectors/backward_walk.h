@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include <qo_page/node.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

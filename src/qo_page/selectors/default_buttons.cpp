@@ -1,6 +1,6 @@
 #include <qo_page/selectors/default_buttons.h>
 
-#include <qo_page/form_controls.h>
+#include <qo_page/forms/form_controls.h>
 
 namespace qo::selectors {
 

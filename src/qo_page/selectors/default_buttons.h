@@ -5,7 +5,7 @@
 
 #include <unordered_set>
 
-#include <qo_page/node.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

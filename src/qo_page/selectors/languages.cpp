@@ -4,9 +4,9 @@
 
 #include <qo_html/qo_html_walk.h>
 
-#include <qo_page/ascii.h>
-#include <qo_page/node_text.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/selectors/attribute_match.h>
+#include <qo_page/text/node_text.h>
 
 namespace qo::selectors {
 

@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include <qo_page/node.h>
-#include <qo_page/pattern.h>
+#include <qo_page/base/pattern.h>
 #include <qo_page/selectors/syntax.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

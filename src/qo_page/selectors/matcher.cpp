@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include <qo_page/node_text.h>
 #include <qo_page/selector.h>
 #include <qo_page/selectors/attribute_match.h>
 #include <qo_page/selectors/default_buttons.h>
 #include <qo_page/selectors/languages.h>
+#include <qo_page/text/node_text.h>
 
 namespace qo::selectors {
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <unordered_set>
 
-#include <qo_page/node.h>
 #include <qo_page/selectors/page_text.h>
 #include <qo_page/selectors/program.h>
 #include <qo_page/selectors/sibling_positions.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

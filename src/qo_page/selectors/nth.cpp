@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <qo_page/ascii.h>
+#include <qo_page/base/ascii.h>
 
 namespace qo::selectors {
 

@@ -4,7 +4,7 @@
 
 #include <qo_html/qo_html_walk.h>
 
-#include <qo_page/node_text.h>
+#include <qo_page/text/node_text.h>
 
 namespace qo::selectors {
 

@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include <qo_page/node.h>
 #include <qo_page/selectors/syntax.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include <qo_page/ascii.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/selectors/attribute.h>
 #include <qo_page/selectors/nth.h>
 #include <qo_page/selectors/pseudo_classes.h>

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include <qo_page/ascii.h>
+#include <qo_page/base/ascii.h>
 #include <qo_page/selector.h>
 
 namespace qo::selectors {

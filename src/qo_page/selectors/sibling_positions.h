@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <qo_page/node.h>
+#include <qo_page/tree/node.h>
 
 namespace qo::selectors {
 

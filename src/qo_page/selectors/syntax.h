@@ -10,9 +10,9 @@
 #include <variant>
 #include <vector>
 
-#include <qo_page/pattern.h>
+#include <qo_page/base/pattern.h>
+#include <qo_page/base/tags.h>
 #include <qo_page/selectors/needle.h>
-#include <qo_page/tags.h>
 
 namespace qo::selectors {
 

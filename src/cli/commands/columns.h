@@ -1,0 +1,48 @@
+// The columns of `qo select -a`: attributes, and what begins with a colon.
+
+#ifndef QO_CLI_COMMANDS_COLUMNS_H
+#define QO_CLI_COMMANDS_COLUMNS_H
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "args/options.h"
+#include "commands/fields.h"
+#include "io/cells.h"
+#include "page_view.h"
+
+namespace cli {
+
+// Several threads may use it.
+class Columns {
+ public:
+  // Throws Failure when a name is none.
+  explicit Columns(const Options& options);
+
+  // The cells of a match; nothing when it has none of the attributes and nothing else was asked
+  // for.
+  std::optional<std::string> line(FieldWriter& writer, const PageView& view, _qo_html* node) const;
+
+  // The attributes that no match had, if there was any match.
+  std::vector<std::string> missing() const;
+
+ private:
+  struct Column {
+    std::string name;
+    bool is_attribute;
+  };
+
+  std::vector<Column> columns_;
+  CellForm form_;
+  bool has_fields_ = false;
+  std::unique_ptr<std::atomic<bool>[]> seen_;  // by column
+  mutable std::atomic<bool> has_matches_ = false;
+};
+
+}  // namespace cli
+
+#endif

@@ -1,0 +1,139 @@
+#include "io/folders.h"
+
+#include <dirent.h>
+#include <fnmatch.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+#include "io/messages.h"
+
+namespace cli {
+
+namespace {
+
+// What pages and templates end in, after the last dot.
+constexpr std::string_view endings[] = {
+    "asp",    "aspx",   "astro",    "cshtml",     "dtl",  "ejs",   "eex",   "erb",
+    "ftl",    "gohtml", "gotmpl",   "handlebars", "hbs",  "heex",  "htm",   "html",
+    "j2",     "jinja",  "jinja2",   "jsp",        "jspx", "latte", "leex",  "liquid",
+    "mako",   "mhtml",  "mustache", "njk",        "php",  "phtml", "rhtml", "shtml",
+    "svelte", "svg",    "tmpl",     "tpl",        "twig", "vue",   "xht",   "xhtml"};
+
+bool matches(const std::vector<std::string>& globs, const std::string& name,
+             const std::string& path) {
+  return std::any_of(globs.begin(), globs.end(), [&](const std::string& glob) {
+    const std::string& subject = glob.find('/') == std::string::npos ? name : path;
+    if (fnmatch(glob.c_str(), subject.c_str(), 0) == 0) return true;
+    return glob.compare(0, 3, "**/") == 0 && fnmatch(glob.c_str() + 3, subject.c_str(), 0) == 0;
+  });
+}
+
+struct Entry {
+  std::string name;
+  bool is_folder;
+};
+
+class Search {
+ public:
+  Search(const Options& options, std::vector<std::string>& found, std::size_t& failed)
+      : options_(options), found_(found), failed_(failed) {}
+
+  // `top` is in front of all that is found.
+  void search(const std::string& top) {
+    std::vector<std::string> folders = {""};  // below top, each with a "/" at its end; last first
+    while (!folders.empty()) {
+      const std::string path = std::move(folders.back());
+      folders.pop_back();
+      if (!path.empty() && path.back() != '/') {
+        found_.push_back(top.empty() && path == "-" ? "./-" : top + path);
+        continue;
+      }
+      std::vector<Entry> entries = wanted_in(top + path, path);
+      for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        folders.push_back(path + entry->name + (entry->is_folder ? "/" : ""));
+      }
+    }
+  }
+
+ private:
+  // What is wanted in a folder, in the order of names.
+  std::vector<Entry> wanted_in(const std::string& folder, const std::string& path) {
+    std::vector<Entry> entries;
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.empty() ? "." : folder.c_str()),
+                                                   closedir);
+    if (open == nullptr) {
+      complain(folder + ": " + std::strerror(errno));
+      ++failed_;
+      return entries;
+    }
+    while (const dirent* entry = readdir(open.get())) {
+      const std::string name = entry->d_name;
+      if (name == "." || name == "..") continue;
+      const unsigned char type = type_of(folder, *entry);
+      if (type == DT_DIR && is_wanted_folder(name, path + name)) entries.push_back({name, true});
+      if (type == DT_REG && is_wanted_file(name, path + name)) entries.push_back({name, false});
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
+  }
+
+  // Not all file systems tell with the name.
+  static unsigned char type_of(const std::string& folder, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN) return entry.d_type;
+    struct stat status;
+    if (lstat((folder + entry.d_name).c_str(), &status) != 0) return DT_UNKNOWN;
+    return S_ISDIR(status.st_mode) ? DT_DIR : S_ISREG(status.st_mode) ? DT_REG : DT_UNKNOWN;
+  }
+
+  bool is_wanted_folder(const std::string& name, const std::string& path) const {
+    return name[0] != '.' && name != "node_modules" && !matches(options_.exclude, name, path);
+  }
+
+  bool is_wanted_file(const std::string& name, const std::string& path) const {
+    const bool is_included =
+        options_.include.empty() ? has_page_ending(name) : matches(options_.include, name, path);
+    return is_included && !matches(options_.exclude, name, path);
+  }
+
+  const Options& options_;
+  std::vector<std::string>& found_;
+  std::size_t& failed_;
+};
+
+bool is_folder(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+bool has_page_ending(const std::string& name) {
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string::npos) return false;
+  std::string ending = name.substr(dot + 1);
+  for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+}
+
+std::vector<std::string> find_files(const Options& options, std::size_t& failed) {
+  std::vector<std::string> found;
+  Search search(options, found, failed);
+  if (options.recursive && options.files.empty()) search.search("");
+  for (const std::string& file : options.files) {
+    if (options.recursive && file != "-" && is_folder(file)) {
+      search.search(file.back() == '/' ? file : file + "/");
+    } else {
+      found.push_back(file);
+    }
+  }
+  if (!options.recursive && found.empty()) found.emplace_back("-");
+  return found;
+}
+
+}  // namespace cli

@@ -1,0 +1,23 @@
+// The pages and templates below folders.
+
+#ifndef QO_CLI_IO_FOLDERS_H
+#define QO_CLI_IO_FOLDERS_H
+
+#include <string>
+#include <vector>
+
+#include "args/options.h"
+
+namespace cli {
+
+// Whether a name ends as those of pages and templates do.
+bool has_page_ending(const std::string& name);
+
+// The files to read: those that were named and, with -r, for each folder in its place the pages
+// below it, in the order of their names. Hidden folders, node_modules and links are left out there.
+// What cannot be looked into is complained of. `failed` counts these.
+std::vector<std::string> find_files(const Options& options, std::size_t& failed);
+
+}  // namespace cli
+
+#endif

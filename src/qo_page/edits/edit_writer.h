@@ -1,0 +1,112 @@
+// The new source of an edited page, and where everything must be in it.
+
+#ifndef QO_PAGE_EDITS_EDIT_WRITER_H
+#define QO_PAGE_EDITS_EDIT_WRITER_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <qo_html/qo_html_walk.h>
+
+#include <qo_page/base/pattern.h>
+#include <qo_page/edits.h>
+#include <qo_page/edits/edit_guard.h>
+#include <qo_page/edits/node_edits.h>
+#include <qo_page/edits/seam_check.h>
+#include <qo_page/template/template_code.h>
+#include <qo_page/tree/node.h>
+
+namespace qo {
+
+// A stretch of the new source that was not in the old one. Nodes that begin in it end in it, or,
+// when it is the first half of what is wrapped around a node, in the second half.
+struct Insertion {
+  std::size_t begin, end;    // in the new source
+  std::size_t old_begin;     // where it went in
+  bool is_text;              // no nodes but texts and code
+  std::size_t second_begin;  // the second half; where there is none, as `end`
+  std::size_t second_end;
+  std::size_t wrappers;  // nodes that begin in the first half and must end in the second
+};
+
+// A node of the old page, other than text, that is still there.
+struct KeptNode {
+  const Node* node;
+  Extent extent;  // in the new source
+  bool is_renamed;
+};
+
+struct WrittenEdit {
+  std::string source;
+  std::vector<Change> changes;
+  std::vector<Insertion> insertions;  // in order
+  std::vector<KeptNode> kept;         // in document order
+  std::vector<Seam> seams;            // in order
+};
+
+// Two halves of markup, on both sides of where the innermost first element's content ends. Throws
+// Error when there is none.
+struct Halves {
+  std::string first, second;
+  std::size_t levels;  // elements that both have a part of
+};
+Halves split_wrapper(const std::string& markup, const PageOptions& options);
+
+// Walks the old page and writes the new one.
+class EditWriter {
+ public:
+  // `edits` are in document order, at most one a node. The page and they must outlive the object.
+  EditWriter(const Page& page, const std::vector<NodeEdits>& edits);
+
+  WrittenEdit write();
+
+ private:
+  // What is left to write at the end of a node.
+  struct OpenNode {
+    std::size_t kept;        // its place in `kept`; npos when its tags are gone
+    const NodeEdits* edits;  // or null
+    std::size_t first_half;  // its place in `insertions`; npos when nothing is wrapped around it
+  };
+
+  void enter(Node& node);
+  void enter_text(Node& node, const NodeEdits& edits);
+  void write_substituted(const Node& node, const NodeEdits& edits);
+  void leave();
+  void write_replaced(Node& node, const NodeEdits& edits);
+  void write_start_tag(Node& node, const NodeEdits* edits);
+  bool write_content(Node& node, const NodeEdits& edits);
+  void write_end_tag(Node& node, const NodeEdits* edits);
+  void write_before(const NodeEdits& edits);
+  void write_after(const NodeEdits& edits, std::size_t first_half);
+  std::size_t insertion_count() const { return written_.insertions.size(); }
+
+  const NodeEdits* edits_of(const Node& node);
+  const Halves& halves_of(const Operation& wrap);
+  std::string content_of(const NodeEdits& edits, const Operation& operation) const;
+
+  void copy_until(std::size_t end);
+  void skip_until(std::size_t end);
+  void replace_until(std::size_t end, std::string_view text);
+  void insert(std::string_view text);
+  void insert_until(std::size_t end, std::string_view text, bool is_text = false);
+
+  const Page& page_;
+  std::string_view source_;
+  CodeScanner code_;
+  EditGuard guard_;
+  PatternBudget budget_;
+  TreeWalk walk_;
+  const std::vector<NodeEdits>& edits_;
+  std::size_t next_edits_ = 0;
+  std::unordered_map<const Operation*, Halves> halves_;  // of each wrapper, once
+  std::size_t position_ = 0;                             // in the old source
+  std::vector<OpenNode> open_;
+  WrittenEdit written_;
+};
+
+}  // namespace qo
+
+#endif

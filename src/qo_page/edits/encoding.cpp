@@ -1,0 +1,96 @@
+#include <qo_page/edits/encoding.h>
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include <qo_html/qo_html_walk.h>
+
+#include <qo_page/base/ascii.h>
+#include <qo_page/base/words.h>
+#include <qo_page/edits/edit_error.h>
+#include <qo_page/selectors/attribute_match.h>
+#include <qo_page/tree/node.h>
+#include <qo_page/utf8.h>
+
+namespace qo {
+
+namespace {
+
+std::string beyond_ascii(std::string_view text) {
+  std::string out;
+  std::copy_if(text.begin(), text.end(), std::back_inserter(out),
+               [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+  return out;
+}
+
+bool is_utf8(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t length = sequence_length(text, i);
+    if (length == 0) return false;
+    i += length;
+  }
+  return true;
+}
+
+// What a <meta> says; empty when it says nothing of the encoding.
+std::string encoding_of(const Node& meta) {
+  std::string buffer;
+  if (const Attribute* charset = selectors::find_attribute(meta, "charset")) {
+    return std::string(selectors::value_of(*charset, buffer));
+  }
+  const Attribute* const content = selectors::find_attribute(meta, "content");
+  const bool is_type = selectors::has_value(meta, "http-equiv", "content-type");
+  if (content == nullptr || !is_type) return {};
+  const std::string value = lower(selectors::value_of(*content, buffer));
+  constexpr std::string_view key = "charset=";
+  const std::size_t begin = value.find(key);
+  if (begin == std::string::npos) return {};
+  return value.substr(begin + key.size(), value.find(';', begin) - begin - key.size());
+}
+
+// The encoding that the head of a page names; empty when there is none.
+std::string declared_encoding(const Page& page) {
+  for (TreeWalk walk(page.document()); const _qo_html* found = walk.next();) {
+    const Node& node = *as_node(found);
+    if (node.name == Tag::body_) break;
+    const std::string encoding = node.name == Tag::meta_ ? encoding_of(node) : std::string();
+    if (!encoding.empty()) return encoding;
+  }
+  return {};
+}
+
+bool names_utf8(std::string_view encoding) {
+  const bool is_code = encoding.find_first_of("{<") != std::string_view::npos;
+  return is_code || equals_without_case(encoding, "utf-8") || equals_without_case(encoding, "utf8");
+}
+
+// What a page has beyond ASCII tells more than what it says of itself.
+void check(const Page& page, std::size_t offset) {
+  if (!is_utf8(page.source())) {
+    throw Error("characters beyond ASCII would be UTF-8, which the page is not", offset);
+  }
+  if (!beyond_ascii(page.source()).empty()) return;
+  const std::string encoding = declared_encoding(page);
+  if (encoding.empty() || names_utf8(encoding)) return;
+  throw Error(
+      "characters beyond ASCII would be UTF-8, and the page says that it is " + shortened(encoding),
+      offset);
+}
+
+}  // namespace
+
+void check_encoding(const WrittenEdit& written, const Page& page) {
+  const std::string_view before = page.source();
+  const std::string_view after = written.source;
+  for (const Change& change : written.changes) {
+    const std::string added =
+        beyond_ascii(after.substr(change.new_begin, change.new_end - change.new_begin));
+    if (added.empty()) continue;
+    const std::string_view taken =
+        before.substr(change.old_begin, change.old_end - change.old_begin);
+    if (added != beyond_ascii(taken)) return check(page, change.old_begin);
+  }
+}
+
+}  // namespace qo

@@ -1,0 +1,113 @@
+#include <qo_page/edits/substituter.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include <qo_page/page.h>
+#include <qo_page/text/escape.h>
+
+namespace qo {
+
+namespace {
+
+bool is_within(const Stretch& inner, const Stretch& outer) {
+  return outer.begin <= inner.begin && inner.end <= outer.end;
+}
+
+std::string_view in(const std::string& text, const Stretch& stretch) {
+  return std::string_view(text).substr(stretch.begin, stretch.end - stretch.begin);
+}
+
+// Whether the code between two iterators is all in the text, in that order.
+template <class Iterator>
+bool holds_code(const std::string& text, bool templates, const std::string& old_text, Iterator next,
+                Iterator end) {
+  const DecodedText read({text, WrittenText::Kind::text, 0, templates});
+  for (const Stretch& code : read.code()) {
+    if (next != end && in(read.text(), code) == in(old_text, *next)) ++next;
+  }
+  return next == end;
+}
+
+enum class Ampersands { where_needed, all };
+
+std::string escaped(const WrittenText& written, const std::string& text, Ampersands which) {
+  if (written.kind == WrittenText::Kind::literal) return text;
+  std::string out = written.kind == WrittenText::Kind::value
+                        ? escaped_value(text, written.quote, written.templates)
+                        : escaped_text(text, written.templates);
+  if (which == Ampersands::where_needed || out != text) return out;
+  for (std::size_t i = 0; (i = out.find('&', i)) != std::string::npos; ++i) {
+    out.insert(i + 1, "amp;");
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string spliced(std::string_view text, const std::vector<Splice>& splices) {
+  std::string out;
+  std::size_t position = 0;
+  for (const Splice& splice : splices) {
+    out += text.substr(position, splice.begin - position);
+    out += splice.text;
+    position = splice.end;
+  }
+  out += text.substr(position);
+  return out;
+}
+
+std::vector<PatternMatch> Substituter::find_matches(const std::string& text) const {
+  try {
+    return program_.pattern.find_all(text, budget_);
+  } catch (const PatternBudget::Exceeded&) {
+    throw Error("the regular expression takes too many steps on this page", place_);
+  }
+}
+
+std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool templates) const {
+  const std::string& text = decoded.text();
+  std::vector<Splice> changes;
+  auto code = decoded.code().begin();
+  for (const PatternMatch& match : find_matches(text)) {
+    const Stretch here{match[0].first, match[0].second};
+    while (code != decoded.code().end() && code->end <= here.begin) ++code;
+    auto last = code;
+    while (last != decoded.code().end() && last->begin < here.end) ++last;
+    if (code != last && is_within(here, *code)) continue;
+    std::string replacement = program_.replacement_of(match, text);
+    if (in(text, here) == replacement) continue;
+    const bool keeps_code =
+        std::all_of(code, last, [&here](const Stretch& piece) { return is_within(piece, here); }) &&
+        holds_code(replacement, templates, text, code, last);
+    if (!keeps_code) throw Error("the expression would change template code", place_);
+    changes.push_back({here.begin, here.end, std::move(replacement)});
+  }
+  return changes;
+}
+
+std::vector<Splice> Substituter::splices(const WrittenText& written) const {
+  DecodedText decoded(written);
+  const std::vector<Splice> changes = find_changes(decoded, written.templates);
+  std::vector<Splice> wanted;
+  for (const Splice& change : changes) {
+    const std::optional<std::size_t> begin = decoded.written_offset(change.begin);
+    const std::optional<std::size_t> end = decoded.written_offset(change.end);
+    if (!begin || !end) throw Error("the expression matches a part of a reference", place_);
+    wanted.push_back({*begin, *end, change.text});
+  }
+  if (wanted.empty()) return wanted;
+  const std::string result = spliced(decoded.text(), changes);
+  for (const Ampersands which : {Ampersands::where_needed, Ampersands::all}) {
+    std::vector<Splice> splices = wanted;
+    for (Splice& splice : splices) splice.text = escaped(written, splice.text, which);
+    const std::string text = spliced(written.text, splices);
+    if (DecodedText({text, written.kind, written.quote, written.templates}).text() == result) {
+      return splices;
+    }
+  }
+  throw Error("the result would be read otherwise than as asked", place_);
+}
+
+}  // namespace qo

@@ -1,0 +1,69 @@
+// Carries a substitution out on a text as it is written.
+
+#ifndef QO_PAGE_EDITS_SUBSTITUTER_H
+#define QO_PAGE_EDITS_SUBSTITUTER_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qo_page/base/pattern.h>
+#include <qo_page/substitution.h>
+#include <qo_page/text/decoded_text.h>
+
+namespace qo {
+
+// A replacement is literal texts with groups after them.
+struct ReplacementPart {
+  std::string literal;
+  std::size_t group;  // no_group: the last part
+};
+
+constexpr std::size_t no_group = SIZE_MAX;
+
+struct SubstitutionProgram {
+  Pattern pattern;
+  std::vector<ReplacementPart> replacement;
+
+  SubstitutionProgram(const std::string& expression, const std::string& text);
+
+  // What takes the place of a match in the text.
+  std::string replacement_of(const PatternMatch& match, const std::string& text) const;
+};
+
+// A stretch of a text, and what takes its place.
+struct Splice {
+  std::size_t begin, end;
+  std::string text;
+};
+
+class Substituter {
+ public:
+  // All must stay. `place` is the offset of errors.
+  Substituter(const Substitution& substitution, PatternBudget& budget, std::size_t place)
+      : program_(*substitution.program_), budget_(budget), place_(place) {}
+
+  // The expression is matched with the decoded text, and what no match holds stays as it is
+  // written. A match within template code is none. Throws Error when the result would not be
+  // exactly what was asked, since code or a reference would be cut, or when the expression takes
+  // too many steps.
+  std::vector<Splice> splices(const WrittenText& written) const;
+
+ private:
+  std::vector<PatternMatch> find_matches(const std::string& text) const;
+
+  // The matches in the decoded text, and what is to be there.
+  std::vector<Splice> find_changes(const DecodedText& decoded, bool templates) const;
+
+  const SubstitutionProgram& program_;
+  PatternBudget& budget_;
+  std::size_t place_;
+};
+
+// The text with the splices made.
+std::string spliced(std::string_view text, const std::vector<Splice>& splices);
+
+}  // namespace qo
+
+#endif

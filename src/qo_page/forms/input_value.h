@@ -1,0 +1,46 @@
+// The values of inputs, by type.
+
+#ifndef QO_PAGE_FORMS_INPUT_VALUE_H
+#define QO_PAGE_FORMS_INPUT_VALUE_H
+
+#include <string>
+
+#include <qo_page/tree/node.h>
+
+namespace qo {
+
+enum class InputType : unsigned char {
+  text,
+  button,
+  checkbox,
+  color,
+  date,
+  datetime_local,
+  email,
+  file,
+  hidden,
+  image,
+  month,
+  number,
+  password,
+  radio,
+  range,
+  reset,
+  search,
+  submit,
+  tel,
+  time,
+  url,
+  week
+};
+
+// `text` for any other.
+InputType input_type(const Node& input);
+
+// What the input makes of the value of its markup. What does not fit its type is dropped or
+// mended.
+std::string sanitized_value(const Node& input, InputType type, std::string value);
+
+}  // namespace qo
+
+#endif

@@ -1,0 +1,33 @@
+// What a piece of template code begins, ends and divides.
+
+#ifndef QO_PAGE_TEMPLATE_CODE_STEPS_H
+#define QO_PAGE_TEMPLATE_CODE_STEPS_H
+
+#include <string_view>
+#include <vector>
+
+namespace qo {
+
+// One piece may do several of these: "} else {", "<% end; if x %>".
+struct CodeStep {
+  enum class Kind { open, middle, close };
+
+  Kind kind;
+  std::string_view name;    // what a closing is to have, too; "end" closes whatever is `by_end`
+  bool by_end = false;      // of an opening
+  bool is_loop = false;     // of an opening: what is in it may be there several times
+  bool is_default = false;  // of a middle: one of the branches is always taken
+};
+
+constexpr std::string_view any_end = "end";
+
+// The steps of a piece of code, in order. One that may begin a block, such as {% include x %} as
+// far as its form tells, is an opening; without a closing it is none after all.
+std::vector<CodeStep> steps_of(std::string_view code);
+
+// The same for the inside of <?...?> and <%...%>. Strings and comments hold no steps.
+std::vector<CodeStep> steps_of_program(std::string_view program, bool is_php);
+
+}  // namespace qo
+
+#endif

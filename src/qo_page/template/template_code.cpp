@@ -1,0 +1,225 @@
+#include <qo_page/template/template_code.h>
+
+#include <qo_page/base/tags.h>
+#include <qo_page/base/words.h>
+
+namespace qo {
+
+namespace {
+
+constexpr std::size_t npos = std::string_view::npos;
+
+// A statement of a language whose blocks end with a word, such as "endif", or a "}".
+CodeRole role_of_statement(std::string_view statement) {
+  const std::string_view word = first_word(statement);
+  const bool ends = begins_with(word, "end") || begins_with(word, "els") || word == "elif";
+  return ends || begins_with(statement, "}") ? CodeRole::closing : CodeRole::opening;
+}
+
+CodeRole role_of_question(std::string_view inner) {
+  if (begins_with(inner, "=")) return CodeRole::output;
+  if (begins_with(inner, "php")) inner.remove_prefix(3);
+  inner = without_leading(inner, blanks);
+  static constexpr std::string_view writers[] = {"echo", "print", "printf"};
+  if (is_one_of(first_word(inner), writers)) return CodeRole::output;
+  return role_of_statement(inner);
+}
+
+CodeRole role_of_percent(std::string_view inner) {
+  if (begins_with(inner, "=")) return CodeRole::output;
+  return role_of_statement(without_leading(inner, "-_ \t\r\n"));
+}
+
+CodeRole role_of_braces(std::string_view inner) {
+  inner = without_leading(inner, "{~- \t\r\n");
+  if (inner.empty()) return CodeRole::output;
+  if (inner[0] == '#' || inner[0] == '^' || inner[0] == '!') return CodeRole::opening;
+  if (inner[0] == '/') return begins_with(inner, "/*") ? CodeRole::opening : CodeRole::closing;
+  const std::string_view word = first_word(inner);
+  if (word == "end" || word == "else") return CodeRole::closing;
+  static constexpr std::string_view openers[] = {"if", "range", "with", "block", "define"};
+  return is_one_of(word, openers) ? CodeRole::opening : CodeRole::output;
+}
+
+// Whether a tag begins at `at`, where a "<" is: </name, <name>, <name/> or <name attribute=, with a
+// name that HTML has. A comparison is none of these.
+bool is_tag(std::string_view code, std::size_t at) {
+  const bool is_end = at + 1 < code.size() && code[at + 1] == '/';
+  const std::string_view rest = code.substr(at + (is_end ? 2 : 1));
+  const std::string_view name = first_word(rest);
+  if (name.empty() || is_digit(name[0])) return false;
+  if (is_end) return true;
+  if (find_tag(name) == Tag::unknown) return false;
+  const std::string_view after = rest.substr(name.size());
+  if (after.empty()) return false;
+  if (after[0] == '>' || after[0] == '/') return true;
+  if (!is_blank(after[0])) return false;
+  const std::string_view attribute = without_leading(after, blanks);
+  const std::size_t length = attribute.find_first_of("= \t\r\n\f>");
+  return length != 0 && length != npos && attribute[length] == '=';
+}
+
+// The first tag outside strings; npos when there is none.
+std::size_t find_tag_in(std::string_view code) {
+  const std::size_t last_end = code.rfind('>');
+  if (last_end == npos) return npos;
+  for (std::size_t i = 0; i < last_end; ++i) {
+    if (code[i] == '"' || code[i] == '\'') {
+      const std::size_t close = code.find(code[i], i + 1);
+      if (close != npos) i = close;
+    } else if (code[i] == '<' && is_tag(code, i)) {
+      return i;
+    }
+  }
+  return npos;
+}
+
+// Then it is not code, but two brackets of a text that have a part of a page between them.
+bool holds_tags(std::string_view code) {
+  return find_tag_in(code) != npos;
+}
+
+}  // namespace
+
+CodeRole role_of(std::string_view code) {
+  const std::string_view inner = code.substr(2);
+  if (begins_with(code, "<?")) return role_of_question(inner);
+  if (begins_with(code, "<%")) return role_of_percent(inner);
+  if (begins_with(code, "{{")) return role_of_braces(inner);
+  if (begins_with(code, "{#")) return CodeRole::opening;
+  return role_of_statement(without_leading(inner, "-+~ \t\r\n"));
+}
+
+CodeScanner::CodeScanner(std::string_view source, bool enabled)
+    : source_(source), enabled_(enabled) {
+  const std::string_view wanted[wanted_count] = {"?>", "%>", "--%>", "}}", "--}}", "%}",
+                                                 "#}", "<?", "{{",   "{%", "{#"};
+  for (std::size_t i = 0; i < wanted_count; ++i) finders_[i] = Finder(wanted[i]);
+}
+
+std::size_t CodeScanner::find(Wanted wanted, std::size_t from) {
+  return finders_[wanted].find(source_, from);
+}
+
+std::size_t CodeScanner::next_brace(std::size_t at) {
+  if (!enabled_) return npos;
+  if (brace_is_set_ && brace_ >= at) return brace_;
+  brace_is_set_ = true;
+  for (brace_ = source_.find('{', at); brace_ != npos; brace_ = source_.find('{', brace_ + 1)) {
+    const char next = brace_ + 1 < source_.size() ? source_[brace_ + 1] : '\0';
+    if (next == '{' || next == '%' || next == '#') break;
+  }
+  return brace_;
+}
+
+CodeScanner& CodeScanner::ahead() {
+  if (ahead_ == nullptr) ahead_ = std::make_unique<CodeScanner>(source_, enabled_);
+  return *ahead_;
+}
+
+std::size_t CodeScanner::end_of(std::size_t at, Place place) {
+  if (!enabled_ || at + 1 >= source_.size()) return 0;
+  const char next = source_[at + 1];
+  if (source_[at] == '<') {
+    if (next == '?') return end_of_question(at, place);
+    return next == '%' ? end_of_percent(at, place) : 0;
+  }
+  if (source_[at] != '{' || place == Place::raw_text || is_quoted_opener(at, place)) return 0;
+  switch (next) {
+    case '{':
+      return end_of_braces(at);
+    case '%':
+      return end_of_statement(at);
+    case '#':
+      return end_of_comment(at);
+    default:
+      return 0;
+  }
+}
+
+// <?php, <?= and "<? " are code for sure, and the last one of a page need not be closed. A
+// declaration of XML ends where a browser ends it.
+std::size_t CodeScanner::end_of_question(std::size_t at, Place place) {
+  const std::string_view rest = source_.substr(at + 2);
+  const bool is_sure = rest.empty() || rest[0] == '=' || is_blank(rest[0]) ||
+                       equals_without_case(rest.substr(0, 3), "php");
+  if (equals_without_case(rest.substr(0, 3), "xml") && place == Place::text) return 0;
+  if (!is_sure && place == Place::raw_text) return 0;
+  const std::size_t close = find(php_end, at + 2);
+  if (close == npos) return is_sure && place == Place::text ? source_.size() : 0;
+  if (is_sure) return close + 2;
+  const bool is_code = is_closed(at, question_begin, 2, close) &&
+                       !holds_tags(source_.substr(at + 2, close - at - 2));
+  return is_code ? close + 2 : 0;
+}
+
+std::size_t CodeScanner::end_of_percent(std::size_t at, Place place) {
+  const std::string_view rest = source_.substr(at + 2);
+  const bool in_quotes = !rest.empty() && (rest[0] == '"' || rest[0] == '\'');
+  if (place == Place::raw_text && in_quotes) return 0;  // a script's own string
+  if (begins_with(rest, "--")) {
+    const std::size_t close = find(percent_comment_end, at + 2);
+    if (close != npos) return close + 4;
+  }
+  const std::size_t close = find(percent_end, at + 2);
+  return close == npos ? 0 : close + 2;
+}
+
+// No further opener lies between an opener and its closer.
+bool CodeScanner::is_closed(std::size_t at, Wanted opener, std::size_t opener_length,
+                            std::size_t close) {
+  return close != npos && find(opener, at + opener_length) > close;
+}
+
+// A text that tells of the opener itself.
+bool CodeScanner::is_quoted_opener(std::size_t at, Place place) const {
+  const char before = at > 0 ? source_[at - 1] : '\0';
+  const bool is_quote = before == '"' || before == '\'';
+  return place == Place::text && is_quote && at + 2 < source_.size() && source_[at + 2] == before;
+}
+
+// Three braces are closed by three, if there are as many.
+std::size_t CodeScanner::end_of_braces(std::size_t at) {
+  const bool is_triple = source_.substr(at, 3) == "{{{";
+  const std::string_view inner = without_leading(source_.substr(at + 2, 8), "~- \t\r\n");
+  const bool has_dashes = begins_with(inner, "!--") || source_.substr(at + 2, 2) == "--";
+  if (has_dashes) {
+    const std::size_t close = find(brace_comment_end, at + 4);
+    if (close != npos) return close + 4;
+  }
+  const std::size_t opener_length = is_triple ? 3 : 2;
+  const std::size_t close = find(brace_end, at + opener_length);
+  if (!is_closed(at, brace_begin, opener_length, close)) return 0;
+  const bool is_comment = has_dashes || begins_with(inner, "!") || begins_with(inner, "/*");
+  if (!is_comment && holds_tags(source_.substr(at + 2, close - at - 2))) return 0;
+  const bool is_triple_end = is_triple && close + 2 < source_.size() && source_[close + 2] == '}';
+  return close + (is_triple_end ? 3 : 2);
+}
+
+// A statement begins with a word or a value, after the marks that take white space away.
+std::size_t CodeScanner::end_of_statement(std::size_t at) {
+  const std::size_t start = source_.find_first_not_of("-+~ \t\r\n", at + 2);
+  if (start == npos) return 0;
+  const bool is_start =
+      is_letter(source_[start]) || std::string_view("_#/\"'$([:=@").find(source_[start]) != npos;
+  if (!is_start) return 0;
+  const std::size_t close = find(percent_brace_end, at + 2);
+  if (!is_closed(at, percent_brace_begin, 2, close)) return 0;
+  return holds_tags(source_.substr(at + 2, close - at - 2)) ? 0 : close + 2;
+}
+
+// A comment may hold tags, but begins with a blank then, and an end tag is only its first one where
+// all is on one line. "${#" is the shell's, and digits are the arguments of another language.
+std::size_t CodeScanner::end_of_comment(std::size_t at) {
+  const char next = at + 2 < source_.size() ? source_[at + 2] : '\0';
+  if (is_digit(next) || (at > 0 && source_[at - 1] == '$')) return 0;
+  const std::size_t close = find(hash_brace_end, at + 2);
+  if (!is_closed(at, hash_brace_begin, 2, close)) return 0;
+  const std::string_view comment = source_.substr(at + 2, close - at - 2);
+  const std::size_t first_tag = find_tag_in(comment);
+  if (first_tag == npos) return close + 2;
+  const bool is_cut = comment[first_tag + 1] == '/' && comment.find('\n') != std::string_view::npos;
+  return (is_blank(next) || next == '-') && !is_cut ? close + 2 : 0;
+}
+
+}  // namespace qo

@@ -1,0 +1,80 @@
+// Template code: <?...?>, <%...%>, {{...}}, {{{...}}}, {%...%} and {#...#}.
+
+#ifndef QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
+#define QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include <qo_page/base/finder.h>
+
+namespace qo {
+
+// What a piece of code does, as far as its first word tells.
+enum class CodeRole {
+  output,   // stands for text: {{ x }}, <?= $x ?>
+  opening,  // stands for nothing, and may begin a block: {% if x %}, <% x.each do |y| %>
+  closing   // ends a block, or begins its next branch: {% endif %}, <?php } ?>
+};
+
+CodeRole role_of(std::string_view code);
+
+// Finds the ends of template code. Calls should come in the order of the source: what was found is
+// remembered, so that all of them take time in proportion to the source.
+class CodeScanner {
+ public:
+  // Where the code is.
+  enum class Place { text, tag, raw_text };
+
+  CodeScanner(std::string_view source, bool enabled);
+
+  // The offset after the code that begins at `at`; 0 when none does: an opener without a fitting
+  // closer is plain characters.
+  std::size_t end_of(std::size_t at, Place place);
+
+  // The next offset from `at` on where code in braces may begin; npos when there is none.
+  std::size_t next_brace(std::size_t at);
+
+  bool enabled() const { return enabled_; }
+
+  // One of the same source that may be further on.
+  CodeScanner& ahead();
+
+ private:
+  enum Wanted {
+    php_end,
+    percent_end,
+    percent_comment_end,
+    brace_end,
+    brace_comment_end,
+    percent_brace_end,
+    hash_brace_end,
+    question_begin,
+    brace_begin,
+    percent_brace_begin,
+    hash_brace_begin,
+    wanted_count
+  };
+
+  std::size_t find(Wanted wanted, std::size_t from);
+  std::size_t end_of_question(std::size_t at, Place place);
+  std::size_t end_of_percent(std::size_t at, Place place);
+  bool is_quoted_opener(std::size_t at, Place place) const;
+  std::size_t end_of_braces(std::size_t at);
+  std::size_t end_of_statement(std::size_t at);
+  std::size_t end_of_comment(std::size_t at);
+  bool is_closed(std::size_t at, Wanted opener, std::size_t opener_length, std::size_t close);
+
+  std::string_view source_;
+  bool enabled_;
+  std::array<Finder, wanted_count> finders_;
+  std::size_t brace_ = 0;  // what next_brace() found last
+  bool brace_is_set_ = false;
+  std::unique_ptr<CodeScanner> ahead_;
+};
+
+}  // namespace qo
+
+#endif

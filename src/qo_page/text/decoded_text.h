@@ -1,0 +1,55 @@
+// The characters of a written text, and where each of them was.
+
+#ifndef QO_PAGE_TEXT_DECODED_TEXT_H
+#define QO_PAGE_TEXT_DECODED_TEXT_H
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qo {
+
+// What kind of text it is.
+struct WrittenText {
+  enum class Kind { text, value, literal };  // literal: without references
+
+  std::string_view text;
+  Kind kind;
+  char quote;  // around a value; 0: none
+  bool templates;
+};
+
+struct Stretch {
+  std::size_t begin, end;
+};
+
+class DecodedText {
+ public:
+  explicit DecodedText(const WrittenText& written);
+
+  const std::string& text() const { return text_; }
+
+  // Where template code is in it, which is as it was written.
+  const std::vector<Stretch>& code() const { return code_; }
+
+  // Where an offset of the decoded text is in the written one; nothing within a reference. Offsets
+  // come in order.
+  std::optional<std::size_t> written_offset(std::size_t offset);
+
+ private:
+  struct Reference {
+    Stretch decoded, written;
+  };
+
+  std::string text_;
+  std::vector<Stretch> code_;
+  std::vector<Reference> references_;
+  std::size_t next_ = 0;
+  Reference past_{{0, 0}, {0, 0}};  // the last one in front of the offset
+};
+
+}  // namespace qo
+
+#endif

@@ -1,0 +1,179 @@
+#include <qo_page/tokenizer/tag_reader.h>
+
+#include <algorithm>
+
+#include <qo_page/base/ascii.h>
+
+namespace qo {
+
+namespace {
+
+// After these, code goes on with a name: data-{{ x }}, col-{% if y %}6{% endif %}.
+bool wants_more(std::string_view name) {
+  return !name.empty() && std::string_view("-:_.").find(name.back()) != std::string_view::npos;
+}
+
+// The code after "h" in <h{{ level }}> belongs to the name; that after "div" in <div{{ attributes
+// }}> does not.
+bool is_part_of_tag_name(std::string_view name) {
+  return wants_more(name) || (name.size() == 1 && find_tag(name) == Tag::unknown);
+}
+
+bool ends_name(char c) {
+  return is_blank(c) || c == '/' || c == '>';
+}
+
+}  // namespace
+
+bool TagReader::read(std::size_t begin) {
+  position_ = begin;
+  token_.attributes.clear();
+  token_.self_closing = false;
+  blocks_.reset();
+  tag_name();
+  token_.items_end = position_;
+  for (;;) {
+    skip_blanks();
+    if (at_end()) return false;
+    if (source_[position_] == '>') break;
+    item();
+  }
+  ++position_;
+  token_.extent.end = position_;
+  return true;
+}
+
+void TagReader::skip_blanks() {
+  while (!at_end() && is_blank(source_[position_])) ++position_;
+}
+
+void TagReader::tag_name() {
+  const std::size_t begin = position_;
+  bool has_code = false;
+  while (!at_end() && !ends_name(source_[position_])) {
+    const std::size_t end = may_be_code() ? code_end() : 0;
+    if (end == 0) {
+      ++position_;
+      continue;
+    }
+    const std::string_view name = source_.substr(begin, position_ - begin);
+    if (!name.empty() && !has_code && !is_part_of_tag_name(name)) break;
+    has_code = true;
+    position_ = end;
+  }
+  token_.name = {begin, position_};
+}
+
+// A slash, a piece of code, or an attribute.
+void TagReader::item() {
+  if (source_[position_] == '/') {
+    ++position_;
+    token_.self_closing = !at_end() && source_[position_] == '>';
+    return;
+  }
+  const std::size_t end = may_be_code() ? code_end() : 0;
+  if (end != 0 && role_of(code_until(end)) != CodeRole::output) {
+    position_ = end;
+    token_.items_end = end;
+    return;
+  }
+  attribute();
+}
+
+void TagReader::attribute() {
+  AttributeToken attribute{};
+  attribute.name.begin = position_;
+  const bool is_code = !attribute_name();
+  attribute.name.end = position_;
+  attribute.end = position_;
+  const std::size_t after_name = position_;
+  skip_blanks();
+  if (!at_end() && source_[position_] == '=') {
+    ++position_;
+    attribute.has_value = true;
+    value(attribute);
+    attribute.end = position_;
+  } else {
+    position_ = after_name;
+  }
+  token_.items_end = position_;
+  if (!is_code || attribute.has_value) token_.attributes.push_back(attribute);
+}
+
+// A "=" at the start belongs to the name. False when the name is nothing but code.
+bool TagReader::attribute_name() {
+  const std::size_t begin = position_;
+  bool has_block = false;
+  bool is_named = false;
+  while (!at_end()) {
+    const char c = source_[position_];
+    if (ends_name(c) || (c == '=' && position_ != begin)) break;
+    const std::size_t end = may_be_code() ? code_end() : 0;
+    if (end == 0) {
+      is_named = true;
+      ++position_;
+      continue;
+    }
+    const bool is_output = role_of(code_until(end)) == CodeRole::output;
+    const bool goes_on =
+        has_block || is_output || wants_more(source_.substr(begin, position_ - begin));
+    if (!goes_on) break;
+    has_block = has_block || !is_output;
+    position_ = end;
+  }
+  return is_named;
+}
+
+void TagReader::value(AttributeToken& attribute) {
+  skip_blanks();
+  attribute.value = {position_, position_};
+  if (at_end() || source_[position_] == '>') return;
+  if (source_[position_] == '"' || source_[position_] == '\'') {
+    quoted_value(attribute);
+  } else {
+    unquoted_value(attribute);
+  }
+}
+
+void TagReader::quoted_value(AttributeToken& attribute) {
+  attribute.quote = source_[position_++];
+  attribute.value.begin = position_;
+  while (!at_end() && source_[position_] != attribute.quote) {
+    const std::size_t end = may_be_code() ? code_end() : 0;
+    position_ = std::max(position_ + 1, end);
+  }
+  attribute.value.end = position_;
+  if (!at_end()) ++position_;
+}
+
+// Whether a block begins with the code in front of `end` and ends within the tag: {% if x %} does,
+// {% url x %} does not.
+bool TagReader::is_block(std::string_view opener, std::size_t end) {
+  if (blocks_ == nullptr) blocks_ = std::make_unique<TagBlocks>(source_, end, code_.ahead());
+  return blocks_->ends_after(opener, end);
+}
+
+// A piece of code that ends a block ends the value as well, unless the block began in it; one that
+// begins a block at the end of the value is no part of it either.
+void TagReader::unquoted_value(AttributeToken& attribute) {
+  bool has_block = false;
+  while (!at_end() && !is_blank(source_[position_]) && source_[position_] != '>') {
+    const std::size_t end = may_be_code() ? code_end() : 0;
+    if (end == 0) {
+      ++position_;
+      continue;
+    }
+    const CodeRole role = role_of(code_until(end));
+    const bool is_first = position_ == attribute.value.begin;
+    if (role == CodeRole::closing && !has_block && !is_first) break;
+    const bool at_value_end =
+        end >= source_.size() || is_blank(source_[end]) || source_[end] == '>';
+    const bool may_open = role == CodeRole::opening && !has_block && !is_first && at_value_end;
+    if (may_open && is_block(code_until(end), end)) break;
+    has_block = has_block || role == CodeRole::opening;
+    position_ = end;
+  }
+  attribute.value.end = position_;
+}
+
+}  // namespace qo

@@ -1,0 +1,52 @@
+// What is between the "<" and the ">" of a tag.
+
+#ifndef QO_PAGE_TOKENIZER_TAG_READER_H
+#define QO_PAGE_TOKENIZER_TAG_READER_H
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include <qo_page/tokenizer/tag_blocks.h>
+#include <qo_page/tokenizer/tokenizer.h>
+
+namespace qo {
+
+// Reads one tag from its name on.
+class TagReader {
+ public:
+  TagReader(std::string_view source, CodeScanner& code, Token& token)
+      : source_(source), code_(code), token_(token) {}
+
+  // Fills the token in, from the name at `begin` to the end of the tag; false when the end of the
+  // source comes first.
+  bool read(std::size_t begin);
+
+ private:
+  void tag_name();
+  void item();
+  void attribute();
+  bool attribute_name();
+  void value(AttributeToken& attribute);
+  void quoted_value(AttributeToken& attribute);
+  void unquoted_value(AttributeToken& attribute);
+  bool is_block(std::string_view opener, std::size_t end);
+
+  std::size_t code_end() { return code_.end_of(position_, CodeScanner::Place::tag); }
+  std::string_view code_until(std::size_t end) const {
+    return source_.substr(position_, end - position_);
+  }
+  bool may_be_code() const { return source_[position_] == '{' || source_[position_] == '<'; }
+  bool at_end() const { return position_ >= source_.size(); }
+  void skip_blanks();
+
+  std::string_view source_;
+  CodeScanner& code_;
+  Token& token_;
+  std::size_t position_ = 0;
+  std::unique_ptr<TagBlocks> blocks_;  // from where they were first asked for
+};
+
+}  // namespace qo
+
+#endif
