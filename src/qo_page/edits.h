@@ -83,8 +83,8 @@ class QO_PAGE_API Edits {
   // Adds operations on nodes of the page, for each node after those that it already has; they are
   // carried out in this order. Throws Error as check_operations() does, or when an operation does
   // not fit the kind of a node, with the node's offset; nothing was then added.
-  void add(_qo_html* node, const std::vector<Operation>& operations);
-  void add(const std::vector<_qo_html*>& nodes, const std::vector<Operation>& operations);
+  void add(Node node, const std::vector<Operation>& operations);
+  void add(const std::vector<Node>& nodes, const std::vector<Operation>& operations);
 
   // The new source. It was read again: all that was not named is as before, tags, attributes and
   // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not

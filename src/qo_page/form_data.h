@@ -42,11 +42,11 @@ class QO_PAGE_API FormControls {
   // them. `submitter` is the name of the button that is pressed, the first one of that name that is
   // not disabled, or NAME=VALUE where several have that name; an empty name is that of a button
   // without one. No other button is sent.
-  std::vector<FormEntry> entries(const _qo_html* form,
+  std::vector<FormEntry> entries(Node form,
                                  std::optional<std::string_view> submitter = std::nullopt) const;
 
   // Whether there is such a button to press.
-  bool has_button(const _qo_html* form, std::string_view submitter) const;
+  bool has_button(Node form, std::string_view submitter) const;
 
  private:
   struct State;

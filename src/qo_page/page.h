@@ -8,16 +8,15 @@
 //
 // The tree has one element for each start tag of the source, in the order of the source, nested as
 // a browser would nest it: end tags that authors may leave out are understood, nothing is invented,
-// moved or dropped. Nodes are those of qo_html, so that what walks and reads these works on them.
-// The tree is for reading; a page is changed by Edits (<qo_page/edits.h>).
-//
-// Names, values and texts in the nodes are as written. `text()` and `attribute()` decode them as a
-// browser does.
+// moved or dropped. It is for reading; a page is changed by Edits (<qo_page/edits.h>).
 //
 // Ownership: a page owns its source and its nodes, which live as long as it does. Offsets are in
 // bytes, from 0, into `source()`.
 //
-// Errors: std::bad_alloc, with nothing half-done, and what a function says.
+// Memory: the source, and some 32 bytes for each node and 16 for each attribute.
+//
+// Errors: std::bad_alloc, with nothing half-done, and what a function says. A page that was moved
+// from has no nodes: asking it throws Error. So does a node of another page, or one that is none.
 //
 // Threads: nothing is shared between pages. One page may be read by several threads at once.
 
@@ -27,50 +26,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <qo_html/qo_html.h>
-
+#include <qo_page/error.h>
+#include <qo_page/line_index.h>
+#include <qo_page/node.h>
 #include <qo_page/qo_page_export.h>
 
 namespace qo {
 
 class Selector;  // <qo_page/selector.h>
-
-// What ends an operation.
-class QO_PAGE_API Error : public std::runtime_error {
- public:
-  // `message` is one line for people; `offset` tells where in the text it is about the trouble is.
-  Error(const std::string& message, std::size_t offset)
-      : std::runtime_error(message), offset_(offset) {}
-
-  // Where the trouble is.
-  std::size_t offset() const { return offset_; }
-
- private:
-  std::size_t offset_;
-};
-
-// Where a node lies in the source. An element without an end tag of its own ends where its content
-// does. Void elements, texts, doctypes and template code have an empty content at their end.
-struct Extent {
-  std::size_t begin;          // of the start tag
-  std::size_t content_begin;  // after the start tag
-  std::size_t content_end;    // in front of the end tag
-  std::size_t end;            // after the end tag
-};
-
-// What a node is. `code` is <?...?> and <%...%> where they are tags of their own.
-enum class NodeKind : unsigned char { document, element, text, comment, doctype, cdata, code };
-
-// How a text or value is given: with its references decoded, as it is in the source, or as a person
-// reads it: decoded, with one blank for all white space, also between blocks and cells, and none at
-// the ends.
-enum class TextForm { decoded, written, readable };
 
 // How a page is read.
 struct PageOptions {
@@ -81,48 +48,57 @@ struct PageOptions {
 class QO_PAGE_API Page {
  public:
   // Reads `source`, in time that grows with its length, whatever it holds. Throws Error when the
-  // text is UTF-16, which no other function takes.
+  // text is in an encoding that ASCII is no part of, such as UTF-16, and when it has 4 GiB or more;
+  // no other text is refused.
   explicit Page(std::string source, PageOptions options = PageOptions());
   ~Page();
   Page(Page&&) noexcept;
   Page& operator=(Page&&) noexcept;
 
   // What it was made of.
-  const std::string& source() const;
-  const PageOptions& options() const;
+  const std::string& source() const&;
+  const PageOptions& options() const&;
+  const std::string& source() const&& = delete;
+  const PageOptions& options() const&& = delete;
 
-  // The root of the tree: `isRoot`, with everything else below it. Elements have their names in
-  // `tag`, their attributes in `attributes` (of several of one name the first; code between
-  // attributes is none) and the tokens of "class" in `classes`. Comments (`isComment`) and CDATA
-  // sections (`isCdata`) have their content in a text child. Doctypes, and <?...?> and <%...%> in
-  // text, are declarations (`isDeclaration`).
-  _qo_html* document() const;
+  // The root of the tree, with everything else below it.
+  Node document() const&;
+  Node document() const&& = delete;
 
-  // What a selector finds, in document order; not more than the first `most`.
-  std::vector<_qo_html*> select(const Selector& selector, std::size_t most = SIZE_MAX) const;
+  // What a selector finds, in document order, not more than the first `most`. A text is read as a
+  // selector first, which throws SelectorError.
+  std::vector<Node> select(const Selector& selector, std::size_t most = SIZE_MAX) const&;
+  std::vector<Node> select(std::string_view selector, std::size_t most = SIZE_MAX) const&;
+  std::vector<Node> select(const Selector& selector, std::size_t most = SIZE_MAX) const&& = delete;
+  std::vector<Node> select(std::string_view selector, std::size_t most = SIZE_MAX) const&& = delete;
 
-  // --- Of a node of this page ---
+  // The first of these; none when there is none.
+  Node first(const Selector& selector) const&;
+  Node first(std::string_view selector) const&;
+  Node first(const Selector& selector) const&& = delete;
+  Node first(std::string_view selector) const&& = delete;
 
-  // What it is, and where.
-  NodeKind kind(const _qo_html* node) const;
-  Extent extent(const _qo_html* node) const;
+  // The node itself or the innermost one around it that matches; none when none does. For a few
+  // nodes: it looks at the page up to the node, and with `:has` and texts at all of it.
+  Node closest(Node node, const Selector& selector) const&;
+  Node closest(Node node, std::string_view selector) const&;
+  Node closest(Node node, const Selector& selector) const&& = delete;
+  Node closest(Node node, std::string_view selector) const&& = delete;
 
-  // The node's own bytes, and those of its content alone. They live as long as the page.
-  std::string_view html(const _qo_html* node) const;
-  std::string_view inner_html(const _qo_html* node) const;
+  // The node of that number (see Node::index). Throws Error when there is none.
+  Node node_at(std::size_t index) const&;
+  Node node_at(std::size_t index) const&& = delete;
 
-  // The text of the node and of all that is below it, but for comments, template code in tags of
-  // its own, scripts and styles; these have their own text when they are the node itself.
-  std::string text(const _qo_html* node, TextForm form = TextForm::decoded) const;
+  // How many nodes there are, the document included.
+  std::size_t node_count() const;
 
-  // The value of an attribute; names compare without case. Empty for one without a value, nothing
-  // when there is none of that name.
-  std::optional<std::string> attribute(const _qo_html* node, std::string_view name,
-                                       TextForm form = TextForm::decoded) const;
+  // The line and column of an offset, which may be the end of the source. Throws Error beyond that.
+  // Takes time for what is in front of it; for many offsets, a LineIndex of the source is cheaper.
+  Position position_of(std::size_t offset) const;
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  friend struct PageAccess;
+  std::unique_ptr<Tree> tree_;
 };
 
 }  // namespace qo

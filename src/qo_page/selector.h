@@ -12,9 +12,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
-
-#include <qo_html/qo_html.h>
 
 #include <qo_page/page.h>
 #include <qo_page/qo_page_export.h>
@@ -43,7 +42,7 @@ class QO_PAGE_API SelectorError : public Error {
 class QO_PAGE_API Selector {
  public:
   // Throws SelectorError when the text is anything but a selector that has a meaning here.
-  explicit Selector(const std::string& text);
+  explicit Selector(std::string_view text);
 
   // What it was read from.
   const std::string& text() const;
@@ -56,12 +55,12 @@ class QO_PAGE_API Selector {
   //
   // Time grows with the size of the page, and only for `:matches` with depth as well. Throws
   // SelectorError when a pattern of `:matches` takes too many steps.
-  std::vector<_qo_html*> select(_qo_html* root, std::size_t most = SIZE_MAX) const;
+  std::vector<Node> select(Node root, std::size_t most = SIZE_MAX) const;
 
   // Whether the node is among what select() finds from its document. It takes time for the nodes
   // above and for those before it beside each; with `:has`, positions "of" a selector and text, for
   // the whole page. For many nodes of a page, select() is the cheaper way.
-  bool matches(_qo_html* node) const;
+  bool matches(Node node) const;
 
  private:
   std::shared_ptr<const selectors::Program> program_;

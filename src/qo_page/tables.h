@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-#include <qo_html/qo_html.h>
-
 #include <qo_page/page.h>
 #include <qo_page/qo_page_export.h>
 
@@ -24,7 +22,7 @@ class QO_PAGE_API Table {
 
   // Reads the table, which is an element of a page. Takes time for the element and for the places
   // of the grid. Throws Error when these are more than `most_places`.
-  explicit Table(const _qo_html* table);
+  explicit Table(Node table);
 
   std::size_t rows() const { return grid_.size(); }
   std::size_t columns() const { return columns_; }

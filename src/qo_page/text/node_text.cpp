@@ -1,7 +1,5 @@
 #include <qo_page/text/node_text.h>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/decode.h>
 #include <qo_page/text/readable_text.h>
 
@@ -9,14 +7,14 @@ namespace qo {
 
 namespace {
 
-bool is_script_or_style(const Node& node) {
-  return node.name == Tag::script_ || node.name == Tag::style_;
+bool is_script_or_style(const NodeRecord& node) {
+  return node.tag == Tag::script_ || node.tag == Tag::style_;
 }
 
 // Whether it is what its parent begins with, and drops.
-bool may_lose_line_break(const Node& text) {
-  const Node* const parent = as_node(text.parent);
-  return text.prevSibling == nullptr && parent != nullptr && drops_line_break(*parent);
+bool may_lose_line_break(const Tree& tree, NodeIndex text) {
+  const NodeIndex parent = tree.parent(text);
+  return parent != no_node && text == parent + 1 && drops_line_break(tree[parent]);
 }
 
 }  // namespace
@@ -25,8 +23,8 @@ bool drops_line_break(Tag name) {
   return name == Tag::pre_ || name == Tag::textarea_ || name == Tag::listing_;
 }
 
-bool drops_line_break(const Node& node) {
-  return node.kind == NodeKind::element && drops_line_break(node.name);
+bool drops_line_break(const NodeRecord& node) {
+  return node.kind == NodeKind::element && drops_line_break(node.tag);
 }
 
 std::size_t line_break_length(std::string_view text) {
@@ -37,45 +35,50 @@ std::size_t line_break_length(std::string_view text) {
   return decode(text.substr(0, length)) == "\n" ? length : 0;
 }
 
-bool is_hidden(const Node& node) {
+bool is_hidden(const NodeRecord& node) {
   return node.kind == NodeKind::comment || node.kind == NodeKind::code ||
          node.kind == NodeKind::doctype ||
          (node.kind == NodeKind::element && is_script_or_style(node));
 }
 
-bool is_literal(const Node& text) {
-  const Node* const parent = as_node(text.parent);
-  if (parent == nullptr || parent->kind == NodeKind::document) return false;
-  if (parent->kind == NodeKind::comment || parent->kind == NodeKind::cdata) return true;
-  return parent->space == Space::html && has(parent->name, tag_flags::raw_text);
+std::string_view written_text(const Tree& tree, NodeIndex text) {
+  return tree[text].kind == NodeKind::text ? tree.html(text) : tree.inner_html(text);
 }
 
-std::string characters_of(const Node& node) {
-  std::string_view text = node.text;
-  if (may_lose_line_break(node)) {
+bool is_literal(const Tree& tree, NodeIndex text) {
+  if (tree[text].kind != NodeKind::text) return true;
+  const NodeRecord& parent = tree[tree.parent(text)];
+  return parent.space == Namespace::html && has(parent.tag, tag_flags::raw_text);
+}
+
+std::string characters_of(const Tree& tree, NodeIndex node) {
+  std::string_view text = written_text(tree, node);
+  if (may_lose_line_break(tree, node)) {
     text.remove_prefix(line_break_length(text));
   }
-  return is_literal(node) ? std::string(text) : decode(text, DecodeMode::text);
+  return is_literal(tree, node) ? std::string(text) : decode(text, DecodeMode::text);
 }
 
-std::string text_of(const Node& node, TextForm form) {
-  if (form == TextForm::readable) return readable_text(node, NestedTables::read);
+std::string text_of(const Tree& tree, NodeIndex node, TextForm form) {
+  const NodeKind kind = tree[node].kind;
+  if (kind == NodeKind::code || kind == NodeKind::doctype) return std::string(tree.html(node));
+  if (form == TextForm::readable) return readable_text(tree, node, NestedTables::read);
+  if (kind == NodeKind::comment) return std::string(tree.inner_html(node));
   std::string out;
-  TreeWalk walk(const_cast<Node*>(&node));
-  while (const _qo_html* below = walk.next()) {
-    const Node& found = *as_node(below);
-    if (found.isText) {
-      out += form == TextForm::written ? found.text : characters_of(found);
-    } else if (&found != &node && is_hidden(found)) {
-      walk.skip_children();
+  for (NodeIndex below = node; below < tree[node].subtree_end;) {
+    const NodeRecord& found = tree[below];
+    if (is_text(found)) {
+      out += form == TextForm::written ? written_text(tree, below) : characters_of(tree, below);
     }
+    below = is_hidden(found) && below != node ? found.subtree_end : below + 1;
   }
   return out;
 }
 
-std::string value_of(const Attribute& attribute, TextForm form) {
-  if (form == TextForm::written) return attribute.value;
-  std::string value = decode(attribute.value, DecodeMode::attribute);
+std::string value_of(const Tree& tree, const AttributeRecord& attribute, TextForm form) {
+  const std::string_view written = tree.written_value(attribute);
+  if (form == TextForm::written) return std::string(written);
+  std::string value = decode(written, DecodeMode::attribute);
   if (form == TextForm::decoded) return value;
   ReadableText text;
   text.add(value);

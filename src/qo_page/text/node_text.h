@@ -7,31 +7,37 @@
 #include <string>
 #include <string_view>
 
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
 // Whether the node is no part of the text of the nodes around it.
-bool is_hidden(const Node& node);
+bool is_hidden(const NodeRecord& node);
 
-// The decoded characters of a text node.
-std::string characters_of(const Node& node);
+// Whether it is a text, or a CDATA section, which is one to readers.
+inline bool is_text(const NodeRecord& node) {
+  return node.kind == NodeKind::text || node.kind == NodeKind::cdata;
+}
 
-// Whether a text node is as it is written, without references.
-bool is_literal(const Node& text);
+// What a text or section holds, as it is written, and its decoded characters.
+std::string_view written_text(const Tree& tree, NodeIndex text);
+std::string characters_of(const Tree& tree, NodeIndex text);
+
+// Whether a text or section is as it is written, without references.
+bool is_literal(const Tree& tree, NodeIndex text);
 
 // Whether a browser drops a line break at the start of the content.
 bool drops_line_break(Tag name);
-bool drops_line_break(const Node& node);
+bool drops_line_break(const NodeRecord& node);
 
 // That of the line break that a text begins with, be it written as a reference; 0 for none.
 std::size_t line_break_length(std::string_view text);
 
 // The text of the node and all that is below it, but for what is hidden there.
-std::string text_of(const Node& node, TextForm form);
+std::string text_of(const Tree& tree, NodeIndex node, TextForm form);
 
 // The value of an attribute.
-std::string value_of(const Attribute& attribute, TextForm form);
+std::string value_of(const Tree& tree, const AttributeRecord& attribute, TextForm form);
 
 }  // namespace qo
 

@@ -1,9 +1,8 @@
 #include <qo_page/text/readable_text.h>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/base/ascii.h>
 #include <qo_page/text/node_text.h>
+#include <qo_page/tree/tree_walk.h>
 
 namespace qo {
 
@@ -17,8 +16,8 @@ std::size_t leading_space(std::string_view text) {
   return text.substr(0, no_break_space.size()) == no_break_space ? no_break_space.size() : 0;
 }
 
-bool is_apart(const Node& node) {
-  return node.kind == NodeKind::element && has(node.name, tag_flags::apart);
+bool is_block_level(const NodeRecord& node) {
+  return node.kind == NodeKind::element && has(node.tag, tag_flags::block_level);
 }
 
 }  // namespace
@@ -35,21 +34,27 @@ void ReadableText::add(std::string_view text) {
   }
 }
 
-std::string readable_text(const Node& node, NestedTables nested) {
+std::string readable_text(const Tree& tree, NodeIndex node, NestedTables nested) {
   ReadableText text;
-  TreeWalk walk(const_cast<Node*>(&node));
+  if (tree[node].kind == NodeKind::comment) {
+    text.add(tree.inner_html(node));
+    return text.take();
+  }
+  TreeWalk walk(tree, node);
   for (;;) {
     const TreeWalk::Event event = walk.step();
     if (event == TreeWalk::Event::end) return text.take();
-    const Node& here = *as_node(walk.node());
-    if (event == TreeWalk::Event::enter && here.isText) {
-      text.add(characters_of(here));
+    const NodeRecord& here = tree[walk.node()];
+    if (event == TreeWalk::Event::enter && is_text(here)) {
+      text.add(characters_of(tree, walk.node()));
       continue;
     }
-    if (is_apart(here)) text.begin_apart();
+    if (is_block_level(here)) text.begin_block();
     const bool is_left_out =
-        is_hidden(here) || (nested == NestedTables::left_out && here.name == Tag::table_);
-    if (event == TreeWalk::Event::enter && &here != &node && is_left_out) walk.skip_children();
+        is_hidden(here) || (nested == NestedTables::left_out && here.tag == Tag::table_);
+    if (event == TreeWalk::Event::enter && walk.node() != node && is_left_out) {
+      walk.skip_children();
+    }
   }
 }
 

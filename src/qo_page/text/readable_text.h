@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
@@ -16,7 +16,7 @@ class ReadableText {
   void add(std::string_view text);
 
   // What comes next is on a line, or in a cell, of its own.
-  void begin_apart() { is_apart_ = true; }
+  void begin_block() { is_apart_ = true; }
 
   std::string take() { return std::move(out_); }
 
@@ -28,7 +28,7 @@ class ReadableText {
 enum class NestedTables { read, left_out };
 
 // The decoded text of the node and of all that is below it, but for what is hidden there.
-std::string readable_text(const Node& node, NestedTables nested);
+std::string readable_text(const Tree& tree, NodeIndex node, NestedTables nested);
 
 }  // namespace qo
 

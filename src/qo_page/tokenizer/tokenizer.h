@@ -10,17 +10,10 @@
 
 #include <qo_page/base/finder.h>
 #include <qo_page/base/tags.h>
+#include <qo_page/range.h>
 #include <qo_page/template/template_code.h>
 
 namespace qo {
-
-struct Range {
-  std::size_t begin = 0;
-  std::size_t end = 0;
-
-  std::string_view in(std::string_view source) const { return source.substr(begin, end - begin); }
-  bool empty() const { return begin == end; }
-};
 
 struct AttributeToken {
   Range name;

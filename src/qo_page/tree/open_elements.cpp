@@ -1,5 +1,7 @@
 #include <qo_page/tree/open_elements.h>
 
+#include <array>
+
 #include <qo_page/base/ascii.h>
 
 namespace qo {
@@ -8,116 +10,127 @@ namespace {
 
 using namespace tag_flags;
 
-bool is_bound(const Node& node, Bound bound) {
-  const bool is_foreign = node.space != Space::html;
-  if (is_foreign) return bound != Bound::table_scope && bound != Bound::marker && holds_html(node);
-  const TagFlags flags = flags_of(node.name);
-  switch (bound) {
-    case Bound::special:
-      return (flags & special) != 0;
-    case Bound::item:
-      return (flags & special) != 0 && node.name != Tag::address_ && node.name != Tag::div_ &&
-             node.name != Tag::p_;
-    case Bound::scope:
-      return (flags & scope) != 0;
-    case Bound::list_scope:
-      return (flags & (scope | list_scope)) != 0;
-    case Bound::button_scope:
-      return (flags & (scope | button_scope)) != 0;
-    case Bound::table_scope:
-      return (flags & table_scope) != 0;
-    case Bound::marker:
-      return (flags & marker) != 0;
-    default:
-      return false;
+constexpr std::size_t tag_count = static_cast<std::size_t>(Tag::count);
+constexpr std::size_t bound_count = static_cast<std::size_t>(Bound::count);
+
+constexpr unsigned bit(Bound bound) {
+  return 1u << static_cast<unsigned>(bound);
+}
+
+constexpr unsigned bounds_of_html(Tag tag) {
+  const TagFlags flags = rows[static_cast<std::size_t>(tag)].flags;
+  unsigned bounds = 0;
+  if ((flags & special) != 0) bounds |= bit(Bound::special);
+  const bool is_transparent = tag == Tag::address_ || tag == Tag::div_ || tag == Tag::p_;
+  if ((flags & special) != 0 && !is_transparent) bounds |= bit(Bound::item);
+  if ((flags & scope) != 0) bounds |= bit(Bound::scope);
+  if ((flags & (scope | list_scope)) != 0) bounds |= bit(Bound::list_scope);
+  if ((flags & (scope | button_scope)) != 0) bounds |= bit(Bound::button_scope);
+  if ((flags & table_scope) != 0) bounds |= bit(Bound::table_scope);
+  if ((flags & marker) != 0) bounds |= bit(Bound::marker);
+  return bounds;
+}
+
+constexpr std::array<unsigned char, tag_count> html_bounds = [] {
+  std::array<unsigned char, tag_count> made{};
+  for (std::size_t i = 0; i < tag_count; ++i) {
+    made[i] = static_cast<unsigned char>(bounds_of_html(static_cast<Tag>(i)));
   }
-}
+  return made;
+}();
 
-// HTML's own names have their numbers; elements of svg and math are told apart from other names.
-std::string key_of(std::string_view name, Space space) {
-  return (space == Space::html ? "" : "/") + lower(name);
-}
+constexpr unsigned foreign_bounds = bit(Bound::special) | bit(Bound::item) | bit(Bound::scope) |
+                                    bit(Bound::list_scope) | bit(Bound::button_scope);
 
-constexpr TagFlags any_bound = special | scope | list_scope | button_scope | table_scope | marker;
-
-bool may_be_bound(const Node& node) {
-  return node.space != Space::html || (flags_of(node.name) & any_bound) != 0;
+unsigned bounds_of(const ElementType& type) {
+  if (type.space == Namespace::html) return html_bounds[static_cast<std::size_t>(type.tag)];
+  return holds_html(type) ? foreign_bounds : 0;
 }
 
 }  // namespace
 
-bool is_annotation(const Node& node) {
-  return node.space == Space::math && equals_without_case(node.tag, "annotation-xml");
+bool is_annotation(const ElementType& type) {
+  return type.space == Namespace::math && equals_without_case(type.name, "annotation-xml");
 }
 
-bool holds_html(const Node& node) {
-  switch (node.name) {
+bool holds_html(const ElementType& type) {
+  switch (type.tag) {
     case Tag::foreignobject_:
     case Tag::desc_:
     case Tag::title_:
-      return node.space == Space::svg;
+      return type.space == Namespace::svg;
     case Tag::mi_:
     case Tag::mo_:
     case Tag::mn_:
     case Tag::ms_:
     case Tag::mtext_:
-      return node.space == Space::math;
+      return type.space == Namespace::math;
     default:
-      return is_annotation(node);
+      return is_annotation(type);
   }
 }
 
-OpenElements::OpenElements() : latest_(static_cast<std::size_t>(Tag::count), none) {}
+std::size_t OpenElements::NameHash::operator()(const Name& name) const {
+  std::size_t hash = name.is_html ? 1 : 0;
+  for (const char c : name.text) hash = hash * 31 + static_cast<unsigned char>(lower(c));
+  return hash;
+}
 
-std::uint32_t OpenElements::number_of(const Node& node) {
-  if (is_html(&node) && node.name != Tag::unknown) return static_cast<std::uint32_t>(node.name);
+bool OpenElements::NameEqual::operator()(const Name& a, const Name& b) const {
+  return a.is_html == b.is_html && equals_without_case(a.text, b.text);
+}
+
+OpenElements::OpenElements() : latest_(tag_count, none) {}
+
+std::uint32_t OpenElements::number_of(const ElementType& type) {
+  const bool is_html = type.space == Namespace::html;
+  if (is_html && type.tag != Tag::unknown) return static_cast<std::uint32_t>(type.tag);
   const auto number = static_cast<std::uint32_t>(latest_.size());
-  const auto [found, is_new] = numbers_.emplace(key_of(node.tag, node.space), number);
+  const auto [found, is_new] = numbers_.emplace(Name{type.name, is_html}, number);
   if (is_new) latest_.push_back(none);
   return found->second;
 }
 
-std::size_t OpenElements::nearest(std::string_view name, Tag tag, Space space) const {
-  if (space == Space::html && tag != Tag::unknown) return nearest(tag);
-  const auto found = numbers_.find(key_of(name, space));
+std::size_t OpenElements::nearest(const ElementType& type) const {
+  const bool is_html = type.space == Namespace::html;
+  if (is_html && type.tag != Tag::unknown) return nearest(type.tag);
+  const auto found = numbers_.find(Name{type.name, is_html});
   return found == numbers_.end() ? none : latest_[found->second];
 }
 
-void OpenElements::push(Node* node) {
+void OpenElements::push(NodeIndex node, const ElementType& type) {
   const std::size_t index = elements_.size();
-  const std::uint32_t name = number_of(*node);
-  const bool in_foreign = index > 0 && !is_html(top());
-  const std::size_t foreign = in_foreign ? elements_.back().foreign : index;
-  elements_.push_back({node, name, latest_[name], foreign, false});
+  const std::uint32_t name = number_of(type);
+  const std::size_t foreign = top_is_foreign() ? elements_.back().foreign : index;
+  const unsigned bounds = bounds_of(type);
+  elements_.push_back({type, node, name, latest_[name], foreign, bounds, false});
   latest_[name] = index;
-  if (!may_be_bound(*node)) return;
-  for (std::size_t bound = 0; bound < static_cast<std::size_t>(Bound::count); ++bound) {
-    if (is_bound(*node, static_cast<Bound>(bound))) bounds_[bound].push_back(index);
+  for (std::size_t bound = 0; bounds >> bound != 0; ++bound) {
+    if ((bounds >> bound & 1u) != 0) bounds_[bound].push_back(index);
   }
 }
 
 void OpenElements::pop() {
   const Element& element = elements_.back();
-  const std::size_t index = elements_.size() - 1;
-  if (!element.ended) latest_[element.name] = element.previous;
-  if (may_be_bound(*element.node)) {
-    for (std::vector<std::size_t>& bound : bounds_) {
-      if (!bound.empty() && bound.back() == index) bound.pop_back();
-    }
+  if (!element.is_ended) latest_[element.name] = element.previous;
+  for (std::size_t bound = 0; element.bounds >> bound != 0; ++bound) {
+    if ((element.bounds >> bound & 1u) != 0) bounds_[bound].pop_back();
   }
   elements_.pop_back();
 }
 
 std::size_t OpenElements::innermost_html() const {
   if (empty()) return none;
-  if (is_html(top())) return elements_.size() - 1;
+  if (top_is_html()) return elements_.size() - 1;
   return elements_.back().foreign - 1;  // 0 - 1 is none
 }
 
 void OpenElements::end_later(std::size_t index) {
   Element& element = elements_[index];
-  element.ended = true;
+  element.is_ended = true;
   latest_[element.name] = element.previous;
 }
+
+static_assert(bound_count <= 8, "the bounds of an element are one byte");
 
 }  // namespace qo

@@ -34,33 +34,23 @@ std::size_t innermost_of(std::initializer_list<std::size_t> indexes) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(std::string_view source, bool templates)
-    : source_(source), tokenizer_(source, templates), document_(std::make_unique<DocumentNode>()) {
-  document_->isRoot = true;
-  document_->closed = true;
-  document_->kind = NodeKind::document;
-  document_->extent = {0, 0, source.size(), source.size()};
-}
+TreeBuilder::TreeBuilder(Tree& tree)
+    : tree_(tree), source_(tree.source), tokenizer_(tree.source, tree.options.templates) {}
 
-std::unique_ptr<DocumentNode> TreeBuilder::build() {
-  read();
-  return std::move(document_);
-}
-
-void TreeBuilder::observe(TreeObserver& observer) {
-  observer_ = &observer;
-  read();
-}
-
-void TreeBuilder::read() {
+void TreeBuilder::build() {
+  append(NodeKind::document, {0, 0});
   Token token{};
   for (;;) {
-    tokenizer_.allow_cdata(!open_.empty() && !OpenElements::is_html(open_.top()));
+    tokenizer_.allow_cdata(open_.top_is_foreign());
     if (!tokenizer_.next(token)) break;
-    if (observer_ != nullptr) observer_->token(token, *current());
     take(token);
   }
-  if (!open_.empty()) close_through(0, {source_.size(), source_.size()});
+  const std::size_t end = source_.size();
+  if (!open_.empty()) close_through(0, {end, end});
+  end_node(document_index, {end, end});
+  append(NodeKind::text, {end, end});
+  tree_.nodes.trim();
+  tree_.attributes.trim();
 }
 
 void TreeBuilder::take(const Token& token) {
@@ -90,14 +80,22 @@ void TreeBuilder::start_tag(const Token& token) {
 }
 
 void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
-  if (is_repeated(tag)) return append_whole(make_element(token, tag, Space::html));
+  const Namespace space = tag == Tag::svg_    ? Namespace::svg
+                          : tag == Tag::math_ ? Namespace::math
+                                              : Namespace::html;
+  const ElementType type{token.name.in(source_), tag, space};
+  if (is_repeated(tag)) {
+    append_element(token, type);
+    return;
+  }
   end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
-  const Space space = tag == Tag::svg_ ? Space::svg : tag == Tag::math_ ? Space::math : Space::html;
   if (tag == Tag::form_ && !in_template()) begin_form(token);
-  auto node = make_element(token, tag, space);
-  if (is_empty) return append_whole(std::move(node));
-  open(std::move(node));
+  if (is_empty) {
+    append_element(token, type);
+    return;
+  }
+  open(token, type);
   if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) tokenizer_.begin_raw_content(tag);
 }
 
@@ -112,15 +110,15 @@ bool TreeBuilder::is_repeated(Tag tag) {
     case Tag::body_:
       return std::exchange(has_body_, true);
     case Tag::form_:
-      return form_ != no_form && !in_template();
+      return form_ != no_node && !in_template();
     default:
       return false;
   }
 }
 
 void TreeBuilder::begin_form(const Token& token) {
-  form_ = token.extent.begin;
-  document_->form_ranges.push_back({form_, source_.size()});
+  form_ = next_index();
+  tree_.form_ranges.push_back({token.extent.begin, source_.size()});
 }
 
 // Void elements, what closes itself in svg and math, a tag of a template's own that does, such as
@@ -135,26 +133,27 @@ bool TreeBuilder::is_without_content(const Token& token, Tag tag) {
 }
 
 void TreeBuilder::foreign_start_tag(const Token& token, Tag tag) {
-  auto node = make_element(token, tag, open_.top()->space);
-  if (token.self_closing) return append_whole(std::move(node));
-  open(std::move(node));
+  const ElementType type{token.name.in(source_), tag, open_.top_type().space};
+  if (!token.self_closing) return open(token, type);
+  append_element(token, type);
 }
 
 // Whether a start tag here makes an element of svg or math.
 bool TreeBuilder::is_foreign_content(Tag tag) const {
-  if (open_.empty() || OpenElements::is_html(open_.top())) return false;
-  const Node& top = *open_.top();
-  if (is_annotation(top)) {
-    if (tag == Tag::svg_) return false;
-    const auto is_html = [](const Attribute& attribute) {
-      return equals_without_case(attribute.name, "encoding") &&
-             (equals_without_case(attribute.value, "text/html") ||
-              equals_without_case(attribute.value, "application/xhtml+xml"));
-    };
-    return std::none_of(top.attributes.begin(), top.attributes.end(), is_html);
-  }
-  if (top.space == Space::math && (tag == Tag::mglyph_ || tag == Tag::malignmark_)) return true;
+  if (!open_.top_is_foreign()) return false;
+  const ElementType& top = open_.top_type();
+  if (is_annotation(top)) return tag != Tag::svg_ && !is_annotation_of_html();
+  if (top.space == Namespace::math && (tag == Tag::mglyph_ || tag == Tag::malignmark_)) return true;
   return !holds_html(top);
+}
+
+// Whether the innermost open element says that it holds HTML.
+bool TreeBuilder::is_annotation_of_html() const {
+  const AttributeRecord* const encoding = tree_.find_attribute(open_.top(), "encoding");
+  if (encoding == nullptr) return false;
+  const std::string_view value = tree_.written_value(*encoding);
+  return equals_without_case(value, "text/html") ||
+         equals_without_case(value, "application/xhtml+xml");
 }
 
 bool TreeBuilder::breaks_out(const Token& token, Tag tag) const {
@@ -256,7 +255,7 @@ std::size_t TreeBuilder::innermost_table_part(Tag tag, std::size_t bound) const 
 void TreeBuilder::end_table_parts(Tag tag, std::size_t at) {
   const std::size_t bound = open_.innermost(Bound::table_scope);
   const auto inside = [this, bound](Tag name) { return innermost_table_part(name, bound); };
-  const std::size_t table = bound != none && open_.at(bound)->name == Tag::table_ ? bound : none;
+  const std::size_t table = bound != none && open_.tag_at(bound) == Tag::table_ ? bound : none;
   const std::size_t group =
       innermost_of({inside(Tag::tbody_), inside(Tag::thead_), inside(Tag::tfoot_)});
   const std::size_t row = inside(Tag::tr_);
@@ -289,9 +288,8 @@ void TreeBuilder::end_tag(const Token& token) {
   if (tag == Tag::p_ || tag == Tag::br_) {
     while (is_foreign_content(tag)) close_top(token.extent.begin);
   }
-  const Space space = open_.empty() ? Space::html : open_.top()->space;
-  if (space != Space::html) {
-    const std::size_t index = open_.nearest(name, Tag::unknown, space);
+  if (open_.top_is_foreign()) {
+    const std::size_t index = open_.nearest({name, Tag::unknown, open_.top_type().space});
     const std::size_t html = open_.innermost_html();
     if (index != none && (html == none || index > html)) {
       return close_through(index, token.extent);
@@ -301,7 +299,7 @@ void TreeBuilder::end_tag(const Token& token) {
 }
 
 void TreeBuilder::html_end_tag(const Token& token, Tag tag) {
-  const std::size_t named = open_.nearest(token.name.in(source_), tag, Space::html);
+  const std::size_t named = open_.nearest({token.name.in(source_), tag, Namespace::html});
   const auto close_within = [&](Bound bound) {
     close_through(open_.inside(named, bound), token.extent);
   };
@@ -345,10 +343,10 @@ std::size_t TreeBuilder::heading_in_scope() const {
 void TreeBuilder::end_form(const Token& token) {
   const std::size_t index = open_.nearest_within(Tag::form_, Bound::scope);
   if (in_template()) return close_through(index, token.extent);
-  if (form_ == no_form) return;
-  const std::size_t form = std::exchange(form_, no_form);
-  document_->form_ranges.back().end = token.extent.begin;
-  if (index == none || open_.at(index)->extent.begin != form) return;
+  if (form_ == no_node) return;
+  const NodeIndex form = std::exchange(form_, no_node);
+  tree_.form_ranges.back().end = token.extent.begin;
+  if (index == none || open_.at(index) != form) return;
   end_implied(true, token.extent.begin);
   if (open_.size() == index + 1) {
     close_through(index, token.extent);
@@ -369,16 +367,17 @@ void TreeBuilder::end_formatting(std::size_t index, Range tag) {
 
 // --- Open elements ---
 
-void TreeBuilder::open(std::unique_ptr<Node> node) {
-  node->has_content = true;
-  open_.push(append(std::move(node)));
+void TreeBuilder::open(const Token& token, const ElementType& type) {
+  const NodeIndex node = append_element(token, type);
+  tree_.nodes[node].has_content = true;
+  open_.push(node, type);
 }
 
 // All ends of open elements are here.
 void TreeBuilder::close_top(Range tag) {
-  Node* const node = open_.top();
+  const NodeIndex node = open_.top();
   open_.pop();
-  end_node(*node, tag.begin, tag.end);
+  end_node(node, tag);
 }
 
 void TreeBuilder::close_above(std::size_t index, std::size_t at) {

@@ -3,47 +3,31 @@
 #ifndef QO_PAGE_TREE_TREE_BUILDER_H
 #define QO_PAGE_TREE_TREE_BUILDER_H
 
-#include <memory>
+#include <cstddef>
 #include <string_view>
 
 #include <qo_page/tokenizer/tokenizer.h>
-#include <qo_page/tree/node.h>
 #include <qo_page/tree/open_elements.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
-// Is told of each token and, as far as it makes them so, of each node but texts: when it begins, in
-// the order of the source, and when it ends, those inside it first. Its extent is whole when it has
-// ended.
-class TreeObserver {
- public:
-  virtual ~TreeObserver() = default;
-  virtual void token(const Token& token, const Node& holder) = 0;  // the innermost open node
-  virtual void begin(const Node& node) = 0;
-  virtual void end(const Node& node) = 0;
-};
-
 class TreeBuilder {
  public:
-  TreeBuilder(std::string_view source, bool templates);
+  // Fills in the index of a tree that has its source and options, and nothing else.
+  explicit TreeBuilder(Tree& tree);
 
-  // Reads the whole source. To be called once, as is the next.
-  std::unique_ptr<DocumentNode> build();
-
-  // The same for an observer, without a tree: nodes have neither texts nor attributes, and what is
-  // inside one is gone after it has ended. Takes little more memory than is open at once.
-  void observe(TreeObserver& observer);
+  // Reads the whole source. To be called once.
+  void build();
 
  private:
-  void read();
   void take(const Token& token);
 
-  // --- Nodes (nodes.cpp) ---
-  std::unique_ptr<Node> make_element(const Token& token, Tag tag, Space space);
-  void add_attributes(Node& node, const Token& token);
-  Node* append(std::unique_ptr<Node> node);
-  void append_whole(std::unique_ptr<Node> node);
-  void end_node(Node& node, std::size_t content_end, std::size_t end);
+  // --- Records (records.cpp) ---
+  NodeIndex append(NodeKind kind, Range extent);
+  NodeIndex append_element(const Token& token, const ElementType& type);
+  void append_attributes(const Token& token);
+  void end_node(NodeIndex node, Range tag);
   void text(const Token& token);
   void section(const Token& token);
   void declaration(const Token& token);
@@ -53,6 +37,7 @@ class TreeBuilder {
   void html_start_tag(const Token& token, Tag tag);
   void foreign_start_tag(const Token& token, Tag tag);
   bool is_foreign_content(Tag tag) const;
+  bool is_annotation_of_html() const;
   bool breaks_out(const Token& token, Tag tag) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
@@ -77,21 +62,19 @@ class TreeBuilder {
   std::size_t heading_in_scope() const;
 
   // --- Open elements ---
-  void open(std::unique_ptr<Node> node);
+  void open(const Token& token, const ElementType& type);
   void close_top(Range tag);
   void close_top(std::size_t at) { close_through(open_.size() - 1, {at, at}); }
   void close_above(std::size_t index, std::size_t at);
   void close_through(std::size_t index, Range tag);
-  Node* current() const { return open_.empty() ? document_.get() : open_.top(); }
+  NodeIndex current() const { return open_.empty() ? document_index : open_.top(); }
+  NodeIndex next_index() const { return static_cast<NodeIndex>(tree_.nodes.size()); }
 
-  static constexpr std::size_t no_form = static_cast<std::size_t>(-1);
-
+  Tree& tree_;
   std::string_view source_;
   Tokenizer tokenizer_;
-  std::unique_ptr<DocumentNode> document_;
   OpenElements open_;
-  TreeObserver* observer_ = nullptr;
-  std::size_t form_ = no_form;  // where the last form is that no end tag has ended
+  NodeIndex form_ = no_node;  // the last one that no end tag has ended
   bool has_html_ = false, has_head_ = false, has_body_ = false;
   bool is_quirky_ = true;
 };

@@ -1,0 +1,99 @@
+#include <qo_page/page.h>
+
+#include <algorithm>
+
+#include <qo_page/selector.h>
+#include <qo_page/tree/node_access.h>
+#include <qo_page/tree/tree_builder.h>
+
+namespace qo {
+
+namespace {
+
+constexpr std::size_t most_bytes = std::size_t{1} << 32;
+constexpr std::size_t sample_length = 1024;  // of a text, that tells its encoding
+
+// Whether every second byte of the beginning is zero, and the others are not.
+bool has_zeros_at(std::string_view text, std::size_t remainder) {
+  const std::size_t length = std::min(text.size(), sample_length) & ~std::size_t{1};
+  for (std::size_t i = 0; i < length; ++i) {
+    if ((text[i] == '\0') != (i % 2 == remainder)) return false;
+  }
+  return length >= 4;
+}
+
+bool is_utf16(std::string_view text) {
+  const std::string_view mark = text.substr(0, 2);
+  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || has_zeros_at(text, 0) || has_zeros_at(text, 1);
+}
+
+}  // namespace
+
+Page::Page(std::string source, PageOptions options) {
+  if (is_utf16(source)) {
+    throw Error("the text is UTF-16; iconv -f UTF-16 -t UTF-8 makes it readable", 0);
+  }
+  if (source.size() >= most_bytes) throw Error("the text has 4 GiB or more", most_bytes);
+  auto tree = std::make_unique<Tree>();
+  tree->source = std::move(source);
+  tree->options = options;
+  TreeBuilder(*tree).build();
+  tree_ = std::move(tree);
+}
+
+Page::~Page() = default;
+Page::Page(Page&&) noexcept = default;
+Page& Page::operator=(Page&&) noexcept = default;
+
+const std::string& Page::source() const& {
+  return PageAccess::tree(*this).source;
+}
+const PageOptions& Page::options() const& {
+  return PageAccess::tree(*this).options;
+}
+Node Page::document() const& {
+  return NodeAccess::node(PageAccess::tree(*this), document_index);
+}
+
+std::vector<Node> Page::select(const Selector& selector, std::size_t most) const& {
+  return selector.select(document(), most);
+}
+std::vector<Node> Page::select(std::string_view selector, std::size_t most) const& {
+  return select(Selector(selector), most);
+}
+
+Node Page::first(const Selector& selector) const& {
+  const std::vector<Node> found = select(selector, 1);
+  return found.empty() ? Node() : found[0];
+}
+Node Page::first(std::string_view selector) const& {
+  return first(Selector(selector));
+}
+
+Node Page::closest(Node node, const Selector& selector) const& {
+  NodeAccess::index_in(PageAccess::tree(*this), node);
+  const std::vector<Node> found = select(selector);
+  while (node && !std::binary_search(found.begin(), found.end(), node)) node = node.parent();
+  return node;
+}
+Node Page::closest(Node node, std::string_view selector) const& {
+  return closest(node, Selector(selector));
+}
+
+Node Page::node_at(std::size_t index) const& {
+  if (index >= node_count()) throw Error("there is no node of that number");
+  return NodeAccess::node(PageAccess::tree(*this), static_cast<NodeIndex>(index));
+}
+std::size_t Page::node_count() const {
+  return PageAccess::tree(*this).size();
+}
+
+Position Page::position_of(std::size_t offset) const {
+  const std::string_view source = PageAccess::tree(*this).source;
+  if (offset > source.size()) throw Error("the offset is beyond the source", offset);
+  const std::string_view before = source.substr(0, offset);
+  const auto breaks = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+  return {breaks + 1, offset - (before.rfind('\n') + 1) + 1};  // npos + 1 is 0
+}
+
+}  // namespace qo
