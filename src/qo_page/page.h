@@ -98,6 +98,8 @@ class QO_PAGE_API Page {
 
  private:
   friend struct PageAccess;
+  explicit Page(std::unique_ptr<Tree> tree);
+
   std::unique_ptr<Tree> tree_;
 };
 

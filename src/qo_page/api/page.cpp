@@ -41,6 +41,7 @@ Page::Page(std::string source, PageOptions options) {
   tree_ = std::move(tree);
 }
 
+Page::Page(std::unique_ptr<Tree> tree) : tree_(std::move(tree)) {}
 Page::~Page() = default;
 Page::Page(Page&&) noexcept = default;
 Page& Page::operator=(Page&&) noexcept = default;

@@ -31,58 +31,59 @@ bool may_have_tag(std::string_view text) {
 
 }  // namespace
 
-Reading reading_after(const NodeEdits& edits) {
-  const Node& node = *edits.node;
-  if (edits.find({Kind::unwrap}) != nullptr) return Reading::markup;
+ContentModel content_model_after(const Tree& tree, const NodeEdits& edits) {
+  const NodeRecord& node = tree[edits.node];
+  if (edits.find({Kind::unwrap}) != nullptr) return ContentModel::data;
   const Operation* const rename = edits.find({Kind::rename});
-  const bool is_renamed = rename != nullptr && node.space == Space::html;
-  return is_renamed ? reading_of(find_tag(rename->name)) : reading_of(node);
+  const bool is_renamed = rename != nullptr && node.space == Namespace::html;
+  return is_renamed ? content_model(find_tag(rename->name)) : content_model(node);
 }
 
 void EditGuard::check(const NodeEdits& edits) {
   check_content(edits);
   check_rename(edits);
-  if (page_.options().templates) check_blocks(edits);
+  if (tree_.options.templates) check_blocks(edits);
 }
 
 // Without an end tag of its own, an element may end in another branch than it begins in.
 void EditGuard::check_blocks(const NodeEdits& edits) {
-  const Node& node = *edits.node;
-  const Extent& extent = node.extent;
+  const NodeRecord& node = tree_[edits.node];
+  const Extent extent = tree_.extent(edits.node);
   const bool is_open = node.has_content && extent.content_end == extent.end;
   const bool on_whole = edits.find({Kind::remove, Kind::replace, Kind::rename, Kind::unwrap,
                                     Kind::wrap}) != nullptr ||
                         (is_open && edits.find({Kind::append, Kind::insert_after}) != nullptr);
   const bool on_content = edits.find({Kind::set_text, Kind::set_html}) != nullptr;
   if (!on_whole && !on_content) return;
-  const std::string_view source = page_.source();
+  const std::string_view source = tree_.source;
   if (!blocks_) blocks_.emplace(source);
   std::optional<CodeBlocks::Cut> cut;
-  if (on_whole || node.isText) cut = blocks_->cut(extent.begin, extent.end);
+  if (on_whole || node.kind == NodeKind::text) cut = blocks_->cut(extent.begin, extent.end);
   if (!cut && on_content) cut = blocks_->cut(extent.content_begin, extent.content_end);
   if (!cut) return;
   const auto code = [source](const CodePiece& piece) {
     return shortened(source.substr(piece.begin, piece.end - piece.begin));
   };
-  throw Error(code(cut->within) + " in " + named(node) + " belongs to " + code(cut->outside) +
-                  " outside of it",
+  throw Error(code(cut->within) + " in " + named(tree_, edits.node) + " belongs to " +
+                  code(cut->outside) + " outside of it",
               extent.begin);
 }
 
 void EditGuard::check_rename(const NodeEdits& edits) const {
-  const Node& node = *edits.node;
+  const NodeRecord& node = tree_[edits.node];
   const Operation* const rename = edits.find({Kind::rename});
-  if (rename == nullptr || node.space != Space::html) return;
+  if (rename == nullptr || node.space != Namespace::html) return;
   const Tag name = find_tag(rename->name);
-  const Extent& extent = node.extent;
+  const Extent extent = tree_.extent(edits.node);
   const bool is_open = node.has_content && extent.content_end == extent.end;
-  if (is_open && has(name, tag_flags::formatting) && !has(node.name, tag_flags::formatting)) {
-    throw Error(named(node) + " has no end tag: as <" + rename->name + "> it would stay open",
-                extent.begin);
+  if (is_open && has(name, tag_flags::formatting) && !has(node.tag, tag_flags::formatting)) {
+    throw Error(
+        named(tree_, edits.node) + " has no end tag: as <" + rename->name + "> it would stay open",
+        extent.begin);
   }
   if (drops_line_break(node) == drops_line_break(name) ||
       edits.find({Kind::set_text, Kind::set_html}) != nullptr ||
-      line_break_length(page_.inner_html(&node)) == 0) {
+      line_break_length(tree_.inner_html(edits.node)) == 0) {
     return;
   }
   throw Error(std::string("the line break after the tag would ") +
@@ -92,19 +93,20 @@ void EditGuard::check_rename(const NodeEdits& edits) const {
 
 // The new name, or the content around, may read references and tags where the old one has none.
 void EditGuard::check_content(const NodeEdits& edits) const {
-  const Node& node = *edits.node;
-  const Reading before = reading_of(node);
-  const Reading after = reading_after(edits);
+  const NodeRecord& node = tree_[edits.node];
+  const ContentModel before = content_model(node);
+  const ContentModel after = content_model_after(tree_, edits);
   if (before == after || edits.find({Kind::set_text, Kind::set_html}) != nullptr) return;
-  const std::string_view content = page_.inner_html(&node);
-  const bool differs_in_references = (before == Reading::literal) != (after == Reading::literal);
-  const bool differs_in_tags = (before == Reading::markup) != (after == Reading::markup);
+  const std::string_view content = tree_.inner_html(edits.node);
+  const bool differs_in_references =
+      (before == ContentModel::rawtext) != (after == ContentModel::rawtext);
+  const bool differs_in_tags = (before == ContentModel::data) != (after == ContentModel::data);
   const bool changes_references = differs_in_references && has_reference(content);
   if (!changes_references && !(differs_in_tags && may_have_tag(content))) return;
   throw Error("the edit would change how the " +
-                  std::string(changes_references ? "references" : "tags") + " in " + named(node) +
-                  " are read",
-              node.extent.begin);
+                  std::string(changes_references ? "references" : "tags") + " in " +
+                  named(tree_, edits.node) + " are read",
+              node.begin);
 }
 
 }  // namespace qo

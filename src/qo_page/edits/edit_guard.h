@@ -7,17 +7,17 @@
 
 #include <qo_page/edits/node_edits.h>
 #include <qo_page/template/code_blocks.h>
-#include <qo_page/tree/reading.h>
+#include <qo_page/tree/content_model.h>
 
 namespace qo {
 
 // That of a node's content when the edits are made.
-Reading reading_after(const NodeEdits& edits);
+ContentModel content_model_after(const Tree& tree, const NodeEdits& edits);
 
 class EditGuard {
  public:
-  // The page must outlive the object.
-  explicit EditGuard(const Page& page) : page_(page) {}
+  // The tree must outlive the object.
+  explicit EditGuard(const Tree& tree) : tree_(tree) {}
 
   // Throws Error when the edits would give a part of a block of template code another fate than the
   // rest, or would have what stays of the content, or comes after it, read otherwise than before.
@@ -28,7 +28,7 @@ class EditGuard {
   void check_content(const NodeEdits& edits) const;
   void check_rename(const NodeEdits& edits) const;
 
-  const Page& page_;
+  const Tree& tree_;
   std::optional<CodeBlocks> blocks_;  // made when an edit needs them
 };
 

@@ -21,6 +21,9 @@ enum class CodeRole {
 
 CodeRole role_of(std::string_view code);
 
+// What template code may begin with.
+constexpr std::string_view code_openers[] = {"<?", "<%", "{{", "{%", "{#"};
+
 // Finds the ends of template code. Calls should come in the order of the source: what was found is
 // remembered, so that all of them take time in proportion to the source.
 class CodeScanner {

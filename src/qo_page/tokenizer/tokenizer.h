@@ -40,7 +40,9 @@ struct Token {
 // of the source cuts off is text.
 class Tokenizer {
  public:
-  Tokenizer(std::string_view source, bool templates) : source_(source), code_(source, templates) {}
+  // `begin`: where to begin, between two tokens.
+  Tokenizer(std::string_view source, bool templates, std::size_t begin = 0)
+      : source_(source), code_(source, templates), position_(begin) {}
 
   // Reads the next token; false at the end of the source.
   bool next(Token& token);
@@ -74,7 +76,7 @@ class Tokenizer {
   std::string_view source_;
   CodeScanner code_;
   Finder comment_end_{"-->"};
-  std::size_t position_ = 0;
+  std::size_t position_;
   Tag raw_ = Tag::unknown;
   bool cdata_ = false;
 };
