@@ -3,6 +3,7 @@
 #include <string>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/base/words.h>
 #include <qo_page/decode.h>
 #include <qo_page/edits/edit_error.h>
 #include <qo_page/text/node_text.h>
@@ -29,6 +30,77 @@ bool may_have_tag(std::string_view text) {
   return false;
 }
 
+bool are_all(const NodeEdits& edits, std::initializer_list<Kind> kinds) {
+  return std::all_of(edits.operations.begin(), edits.operations.end(),
+                     [kinds](const Operation* operation) {
+                       return std::find(kinds.begin(), kinds.end(), operation->kind) != kinds.end();
+                     });
+}
+
+bool is_only_in_front(const NodeEdits& edits) {
+  return are_all(edits, {Kind::insert_before});
+}
+
+bool is_only_on_attributes(const NodeEdits& edits) {
+  return are_all(
+      edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
+              Kind::remove_attribute, Kind::add_class, Kind::remove_class, Kind::substitute_value});
+}
+
+// An element with "/>" and an end tag of its own ends there for both.
+bool is_same_end(const AuthorReading& author, const Node& node, std::string_view source) {
+  const Extent& extent = node.extent;
+  const Extent* const authors = author.extent_at(extent.begin);
+  if (authors == nullptr || authors->content_begin != extent.content_begin) return false;
+  if (authors->content_end == extent.content_end && authors->end == extent.end) return true;
+  const bool is_closed_at_once = source[extent.content_begin - 2] == '/';
+  return is_closed_at_once && extent.content_end < extent.end &&
+         !author.has_end_tag(extent.content_end);
+}
+
+std::string_view without_end(std::string_view text, std::string_view end) {
+  const bool has_end = text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+  return has_end ? text.substr(0, text.size() - end.size()) : text;
+}
+
+std::string_view without_blanks_at_end(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+// The operator of an expression in braces that a text ends with, but for blanks and a parenthesis.
+std::string_view operator_at_end(std::string_view text) {
+  static constexpr std::string_view operators[] = {"&&", "||", "??", "=>", "return", "?", ":"};
+  text = without_blanks_at_end(without_end(without_blanks_at_end(text), "("));
+  for (const std::string_view one : operators) {
+    if (without_end(text, one).size() < text.size()) return one;
+  }
+  return std::string_view();
+}
+
+// That in front of an element, in the text beside it: "{a ? (" has one, and so has ") : (" after
+// the element that is the operand of the first.
+std::string_view operator_in_front(const Node& element) {
+  const Node* before = as_node(element.prevSibling);
+  if (before == nullptr || !before->isText) return std::string_view();
+  const std::string_view found = operator_at_end(before->text);
+  if (found == ":" && before->prevSibling != nullptr) {
+    const std::string_view between = without_leading(before->text, " \t\r\n)");
+    const bool is_second =
+        between.substr(0, 1) == ":" && before->prevSibling->prevSibling != nullptr;
+    const _qo_html* const first = is_second ? before->prevSibling->prevSibling : nullptr;
+    return first != nullptr && first->isText && operator_at_end(first->text) == "?"
+               ? found
+               : std::string_view();
+  }
+  const bool is_in_braces = found != ":" && before->text.find('{') != std::string::npos;
+  return is_in_braces ? found : std::string_view();
+}
+
+std::string where_it_ends(const AuthorReading& author, const Node& node) {
+  return "where " + named(node) + " ends depends on how " +
+         shortened(author.reason_for(node.extent)) + " is read";
+}
+
 }  // namespace
 
 Reading reading_after(const NodeEdits& edits) {
@@ -40,9 +112,64 @@ Reading reading_after(const NodeEdits& edits) {
 }
 
 void EditGuard::check(const NodeEdits& edits) {
+  if (as_document(*page_.document()).has_odd_tags) check_place(edits);
   check_content(edits);
   check_rename(edits);
-  if (page_.options().templates) check_blocks(edits);
+  if (!page_.options().templates) return;
+  check_operand(edits);
+  check_blocks(edits);
+}
+
+void EditGuard::check_place(const NodeEdits& edits) {
+  if (!author_) author_.emplace(page_.source(), page_.options().templates);
+  const Node& node = *edits.node;
+  const OddTag* const odd = author_->odd_tag_at(node.extent.begin);
+  if (odd != nullptr && odd->tag.begin < node.extent.begin) {
+    throw Error(named(node) + " may lie within a tag that leaves a bracket open: " +
+                    shortened(odd->tag.in(page_.source())),
+                node.extent.begin);
+  }
+  if (odd != nullptr && !is_only_in_front(edits)) {
+    throw Error("the tag may end elsewhere, since a bracket is left open: " +
+                    shortened(page_.source().substr(odd->bracket.begin,
+                                                    odd->bracket.end - odd->bracket.begin)),
+                node.extent.begin);
+  }
+  if (node.isText) return check_text_place(node);
+  check_extent(edits);
+}
+
+// What is no markup for a browser may be some for the author.
+void EditGuard::check_text_place(const Node& text) const {
+  const Node& parent = *as_node(text.parent);
+  if (reading_of(parent) == Reading::markup || parent.kind != NodeKind::element) return;
+  const Extent* const authors = author_->extent_at(parent.extent.begin);
+  if (authors != nullptr && is_same_end(*author_, parent, page_.source())) return;
+  throw Error(where_it_ends(*author_, parent), text.extent.begin);
+}
+
+// An edit needs the parts of the node that it touches to be where they are for both.
+void EditGuard::check_extent(const NodeEdits& edits) const {
+  const Node& node = *edits.node;
+  const Extent* const authors = author_->extent_at(node.extent.begin);
+  const bool is_same_tag =
+      authors != nullptr && authors->content_begin == node.extent.content_begin;
+  if (authors != nullptr && is_only_in_front(edits)) return;
+  if (is_same_tag && is_only_on_attributes(edits)) return;
+  if (is_same_tag && is_same_end(*author_, node, page_.source())) return;
+  throw Error(where_it_ends(*author_, node), node.extent.begin);
+}
+
+// {a && <b>c</b>} needs an element, and just one.
+void EditGuard::check_operand(const NodeEdits& edits) const {
+  const Operation* const operation =
+      edits.find({Kind::remove, Kind::unwrap, Kind::insert_before, Kind::insert_after});
+  if (operation == nullptr || edits.node->kind != NodeKind::element) return;
+  const std::string_view operator_before = operator_in_front(*edits.node);
+  if (operator_before.empty()) return;
+  throw Error(named(*edits.node) + " may be an operand of an expression, after " +
+                  shortened(operator_before),
+              edits.node->extent.begin);
 }
 
 // Without an end tag of its own, an element may end in another branch than it begins in.

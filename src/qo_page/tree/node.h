@@ -38,6 +38,9 @@ class DocumentNode : public Node {
   // Those of all forms but for the ones in a template, and in other forms, which a browser drops.
   std::vector<FormRange> form_ranges;
 
+  // Some tag may end elsewhere, or end its element, for its author.
+  bool has_odd_tags = false;
+
   // The elements of each known name, in document order: what looks for a name need not walk.
   std::vector<Node*> elements[static_cast<std::size_t>(Tag::count)];
 };

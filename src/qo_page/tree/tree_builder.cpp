@@ -34,8 +34,11 @@ std::size_t innermost_of(std::initializer_list<std::size_t> indexes) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(std::string_view source, bool templates)
-    : source_(source), tokenizer_(source, templates), document_(std::make_unique<DocumentNode>()) {
+TreeBuilder::TreeBuilder(std::string_view source, bool templates, Reader reader)
+    : source_(source),
+      reader_(reader),
+      tokenizer_(source, templates, reader),
+      document_(std::make_unique<DocumentNode>()) {
   document_->isRoot = true;
   document_->closed = true;
   document_->kind = NodeKind::document;
@@ -84,6 +87,7 @@ void TreeBuilder::take(const Token& token) {
 
 void TreeBuilder::start_tag(const Token& token) {
   const Tag tag = find_tag(token.name.in(source_));
+  document_->has_odd_tags = document_->has_odd_tags || token.may_be_odd;
   if (is_foreign_content(tag) && !breaks_out(token, tag)) return foreign_start_tag(token, tag);
   while (is_foreign_content(tag)) close_top(token.extent.begin);
   html_start_tag(token, tag);
@@ -94,10 +98,11 @@ void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
   end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
   const Space space = tag == Tag::svg_ ? Space::svg : tag == Tag::math_ ? Space::math : Space::html;
-  if (tag == Tag::form_ && !in_template()) begin_form(token);
+  if (tag == Tag::form_ && !in_template() && !is_closed_by_author(token)) begin_form(token);
   auto node = make_element(token, tag, space);
   if (is_empty) return append_whole(std::move(node));
   open(std::move(node));
+  document_->has_odd_tags = document_->has_odd_tags || token.self_closing;
   if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) tokenizer_.begin_raw_content(tag);
 }
 
@@ -123,10 +128,14 @@ void TreeBuilder::begin_form(const Token& token) {
   document_->form_ranges.push_back({form_, source_.size()});
 }
 
+bool TreeBuilder::is_closed_by_author(const Token& token) const {
+  return reader_ == Reader::author && token.self_closing;
+}
+
 // Void elements, what closes itself in svg and math, a tag of a template's own that does, such as
 // <c:out/>, and a form between the parts of a table.
 bool TreeBuilder::is_without_content(const Token& token, Tag tag) {
-  if (has(tag, void_content)) return true;
+  if (has(tag, void_content) || is_closed_by_author(token)) return true;
   const bool has_prefix = token.name.in(source_).find(':') != std::string_view::npos;
   if (has_prefix && token.self_closing) return tokenizer_.code().enabled();
   if (tag == Tag::svg_ || tag == Tag::math_) return token.self_closing;

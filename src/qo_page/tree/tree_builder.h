@@ -25,7 +25,7 @@ class TreeObserver {
 
 class TreeBuilder {
  public:
-  TreeBuilder(std::string_view source, bool templates);
+  TreeBuilder(std::string_view source, bool templates, Reader reader = Reader::browser);
 
   // Reads the whole source. To be called once, as is the next.
   std::unique_ptr<DocumentNode> build();
@@ -54,6 +54,7 @@ class TreeBuilder {
   void foreign_start_tag(const Token& token, Tag tag);
   bool is_foreign_content(Tag tag) const;
   bool breaks_out(const Token& token, Tag tag) const;
+  bool is_closed_by_author(const Token& token) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
   void begin_form(const Token& token);
@@ -87,6 +88,7 @@ class TreeBuilder {
   static constexpr std::size_t no_form = static_cast<std::size_t>(-1);
 
   std::string_view source_;
+  Reader reader_;
   Tokenizer tokenizer_;
   std::unique_ptr<DocumentNode> document_;
   OpenElements open_;
