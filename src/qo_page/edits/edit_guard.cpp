@@ -3,9 +3,9 @@
 #include <string>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/base/words.h>
 #include <qo_page/decode.h>
 #include <qo_page/edits/edit_error.h>
+#include <qo_page/edits/neighbours.h>
 #include <qo_page/text/node_text.h>
 
 namespace qo {
@@ -58,44 +58,6 @@ bool is_same_end(const AuthorReading& author, const Node& node, std::string_view
          !author.has_end_tag(extent.content_end);
 }
 
-std::string_view without_end(std::string_view text, std::string_view end) {
-  const bool has_end = text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-  return has_end ? text.substr(0, text.size() - end.size()) : text;
-}
-
-std::string_view without_blanks_at_end(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(blanks) + 1);
-}
-
-// The operator of an expression in braces that a text ends with, but for blanks and a parenthesis.
-std::string_view operator_at_end(std::string_view text) {
-  static constexpr std::string_view operators[] = {"&&", "||", "??", "=>", "return", "?", ":"};
-  text = without_blanks_at_end(without_end(without_blanks_at_end(text), "("));
-  for (const std::string_view one : operators) {
-    if (without_end(text, one).size() < text.size()) return one;
-  }
-  return std::string_view();
-}
-
-// That in front of an element, in the text beside it: "{a ? (" has one, and so has ") : (" after
-// the element that is the operand of the first.
-std::string_view operator_in_front(const Node& element) {
-  const Node* before = as_node(element.prevSibling);
-  if (before == nullptr || !before->isText) return std::string_view();
-  const std::string_view found = operator_at_end(before->text);
-  if (found == ":" && before->prevSibling != nullptr) {
-    const std::string_view between = without_leading(before->text, " \t\r\n)");
-    const bool is_second =
-        between.substr(0, 1) == ":" && before->prevSibling->prevSibling != nullptr;
-    const _qo_html* const first = is_second ? before->prevSibling->prevSibling : nullptr;
-    return first != nullptr && first->isText && operator_at_end(first->text) == "?"
-               ? found
-               : std::string_view();
-  }
-  const bool is_in_braces = found != ":" && before->text.find('{') != std::string::npos;
-  return is_in_braces ? found : std::string_view();
-}
-
 std::string where_it_ends(const AuthorReading& author, const Node& node) {
   return "where " + named(node) + " ends depends on how " +
          shortened(author.reason_for(node.extent)) + " is read";
@@ -116,7 +78,7 @@ void EditGuard::check(const NodeEdits& edits) {
   check_content(edits);
   check_rename(edits);
   if (!page_.options().templates) return;
-  check_operand(edits);
+  check_neighbours(edits);
   check_blocks(edits);
 }
 
@@ -158,18 +120,6 @@ void EditGuard::check_extent(const NodeEdits& edits) const {
   if (is_same_tag && is_only_on_attributes(edits)) return;
   if (is_same_tag && is_same_end(*author_, node, page_.source())) return;
   throw Error(where_it_ends(*author_, node), node.extent.begin);
-}
-
-// {a && <b>c</b>} needs an element, and just one.
-void EditGuard::check_operand(const NodeEdits& edits) const {
-  const Operation* const operation =
-      edits.find({Kind::remove, Kind::unwrap, Kind::insert_before, Kind::insert_after});
-  if (operation == nullptr || edits.node->kind != NodeKind::element) return;
-  const std::string_view operator_before = operator_in_front(*edits.node);
-  if (operator_before.empty()) return;
-  throw Error(named(*edits.node) + " may be an operand of an expression, after " +
-                  shortened(operator_before),
-              edits.node->extent.begin);
 }
 
 // Without an end tag of its own, an element may end in another branch than it begins in.

@@ -28,7 +28,6 @@ class EditGuard {
  private:
   void check_place(const NodeEdits& edits);
   void check_text_place(const Node& text) const;
-  void check_operand(const NodeEdits& edits) const;
   void check_extent(const NodeEdits& edits) const;
   void check_blocks(const NodeEdits& edits);
   void check_content(const NodeEdits& edits) const;
