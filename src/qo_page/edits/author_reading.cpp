@@ -26,7 +26,8 @@ void AuthorReading::token(const Token& token, const Node& /*holder*/) {
   const bool is_odd = !token.open_bracket.empty();
   const bool is_closed =
       token.self_closing && !has(find_tag(token.name.in(source_)), tag_flags::void_content);
-  if (is_odd || is_closed) reasons_.push_back(token.extent);
+  const bool is_component = may_name_component(token.name.in(source_));
+  if (is_odd || is_closed || is_component) reasons_.push_back(token.extent);
   // The text after a tag whose bracket is never closed may be a part of it, too.
   const bool is_unclosed = token.open_bracket.end <= token.open_bracket.begin + 1;
   const std::size_t end = token.extent.end + (is_unclosed ? 1 : 0);

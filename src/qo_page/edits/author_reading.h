@@ -41,7 +41,7 @@ class AuthorReading : public TreeObserver {
  private:
   std::string_view source_;
   std::vector<OddTag> odd_tags_;
-  std::vector<Range> reasons_;         // odd tags, and those that end in "/>"
+  std::vector<Range> reasons_;         // odd tags, components, and what ends in "/>"
   std::vector<Extent> extents_;        // in document order
   std::vector<std::size_t> open_;      // indexes of extents
   std::vector<std::size_t> end_tags_;  // where they begin

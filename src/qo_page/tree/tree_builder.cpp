@@ -43,6 +43,7 @@ TreeBuilder::TreeBuilder(std::string_view source, bool templates, Reader reader)
   document_->closed = true;
   document_->kind = NodeKind::document;
   document_->extent = {0, 0, source.size(), source.size()};
+  if (reader == Reader::author) components_.emplace(source);
 }
 
 std::unique_ptr<DocumentNode> TreeBuilder::build() {
@@ -86,8 +87,8 @@ void TreeBuilder::take(const Token& token) {
 // --- Start tags ---
 
 void TreeBuilder::start_tag(const Token& token) {
-  const Tag tag = find_tag(token.name.in(source_));
-  document_->has_odd_tags = document_->has_odd_tags || token.may_be_odd;
+  const Tag tag = tag_of(token);
+  document_->has_odd_tags = document_->has_odd_tags || is_odd(token);
   if (is_foreign_content(tag) && !breaks_out(token, tag)) return foreign_start_tag(token, tag);
   while (is_foreign_content(tag)) close_top(token.extent.begin);
   html_start_tag(token, tag);
@@ -126,6 +127,16 @@ bool TreeBuilder::is_repeated(Tag tag) {
 void TreeBuilder::begin_form(const Token& token) {
   form_ = token.extent.begin;
   document_->form_ranges.push_back({form_, source_.size()});
+}
+
+Tag TreeBuilder::tag_of(const Token& token) const {
+  const std::string_view name = token.name.in(source_);
+  return components_ ? components_->tag_of(name) : find_tag(name);
+}
+
+// Whether its author may read the tag otherwise.
+bool TreeBuilder::is_odd(const Token& token) const {
+  return token.may_be_odd || may_name_component(token.name.in(source_));
 }
 
 bool TreeBuilder::is_closed_by_author(const Token& token) const {
@@ -294,7 +305,7 @@ void TreeBuilder::end_table_in_table(std::size_t at) {
 
 void TreeBuilder::end_tag(const Token& token) {
   const std::string_view name = token.name.in(source_);
-  const Tag tag = find_tag(name);
+  const Tag tag = tag_of(token);
   if (tag == Tag::p_ || tag == Tag::br_) {
     while (is_foreign_content(tag)) close_top(token.extent.begin);
   }

@@ -4,8 +4,10 @@
 #define QO_PAGE_TREE_TREE_BUILDER_H
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
+#include <qo_page/tokenizer/component_names.h>
 #include <qo_page/tokenizer/tokenizer.h>
 #include <qo_page/tree/node.h>
 #include <qo_page/tree/open_elements.h>
@@ -54,6 +56,8 @@ class TreeBuilder {
   void foreign_start_tag(const Token& token, Tag tag);
   bool is_foreign_content(Tag tag) const;
   bool breaks_out(const Token& token, Tag tag) const;
+  Tag tag_of(const Token& token) const;
+  bool is_odd(const Token& token) const;
   bool is_closed_by_author(const Token& token) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
@@ -89,6 +93,7 @@ class TreeBuilder {
 
   std::string_view source_;
   Reader reader_;
+  std::optional<ComponentNames> components_;  // of an author's reading
   Tokenizer tokenizer_;
   std::unique_ptr<DocumentNode> document_;
   OpenElements open_;
