@@ -5,6 +5,7 @@
 #include <qo_html/qo_html_walk.h>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/text/node_text.h>
 #include <qo_page/text/readable_text.h>
 #include <qo_page/tree/node.h>
 
@@ -20,7 +21,8 @@ constexpr std::size_t all_rows = SIZE_MAX;  // to the end of the group
 std::size_t span(const Node& cell, std::string_view name, std::size_t most) {
   for (const Attribute& attribute : cell.attributes) {
     if (!equals_without_case(attribute.name, name)) continue;
-    const char* digit = attribute.value.c_str();
+    const std::string value = value_of(attribute, TextForm::decoded);
+    const char* digit = value.c_str();
     while (is_blank(*digit)) ++digit;
     if (!is_digit(*digit)) return 1;
     std::size_t number = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/tokenizer/brackets.h>
 
 namespace qo {
 
@@ -29,6 +30,8 @@ bool TagReader::read(std::size_t begin) {
   position_ = begin;
   token_.attributes.clear();
   token_.self_closing = false;
+  token_.may_be_odd = false;
+  token_.open_bracket = {};
   blocks_.reset();
   tag_name();
   token_.items_end = position_;
@@ -111,7 +114,7 @@ bool TagReader::attribute_name() {
     const std::size_t end = may_be_code() ? code_end() : 0;
     if (end == 0) {
       is_named = true;
-      ++position_;
+      take_character(true);
       continue;
     }
     const bool is_output = role_of(code_until(end)) == CodeRole::output;
@@ -138,12 +141,51 @@ void TagReader::value(AttributeToken& attribute) {
 void TagReader::quoted_value(AttributeToken& attribute) {
   attribute.quote = source_[position_++];
   attribute.value.begin = position_;
-  while (!at_end() && source_[position_] != attribute.quote) {
+  until_quote(attribute.quote);
+  const bool is_glued = position_ + 1 < source_.size() && !is_blank(source_[position_ + 1]) &&
+                        source_[position_ + 1] != '>' && source_[position_ + 1] != '/';
+  token_.may_be_odd = token_.may_be_odd || is_glued;
+  if (is_glued && is_for_author()) glued_value(attribute);
+  attribute.value.end = position_;
+  if (!at_end()) ++position_;
+}
+
+void TagReader::until_quote(char quote) {
+  while (!at_end() && source_[position_] != quote) {
     const std::size_t end = may_be_code() ? code_end() : 0;
     position_ = std::max(position_ + 1, end);
   }
-  attribute.value.end = position_;
-  if (!at_end()) ++position_;
+}
+
+// The quote that ends a value may be one of code in it: class="@f("a b")".
+void TagReader::glued_value(AttributeToken& attribute) {
+  CodeScanner& code = code_.ahead();
+  const std::size_t bracket = qo::open_bracket(source_, attribute.value.begin, position_, code);
+  if (bracket == std::string_view::npos) return;
+  const std::size_t found = bracket_end(source_, bracket, code).end;
+  const std::size_t end = std::max(found, bracket + 1);
+  if (token_.open_bracket.empty()) token_.open_bracket = {bracket, end};
+  if (end <= position_) return;
+  position_ = end;
+  until_quote(attribute.quote);
+}
+
+// A character of a name, or of a value without quotes.
+void TagReader::take_character(bool in_name) {
+  const bool is_bracket = opens_bracket(source_[position_]);
+  token_.may_be_odd = token_.may_be_odd || is_bracket;
+  if (is_bracket && is_for_author()) return take_bracket(in_name);
+  ++position_;
+}
+
+// What is in brackets belongs together, whatever ends a name or value for a browser.
+void TagReader::take_bracket(bool in_name) {
+  const BracketEnd found = bracket_end(source_, position_, code_.ahead());
+  const bool is_cut =
+      found.end == 0 || found.has_blank || found.has_tag_end || (in_name && found.has_name_end);
+  const std::size_t end = std::max(found.end, position_ + 1);
+  if (is_cut && token_.open_bracket.empty()) token_.open_bracket = {position_, end};
+  position_ = end;
 }
 
 // Whether a block begins with the code in front of `end` and ends within the tag: {% if x %} does,
@@ -160,7 +202,7 @@ void TagReader::unquoted_value(AttributeToken& attribute) {
   while (!at_end() && !is_blank(source_[position_]) && source_[position_] != '>') {
     const std::size_t end = may_be_code() ? code_end() : 0;
     if (end == 0) {
-      ++position_;
+      take_character(false);
       continue;
     }
     const CodeRole role = role_of(code_until(end));
