@@ -81,7 +81,7 @@ struct PageOptions {
 class QO_PAGE_API Page {
  public:
   // Reads `source`, in time that grows with its length, whatever it holds. Throws Error when the
-  // text is UTF-16, which no other function takes.
+  // text is UTF-16, ISO-2022, HZ or UTF-7, which no other function takes.
   explicit Page(std::string source, PageOptions options = PageOptions());
   ~Page();
   Page(Page&&) noexcept;

@@ -33,20 +33,28 @@ bool is_utf8(std::string_view text) {
   return true;
 }
 
+std::string_view without_quotes(std::string_view label) {
+  constexpr std::string_view around = " \t\r\n\f\"'";
+  label = without_leading(label, around);
+  return label.substr(0, label.find_last_not_of(around) + 1);
+}
+
 // What a <meta> says; empty when it says nothing of the encoding.
 std::string encoding_of(const Node& meta) {
   std::string buffer;
   if (const Attribute* charset = selectors::find_attribute(meta, "charset")) {
-    return std::string(selectors::value_of(*charset, buffer));
+    return std::string(without_quotes(selectors::value_of(*charset, buffer)));
   }
   const Attribute* const content = selectors::find_attribute(meta, "content");
   const bool is_type = selectors::has_value(meta, "http-equiv", "content-type");
   if (content == nullptr || !is_type) return {};
   const std::string value = lower(selectors::value_of(*content, buffer));
-  constexpr std::string_view key = "charset=";
+  constexpr std::string_view key = "charset";
   const std::size_t begin = value.find(key);
   if (begin == std::string::npos) return {};
-  return value.substr(begin + key.size(), value.find(';', begin) - begin - key.size());
+  const std::string_view rest = without_leading(value.substr(begin + key.size()), blanks);
+  if (!begins_with(rest, "=")) return {};
+  return std::string(without_quotes(rest.substr(1, rest.find(';') - 1)));
 }
 
 // The encoding that the head of a page names; empty when there is none.

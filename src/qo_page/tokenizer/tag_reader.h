@@ -31,8 +31,10 @@ class TagReader {
   void quoted_value(AttributeToken& attribute);
   void unquoted_value(AttributeToken& attribute);
   bool is_block(std::string_view opener, std::size_t end);
+  std::unique_ptr<TagBlocks> blocks_from(std::size_t begin);
 
-  std::size_t code_end() { return code_.end_of(position_, CodeScanner::Place::tag); }
+  void items();
+  std::size_t code_end();
   std::string_view code_until(std::size_t end) const {
     return source_.substr(position_, end - position_);
   }
@@ -45,6 +47,7 @@ class TagReader {
   Token& token_;
   std::size_t position_ = 0;
   std::unique_ptr<TagBlocks> blocks_;  // from where they were first asked for
+  bool looks_ahead_ = false;           // for the blocks of another reader's tag
 };
 
 }  // namespace qo
