@@ -35,15 +35,25 @@ bool TagReader::read(std::size_t begin) {
   blocks_.reset();
   tag_name();
   token_.items_end = position_;
-  for (;;) {
-    skip_blanks();
-    if (at_end()) return false;
-    if (source_[position_] == '>') break;
-    item();
-  }
+  items();
+  if (at_end()) return false;
   ++position_;
   token_.extent.end = position_;
   return true;
+}
+
+void TagReader::items() {
+  for (;;) {
+    skip_blanks();
+    if (at_end() || source_[position_] == '>') return;
+    item();
+  }
+}
+
+std::size_t TagReader::code_end() {
+  const std::size_t end = code_.end_of(position_, CodeScanner::Place::tag);
+  if (looks_ahead_ && end != 0) blocks_->add(code_until(end), position_);
+  return end;
 }
 
 void TagReader::skip_blanks() {
@@ -191,8 +201,20 @@ void TagReader::take_bracket(bool in_name) {
 // Whether a block begins with the code in front of `end` and ends within the tag: {% if x %} does,
 // {% url x %} does not.
 bool TagReader::is_block(std::string_view opener, std::size_t end) {
-  if (blocks_ == nullptr) blocks_ = std::make_unique<TagBlocks>(source_, end, code_.ahead());
+  if (looks_ahead_) return true;
+  if (blocks_ == nullptr) blocks_ = blocks_from(end);
   return blocks_->ends_after(opener, end);
+}
+
+// What follows an opener is read alike, whether or not it is one: a blank or the end of the tag.
+std::unique_ptr<TagBlocks> TagReader::blocks_from(std::size_t begin) {
+  Token rest{};
+  TagReader reader(source_, code_.ahead(), rest);
+  reader.looks_ahead_ = true;
+  reader.blocks_ = std::make_unique<TagBlocks>();
+  reader.position_ = begin;
+  reader.items();
+  return std::move(reader.blocks_);
 }
 
 // A piece of code that ends a block ends the value as well, unless the block began in it; one that

@@ -34,12 +34,14 @@ class TagReader {
   void glued_value(AttributeToken& attribute);
   void unquoted_value(AttributeToken& attribute);
   bool is_block(std::string_view opener, std::size_t end);
+  std::unique_ptr<TagBlocks> blocks_from(std::size_t begin);
 
   void take_character(bool in_name);
   void take_bracket(bool in_name);
   bool is_for_author() const { return reader_ == Reader::author && code_.enabled(); }
 
-  std::size_t code_end() { return code_.end_of(position_, CodeScanner::Place::tag); }
+  void items();
+  std::size_t code_end();
   std::string_view code_until(std::size_t end) const {
     return source_.substr(position_, end - position_);
   }
@@ -53,6 +55,7 @@ class TagReader {
   Reader reader_;
   std::size_t position_ = 0;
   std::unique_ptr<TagBlocks> blocks_;  // from where they were first asked for
+  bool looks_ahead_ = false;           // for the blocks of another reader's tag
 };
 
 }  // namespace qo
