@@ -91,9 +91,11 @@ class ControlFinder {
     const NodeIndex fieldset = tree_.parent(legend);
     if (!tree_.is_html(fieldset, Tag::fieldset_)) return;
     const std::size_t depth = path_.size() - (path_.back().element == legend ? 2 : 1);
-    if (path_[depth].has_legend) return;
-    path_[depth].has_legend = true;
-    begin(legend).is_disabled = path_[depth].is_disabled_outside;
+    Surroundings& outside = path_[depth];
+    if (outside.has_legend) return;
+    outside.has_legend = true;
+    const bool is_disabled = outside.is_disabled_outside;
+    begin(legend).is_disabled = is_disabled;
   }
 
   void enter_range(NodeIndex form) {
