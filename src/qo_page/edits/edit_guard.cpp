@@ -5,6 +5,7 @@
 #include <qo_page/base/ascii.h>
 #include <qo_page/decode.h>
 #include <qo_page/edits/edit_error.h>
+#include <qo_page/edits/neighbours.h>
 #include <qo_page/text/node_text.h>
 
 namespace qo {
@@ -29,6 +30,37 @@ bool may_have_tag(std::string_view text) {
   return false;
 }
 
+bool are_all(const NodeEdits& edits, std::initializer_list<Kind> kinds) {
+  return std::all_of(edits.operations.begin(), edits.operations.end(),
+                     [kinds](const Operation* operation) {
+                       return std::find(kinds.begin(), kinds.end(), operation->kind) != kinds.end();
+                     });
+}
+
+bool is_only_in_front(const NodeEdits& edits) {
+  return are_all(edits, {Kind::insert_before});
+}
+
+bool is_only_on_attributes(const NodeEdits& edits) {
+  return are_all(
+      edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
+              Kind::remove_attribute, Kind::add_class, Kind::remove_class, Kind::substitute_value});
+}
+
+// An element with "/>" and an end tag of its own ends there for both.
+bool is_same_end(const AuthorReading& author, const NodeRecord& node) {
+  const NodeRecord* const authors = author.node_at(node.begin);
+  if (authors == nullptr || authors->content_begin != node.content_begin) return false;
+  if (authors->content_end == node.content_end && authors->end == node.end) return true;
+  return node.is_self_closing && node.content_end < node.end &&
+         !author.has_end_tag(node.content_end);
+}
+
+std::string where_it_ends(const AuthorReading& author, const Tree& tree, NodeIndex node) {
+  return "where " + named(tree, node) + " ends depends on how " +
+         shortened(author.reason_for(tree.extent(node))) + " is read";
+}
+
 }  // namespace
 
 ContentModel content_model_after(const Tree& tree, const NodeEdits& edits) {
@@ -40,9 +72,51 @@ ContentModel content_model_after(const Tree& tree, const NodeEdits& edits) {
 }
 
 void EditGuard::check(const NodeEdits& edits) {
+  if (tree_.has_odd_tags) check_place(edits);
   check_content(edits);
   check_rename(edits);
-  if (tree_.options.templates) check_blocks(edits);
+  if (!tree_.options.templates) return;
+  check_neighbours(tree_, edits);
+  check_blocks(edits);
+}
+
+void EditGuard::check_place(const NodeEdits& edits) {
+  if (!author_) author_.emplace(tree_);
+  const NodeRecord& node = tree_[edits.node];
+  const OddTag* const odd = author_->odd_tag_at(node.begin);
+  if (odd != nullptr && odd->tag.begin < node.begin) {
+    throw Error(named(tree_, edits.node) + " may lie within a tag that leaves a bracket open: " +
+                    shortened(odd->tag.in(tree_.source)),
+                node.begin);
+  }
+  if (odd != nullptr && !is_only_in_front(edits)) {
+    throw Error("the tag may end elsewhere, since a bracket is left open: " +
+                    shortened(odd->bracket.in(tree_.source)),
+                node.begin);
+  }
+  if (node.kind == NodeKind::text) return check_text_place(edits.node);
+  check_extent(edits);
+}
+
+// What is no markup for a browser may be some for the author.
+void EditGuard::check_text_place(NodeIndex text) const {
+  const NodeIndex parent = tree_.parent(text);
+  const NodeRecord& around = tree_[parent];
+  const bool is_markup = content_model(around) == ContentModel::data;
+  if (is_markup || around.kind != NodeKind::element) return;
+  if (is_same_end(*author_, around)) return;
+  throw Error(where_it_ends(*author_, tree_, parent), tree_[text].begin);
+}
+
+// An edit needs the parts of the node that it touches to be where they are for both.
+void EditGuard::check_extent(const NodeEdits& edits) const {
+  const NodeRecord& node = tree_[edits.node];
+  const NodeRecord* const authors = author_->node_at(node.begin);
+  const bool is_same_tag = authors != nullptr && authors->content_begin == node.content_begin;
+  if (authors != nullptr && is_only_in_front(edits)) return;
+  if (is_same_tag && is_only_on_attributes(edits)) return;
+  if (is_same_tag && is_same_end(*author_, node)) return;
+  throw Error(where_it_ends(*author_, tree_, edits.node), node.begin);
 }
 
 // Without an end tag of its own, an element may end in another branch than it begins in.

@@ -31,6 +31,12 @@ bool is_utf8(std::string_view text) {
   return true;
 }
 
+std::string_view without_quotes(std::string_view label) {
+  constexpr std::string_view around = " \t\r\n\f\"'";
+  label = without_leading(label, around);
+  return label.substr(0, label.find_last_not_of(around) + 1);
+}
+
 // What a <meta> says; empty when it says nothing of the encoding.
 std::string encoding_of(const Tree& tree, NodeIndex meta) {
   const auto value_of_named = [&](std::string_view name) -> std::optional<std::string> {
@@ -38,16 +44,18 @@ std::string encoding_of(const Tree& tree, NodeIndex meta) {
     if (attribute == nullptr) return std::nullopt;
     return value_of(tree, *attribute, TextForm::decoded);
   };
-  if (const auto charset = value_of_named("charset")) return *charset;
+  if (const auto charset = value_of_named("charset")) return std::string(without_quotes(*charset));
   const auto content = value_of_named("content");
   const auto about = value_of_named("http-equiv");
   const bool is_type = about && equals_without_case(*about, "content-type");
   if (!content || !is_type) return {};
   const std::string value = lower(*content);
-  constexpr std::string_view key = "charset=";
+  constexpr std::string_view key = "charset";
   const std::size_t begin = value.find(key);
   if (begin == std::string::npos) return {};
-  return value.substr(begin + key.size(), value.find(';', begin) - begin - key.size());
+  const std::string_view rest = without_leading(value.substr(begin + key.size()), blanks);
+  if (!begins_with(rest, "=")) return {};
+  return std::string(without_quotes(rest.substr(1, rest.find(';') - 1)));
 }
 
 // The encoding that the head of a page names; empty when there is none.

@@ -53,7 +53,8 @@ void SeamCheck::stray_tags(Range tags) {
   take_until(tags.begin);
   if (next_ == end_ || next_->offset >= tags.end) return;
   const std::string_view source = source_.substr(0, tags.end);
-  Tokenizer tokenizer(source, tree_.options.templates, tags.begin);
+  Tokenizer tokenizer(source, tree_.options.templates);
+  tokenizer.begin_at(tags.begin);
   for (Token token{}; tokenizer.next(token);) tag(token.extent);
 }
 

@@ -75,12 +75,14 @@ bool FormText::has_code(std::string_view value) const {
 
 std::string FormText::attribute(NodeIndex node, std::string_view name) const {
   const AttributeRecord* const found = tree_.find_attribute(node, name);
-  if (found == nullptr) return "";
-  return decoded(tree_.written_value(*found), WrittenText::Kind::value).text();
+  return found == nullptr ? "" : value_of(tree_.written_value(*found));
 }
 
-std::string FormText::content(NodeIndex textarea) const {
-  std::string_view written = tree_.inner_html(textarea);
+std::string FormText::value_of(std::string_view written) const {
+  return decoded(written, WrittenText::Kind::value).text();
+}
+
+std::string FormText::content_of(std::string_view written) const {
   written.remove_prefix(line_break_length(written));
   return with_line_feeds(decoded(written, WrittenText::Kind::text).text());
 }

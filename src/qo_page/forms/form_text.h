@@ -22,8 +22,11 @@ class FormText {
   // The value of an attribute; empty when there is none of that name.
   std::string attribute(NodeIndex node, std::string_view name) const;
 
+  std::string value_of(std::string_view written) const;
+
   // The content of a textarea.
-  std::string content(NodeIndex textarea) const;
+  std::string content(NodeIndex textarea) const { return content_of(tree_.inner_html(textarea)); }
+  std::string content_of(std::string_view written) const;
 
   // The text of an option, its blanks collapsed; without scripts, and without what only another
   // select offers. Code in a tag of its own is in it where it stands for text.

@@ -100,6 +100,10 @@ std::string_view type_name(InputType type) {
   return "text";
 }
 
+bool names_charset(const Tree& tree, NodeIndex input, InputType type) {
+  return type == InputType::hidden && has_value(tree, input, "name", "_charset_");
+}
+
 std::string sanitized_value(const Tree& tree, NodeIndex input, InputType type, std::string value) {
   const auto if_valid = [&value](bool is_valid) { return is_valid ? std::move(value) : ""; };
   switch (type) {

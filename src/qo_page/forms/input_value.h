@@ -41,6 +41,9 @@ InputType input_type(const Tree& tree, NodeIndex input);
 // As it is written in the attribute.
 std::string_view type_name(InputType type);
 
+// Whether the input sends the encoding of the page, whatever its value.
+bool names_charset(const Tree& tree, NodeIndex input, InputType type);
+
 // What the input makes of the value of its markup. What does not fit its type is dropped or
 // mended.
 std::string sanitized_value(const Tree& tree, NodeIndex input, InputType type, std::string value);
