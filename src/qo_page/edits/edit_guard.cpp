@@ -41,6 +41,11 @@ bool is_only_in_front(const NodeEdits& edits) {
   return are_all(edits, {Kind::insert_before});
 }
 
+bool keeps_tags(const NodeEdits& edits) {
+  return are_all(edits, {Kind::insert_before, Kind::insert_after, Kind::prepend, Kind::append,
+                         Kind::set_text, Kind::set_html, Kind::wrap, Kind::replace, Kind::remove});
+}
+
 bool is_only_on_attributes(const NodeEdits& edits) {
   return are_all(
       edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
@@ -91,14 +96,20 @@ void EditGuard::check_place(const NodeEdits& edits) {
                     shortened(odd->tag.in(page_.source())),
                 node.extent.begin);
   }
-  if (odd != nullptr && !is_only_in_front(edits)) {
-    throw Error("the tag may end elsewhere, since a bracket is left open: " +
+  if (odd != nullptr && !is_only_in_front(edits) && !keeps_odd_tag(edits)) {
+    throw Error("the tag may be another for its author, since a browser leaves a bracket open: " +
                     shortened(page_.source().substr(odd->bracket.begin,
                                                     odd->bracket.end - odd->bracket.begin)),
                 node.extent.begin);
   }
   if (node.isText) return check_text_place(node);
   check_extent(edits);
+}
+
+bool EditGuard::keeps_odd_tag(const NodeEdits& edits) const {
+  const Extent& extent = edits.node->extent;
+  const OddTag* const odd = author_ ? author_->odd_tag_at(extent.begin) : nullptr;
+  return odd != nullptr && odd->tag.end == extent.content_begin && keeps_tags(edits);
 }
 
 // What is no markup for a browser may be some for the author.

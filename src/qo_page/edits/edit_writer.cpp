@@ -174,7 +174,7 @@ void EditWriter::write_replaced(Node& node, const NodeEdits& edits) {
 
 void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
   const std::size_t begin = written_.source.size();
-  if (edits == nullptr || node.kind != NodeKind::element) {
+  if (edits == nullptr || node.kind != NodeKind::element || guard_.keeps_odd_tag(*edits)) {
     copy_until(node.extent.content_begin);
   } else if (edits->find({Kind::unwrap}) != nullptr) {
     return skip_until(node.extent.content_begin);
