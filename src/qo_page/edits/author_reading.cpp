@@ -35,12 +35,12 @@ void AuthorReading::token(const Token& token, const Node& /*holder*/) {
 }
 
 void AuthorReading::begin(const Node& node) {
-  open_.push_back(extents_.size());
-  extents_.push_back(node.extent);
+  open_.push_back(nodes_.size());
+  nodes_.push_back({node.extent, node.has_content});
 }
 
 void AuthorReading::end(const Node& node) {
-  extents_[open_.back()] = node.extent;
+  nodes_[open_.back()] = {node.extent, node.has_content};
   open_.pop_back();
   if (node.extent.content_end < node.extent.end) end_tags_.push_back(node.extent.content_end);
 }
@@ -51,10 +51,10 @@ const OddTag* AuthorReading::odd_tag_at(std::size_t offset) const {
   return found != nullptr && offset < found->tag.end ? found : nullptr;
 }
 
-const Extent* AuthorReading::extent_at(std::size_t offset) const {
-  const Extent* const found =
-      last_from(extents_, offset, [](const Extent& extent) { return extent.begin; });
-  return found != nullptr && found->begin == offset ? found : nullptr;
+const AuthorNode* AuthorReading::node_at(std::size_t offset) const {
+  const AuthorNode* const found =
+      last_from(nodes_, offset, [](const AuthorNode& node) { return node.extent.begin; });
+  return found != nullptr && found->extent.begin == offset ? found : nullptr;
 }
 
 bool AuthorReading::has_end_tag(std::size_t offset) const {

@@ -17,6 +17,11 @@ struct OddTag {
   Range bracket;  // that is left open
 };
 
+struct AuthorNode {
+  Extent extent;
+  bool has_content;
+};
+
 class AuthorReading : public TreeObserver {
  public:
   AuthorReading(std::string_view source, bool templates);
@@ -24,8 +29,8 @@ class AuthorReading : public TreeObserver {
   // The odd tag that an offset is in; null when it is in none.
   const OddTag* odd_tag_at(std::size_t offset) const;
 
-  // Where the node that begins at an offset is; null when none does.
-  const Extent* extent_at(std::size_t offset) const;
+  // The node that begins at an offset; null when none does.
+  const AuthorNode* node_at(std::size_t offset) const;
 
   // Whether an end tag at an offset ends anything.
   bool has_end_tag(std::size_t offset) const;
@@ -42,8 +47,8 @@ class AuthorReading : public TreeObserver {
   std::string_view source_;
   std::vector<OddTag> odd_tags_;
   std::vector<Range> reasons_;         // odd tags, components, and what ends in "/>"
-  std::vector<Extent> extents_;        // in document order
-  std::vector<std::size_t> open_;      // indexes of extents
+  std::vector<AuthorNode> nodes_;      // in document order
+  std::vector<std::size_t> open_;      // indexes of nodes
   std::vector<std::size_t> end_tags_;  // where they begin
 };
 

@@ -53,14 +53,24 @@ bool is_only_on_attributes(const NodeEdits& edits) {
 }
 
 // An element with "/>" and an end tag of its own ends there for both.
-bool is_same_end(const AuthorReading& author, const Node& node, std::string_view source) {
+bool is_closed_twice(const AuthorReading& author, const Node& node, const AuthorNode& authors) {
+  return !authors.has_content && node.extent.content_end < node.extent.end &&
+         !author.has_end_tag(node.extent.content_end);
+}
+
+enum class Part { whole, content };
+
+bool is_same(const AuthorReading& author, const Node& node, Part part) {
   const Extent& extent = node.extent;
-  const Extent* const authors = author.extent_at(extent.begin);
-  if (authors == nullptr || authors->content_begin != extent.content_begin) return false;
-  if (authors->content_end == extent.content_end && authors->end == extent.end) return true;
-  const bool is_closed_at_once = source[extent.content_begin - 2] == '/';
-  return is_closed_at_once && extent.content_end < extent.end &&
-         !author.has_end_tag(extent.content_end);
+  const AuthorNode* const authors = author.node_at(extent.begin);
+  if (authors == nullptr || authors->extent.content_begin != extent.content_begin) return false;
+  if (is_closed_twice(author, node, *authors)) return true;
+  return authors->extent.content_end == extent.content_end && authors->extent.end == extent.end &&
+         (part == Part::whole || authors->has_content == node.has_content);
+}
+
+bool is_on_content(const NodeEdits& edits) {
+  return edits.find({Kind::set_text, Kind::set_html, Kind::prepend, Kind::append}) != nullptr;
 }
 
 std::string where_it_ends(const AuthorReading& author, const Node& node) {
@@ -116,20 +126,20 @@ bool EditGuard::keeps_odd_tag(const NodeEdits& edits) const {
 void EditGuard::check_text_place(const Node& text) const {
   const Node& parent = *as_node(text.parent);
   if (reading_of(parent) == Reading::markup || parent.kind != NodeKind::element) return;
-  const Extent* const authors = author_->extent_at(parent.extent.begin);
-  if (authors != nullptr && is_same_end(*author_, parent, page_.source())) return;
+  if (is_same(*author_, parent, Part::content)) return;
   throw Error(where_it_ends(*author_, parent), text.extent.begin);
 }
 
 // An edit needs the parts of the node that it touches to be where they are for both.
 void EditGuard::check_extent(const NodeEdits& edits) const {
   const Node& node = *edits.node;
-  const Extent* const authors = author_->extent_at(node.extent.begin);
+  const AuthorNode* const authors = author_->node_at(node.extent.begin);
   const bool is_same_tag =
-      authors != nullptr && authors->content_begin == node.extent.content_begin;
+      authors != nullptr && authors->extent.content_begin == node.extent.content_begin;
   if (authors != nullptr && is_only_in_front(edits)) return;
   if (is_same_tag && is_only_on_attributes(edits)) return;
-  if (is_same_tag && is_same_end(*author_, node, page_.source())) return;
+  const Part part = is_on_content(edits) ? Part::content : Part::whole;
+  if (is_same(*author_, node, part)) return;
   throw Error(where_it_ends(*author_, node), node.extent.begin);
 }
 
