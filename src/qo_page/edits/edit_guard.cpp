@@ -42,7 +42,7 @@ Reading reading_after(const NodeEdits& edits) {
 void EditGuard::check(const NodeEdits& edits) {
   check_content(edits);
   check_rename(edits);
-  if (page_.options().templates) check_blocks(edits);
+  check_blocks(edits);
 }
 
 // Without an end tag of its own, an element may end in another branch than it begins in.
@@ -55,18 +55,30 @@ void EditGuard::check_blocks(const NodeEdits& edits) {
                         (is_open && edits.find({Kind::append, Kind::insert_after}) != nullptr);
   const bool on_content = edits.find({Kind::set_text, Kind::set_html}) != nullptr;
   if (!on_whole && !on_content) return;
-  const std::string_view source = page_.source();
-  if (!blocks_) blocks_.emplace(source);
-  std::optional<CodeBlocks::Cut> cut;
-  if (on_whole || node.isText) cut = blocks_->cut(extent.begin, extent.end);
-  if (!cut && on_content) cut = blocks_->cut(extent.content_begin, extent.content_end);
+  if (on_whole || node.isText) check_uncut({extent.begin, extent.end}, named(node), extent.begin);
+  if (on_content) {
+    check_uncut({extent.content_begin, extent.content_end}, named(node), extent.begin);
+  }
+}
+
+const CodeBlocks* EditGuard::blocks() {
+  if (!page_.options().templates) return nullptr;
+  if (!blocks_) blocks_.emplace(page_.source());
+  return &*blocks_;
+}
+
+void EditGuard::check_uncut(Range range, const std::string& what, std::size_t place) {
+  if (blocks() == nullptr) return;
+  const std::optional<Cut> cut = blocks_->cut(range.begin, range.end);
   if (!cut) return;
+  const std::string_view source = page_.source();
   const auto code = [source](const CodePiece& piece) {
     return shortened(source.substr(piece.begin, piece.end - piece.begin));
   };
-  throw Error(code(cut->within) + " in " + named(node) + " belongs to " + code(cut->outside) +
-                  " outside of it",
-              extent.begin);
+  throw Error(
+      code(cut->within) + " in " + what + " belongs to " +
+          (cut->outside ? code(*cut->outside) + " outside of it" : "a block of unknown kind"),
+      place);
 }
 
 void EditGuard::check_rename(const NodeEdits& edits) const {

@@ -149,8 +149,10 @@ void EditWriter::write_substituted(const Node& node, const NodeEdits& edits) {
   }
   if (edits.operations.size() > 1) return insert_until(node.extent.end, text, true);
   for (const Splice& splice : splices) {
-    copy_until(node.extent.begin + splice.begin);
-    insert_until(node.extent.begin + splice.end, splice.text, true);
+    const Range range{node.extent.begin + splice.begin, node.extent.begin + splice.end};
+    guard_.check_uncut(range, "what is substituted", range.begin);
+    copy_until(range.begin);
+    insert_until(range.end, splice.text, true);
   }
 }
 
@@ -179,7 +181,7 @@ void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
   } else if (edits->find({Kind::unwrap}) != nullptr) {
     return skip_until(node.extent.content_begin);
   } else {
-    TagEdit tag(source_, node.extent.begin, code_, budget_);
+    TagEdit tag(source_, node.extent.begin, code_, guard_, budget_);
     for (const Operation* operation : edits->operations) tag.apply(*operation);
     replace_until(node.extent.content_begin, tag.text());
   }
