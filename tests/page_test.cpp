@@ -1,6 +1,7 @@
 // Pages: tokens, trees, extents, texts. docs/pages.md holds the plain cases.
 
 #include <qo_page/page.h>
+#include <qo_page/template/code_steps.h>
 
 #include <fstream>
 

@@ -1,4 +1,4 @@
-// Template code: <?...?>, <%...%>, {{...}}, {{{...}}}, {%...%} and {#...#}.
+// Where template code ends: <?...?>, <%...%>, {{...}}, {{{...}}}, {%...%} and {#...#}.
 
 #ifndef QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
 #define QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
@@ -12,20 +12,8 @@
 
 namespace qo {
 
-// What a piece of code does, as far as its first word tells.
-enum class CodeRole {
-  output,   // stands for text: {{ x }}, <?= $x ?>
-  opening,  // stands for nothing, and may begin a block: {% if x %}, <% x.each do |y| %>
-  closing   // ends a block, or begins its next branch: {% endif %}, <?php } ?>
-};
-
-CodeRole role_of(std::string_view code);
-
 // What template code may begin with.
 constexpr std::string_view code_openers[] = {"<?", "<%", "{{", "{%", "{#"};
-
-// Whether a piece of code that is no part of a block may write something: comments do not.
-bool may_write(std::string_view code);
 
 // Finds the ends of template code. Calls should come in the order of the source: what was found is
 // remembered, so that all of them take time in proportion to the source.
