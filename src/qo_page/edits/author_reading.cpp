@@ -21,12 +21,15 @@ AuthorReading::AuthorReading(std::string_view source, bool templates) : source_(
   TreeBuilder(source, templates, Reader::author).observe(*this);
 }
 
-void AuthorReading::token(const Token& token, const Node& /*holder*/) {
+void AuthorReading::token(const Token& token, const Node& holder) {
   if (token.kind != TokenKind::start_tag) return;
   const bool is_odd = !token.open_bracket.empty();
   const bool is_closed =
       token.self_closing && !has(find_tag(token.name.in(source_)), tag_flags::void_content);
-  const bool is_component = may_name_component(token.name.in(source_));
+  const std::string_view name = token.name.in(source_);
+  const bool would_end_holder = (holder.name == Tag::head_ || holder.name == Tag::colgroup_) &&
+                                may_be_component(find_tag(name));
+  const bool is_component = may_name_component(name) || would_end_holder;
   if (is_odd || is_closed || is_component) reasons_.push_back(token.extent);
   // The text after a tag whose bracket is never closed may be a part of it, too.
   const bool is_unclosed = token.open_bracket.end <= token.open_bracket.begin + 1;
@@ -66,7 +69,7 @@ std::string_view AuthorReading::reason_for(const Extent& extent) const {
       last_from(reasons_, extent.begin, [](const Range& tag) { return tag.begin; });
   if (reasons_.empty()) return std::string_view();
   const Range* const next = before == nullptr ? reasons_.data() : before + 1;
-  const bool is_inside = next != reasons_.data() + reasons_.size() && next->begin < extent.end;
+  const bool is_inside = next != reasons_.data() + reasons_.size() && next->begin <= extent.end;
   const bool is_own = before != nullptr && before->begin == extent.begin;
   if (is_inside && !is_own) return next->in(source_);
   return before == nullptr ? std::string_view() : before->in(source_);
