@@ -4,12 +4,14 @@
 
 #include <qo_page/base/tags.h>
 #include <qo_page/base/words.h>
+#include <qo_page/template/php_code.h>
 
 namespace qo {
 
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t farthest_php = 16384;
 constexpr std::size_t farthest = 4096;  // how far a string or its code is followed
 
 // Whether a tag begins at `at`, where a "<" is: </name, <name>, <name/> or <name attribute=, with a
@@ -109,10 +111,23 @@ std::size_t CodeScanner::end_of_question(std::size_t at, Place place) {
   if (!is_sure && place == Place::raw_text) return 0;
   const std::size_t close = find(php_end, at + 2);
   if (close == npos) return is_sure && place == Place::text ? source_.size() : 0;
-  if (is_sure) return close + 2;
+  if (is_sure) return end_of_php(at, close);
   const bool is_code = is_closed(at, question_begin, 2, close) &&
                        !holds_tags(source_.substr(at + 2, close - at - 2));
   return is_code ? close + 2 : 0;
+}
+
+// The first closer may be in a string. What that string goes on to is not looked for very far.
+std::size_t CodeScanner::end_of_php(std::size_t at, std::size_t close) {
+  if (at != php_begin_) {
+    const bool has_strings =
+        source_.substr(at, close - at).find_first_of("\"'`/<#") != std::string_view::npos;
+    const std::size_t real =
+        has_strings ? php_close(source_.substr(0, close + farthest_php), at + 2) : npos;
+    php_begin_ = at;
+    php_end_ = (real == npos ? close : real) + 2;
+  }
+  return php_end_;
 }
 
 std::size_t CodeScanner::end_of_percent(std::size_t at, Place place) {
