@@ -7,6 +7,7 @@
 
 #include <qo_html/qo_html_walk.h>
 
+#include <qo_page/edits/balance.h>
 #include <qo_page/edits/edit_check.h>
 #include <qo_page/edits/edit_writer.h>
 #include <qo_page/edits/encoding.h>
@@ -125,6 +126,7 @@ EditedSource Edits::apply() const {
   WrittenEdit written = EditWriter(state_->page, edits).write();
   if (!written.changes.empty()) {
     check_encoding(written, state_->page);
+    check_balance(written, state_->page);
     check_edit(written, state_->page);
   }
   return {std::move(written.source), std::move(written.changes)};

@@ -44,7 +44,7 @@ class TagEdit {
   Slot* find(std::string_view name);
   Slot& find_or_add(std::string_view name);
   void check_is_always(const Slot& slot) const;
-  bool changes_attributes() const;
+  std::size_t changes_end() const;
   void check_blocks() const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);
