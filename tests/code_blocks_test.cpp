@@ -68,7 +68,7 @@ TEST(CodeBlocks, AreJoinedByTheRulesOfTheirLanguage) {
       {" * @code\n * @endcode @media (a) {}", ""},
       {"#foreach ($a in $b)#if($c)#else#{end}#set($d = 1)#end #if (X) a.html#end", "123! 04*"},
       {"<#list a as b><@c d/><@e></@><#else></#list></#if>", "12 034!"},
-      {"[% FOREACH a IN b %][% c IF d %][% IF e; f; END %][% END %]%]", "02*"},
+      {"[% FOREACH a IN b %][% c IF d %][% IF e; f; END %][% END %]%][%|g%][%END%]", "02* 34"},
       {"<!-- IF a -->{B}<!-- ELSE --><!-- BEGIN c --><!-- END c --><!-- ENDIF -->", "23* 014!"},
       {"<!-- IF a --><!-- ENDIF --><!-- BEGIN c --><!-- END c -->", ""},
       {"<c:if a='b > c'><c:out d/></c:if><TMPL_IF a><TMPL_ELSE></TMPL_IF>", "01 234!"},

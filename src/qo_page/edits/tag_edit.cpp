@@ -325,21 +325,29 @@ std::size_t TagEdit::insertion_offset() const {
   return offset;
 }
 
-bool TagEdit::changes_attributes() const {
-  return std::any_of(slots_.begin(), slots_.end(), [](const Slot& slot) {
-    return slot.is_changed || slot.is_removed || slot.written == nullptr;
-  });
+// Where the last attribute ends that changes; the end of the tag when one is added.
+std::size_t TagEdit::changes_end() const {
+  std::size_t end = token_.extent.begin;
+  for (const Slot& slot : slots_) {
+    if (slot.written == nullptr && !slot.is_removed) return token_.extent.end;
+    if (slot.is_changed || slot.is_removed) end = std::max(end, slot.written->end);
+  }
+  return end;
 }
 
-// Where a block is partly in a value, or in the tag, each of its branches may see other attributes.
+// After a part of a block that is in a value, or that the tag alone has no other half of, each
+// branch may see other attributes.
 void TagEdit::check_blocks() const {
-  if (!may_have_code_ || !changes_attributes()) return;
-  guard_.check_uncut(token_.extent, "the tag <" + name_ + ">", token_.extent.begin);
+  const std::size_t begin = token_.extent.begin;
+  const std::size_t end = changes_end();
+  if (!may_have_code_ || end == begin) return;
   for (const AttributeToken& attribute : token_.attributes) {
+    if (attribute.name.begin >= end) break;
     guard_.check_uncut({attribute.name.begin, attribute.end},
-                       "the attribute \"" + std::string(attribute.name.in(source_)) + "\"",
-                       token_.extent.begin);
+                       "the attribute \"" + std::string(attribute.name.in(source_)) + "\"", begin);
   }
+  const bool is_cut = guard_.blocks()->cut(begin, token_.extent.end).has_value();
+  if (is_cut) guard_.check_uncut({begin, end}, "the tag <" + name_ + ">", begin);
 }
 
 std::string TagEdit::text() const {

@@ -47,7 +47,7 @@ class TagEdit {
   void check_is_always(const Slot& slot) const;
   void check_is_first(std::string_view name, std::size_t offset) const;
   void check_is_no_code(const Slot& slot) const;
-  bool changes_attributes() const;
+  std::size_t changes_end() const;
   void check_blocks() const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);

@@ -27,6 +27,7 @@ CodeBlocks::CodeBlocks(std::string_view source) {
     }
     set_around(kind);
     add_lone(kind, stack);
+    count_halves(kind, stack);
     blocks_.insert(blocks_.end(), stack.blocks().begin(), stack.blocks().end());
   }
   cuts_.finish();
@@ -44,6 +45,7 @@ void CodeBlocks::read(std::string_view source, Reading& reading) {
       i = end;
       continue;
     }
+    read_cut_comment(source, i, reading);
     const LooseMark mark = marks.at(i);
     add(loose + static_cast<std::size_t>(mark.family), mark.steps, {i, mark.end}, reading);
     i = mark.next;
@@ -67,30 +69,54 @@ void CodeBlocks::read_code(std::string_view code, CodePiece piece, Reading& read
   add(braces, steps, piece, reading);
 }
 
+// A comment that is none to the reader, since it has a part of the page in it.
+void CodeBlocks::read_cut_comment(std::string_view source, std::size_t at, Reading& reading) {
+  if (source.substr(at, 2) != "{#") return;
+  const std::size_t end = reading.comment_end.find(source, at + 2);
+  const bool is_closed =
+      end != std::string_view::npos && reading.comment_begin.find(source, at + 2) > end;
+  if (is_closed) cuts_.add({at, at + 2}, {end, end + 2});
+}
+
 void CodeBlocks::add(std::size_t kind, const std::vector<CodeStep>& steps, CodePiece piece,
                      Reading& reading) {
   for (const CodeStep& step : steps) reading.stacks[kind].add(step, pieces_.size());
   if (!steps.empty()) pieces_.push_back(piece);
 }
 
+// Whether an end without a beginning, or a beginning without an end, cannot be anything else.
+bool CodeBlocks::is_half(std::size_t kind, const CodeStep& step, const BlockStack& stack) {
+  if (!step.is_sure) return false;
+  if (kind >= loose) {
+    return step.kind == Step::close ? stack.has_opened(step.name) : stack.has_closed(step.name);
+  }
+  return step.kind == Step::close || kind != angle || !step.by_end;
+}
+
+void CodeBlocks::count_halves(std::size_t kind, const BlockStack& stack) {
+  for (const std::vector<BlockStack::Half>* halves : {&stack.unclosed(), &stack.unopened()}) {
+    unmatched_count_ += halves->size();
+    half_count_ += static_cast<std::size_t>(std::count_if(
+        halves->begin(), halves->end(),
+        [&](const BlockStack::Half& half) { return is_half(kind, half.step, stack); }));
+  }
+}
+
 // What has no other half although it must have one: the reader has not understood the block that
 // it is a part of. In prose, the same marks stand for themselves.
 void CodeBlocks::add_lone(std::size_t kind, const BlockStack& stack) {
-  half_count_ += stack.unclosed().size() + stack.unopened().size();
   std::size_t first_unclosed = none;
   for (const BlockStack::Half& half : stack.unclosed()) {
-    if (half.step.is_sure) first_unclosed = std::min(first_unclosed, half.piece);
+    const bool is_opening = kind == percent || half.step.is_sure;
+    if (is_opening) first_unclosed = std::min(first_unclosed, half.piece);
   }
   for (const BlockStack::Half& half : stack.unopened()) {
-    const bool is_lone = kind == angle   ? true
-                         : kind >= loose ? stack.has_opened(half.step.name)
-                                         : first_unclosed < half.piece;
-    if (half.step.is_sure && is_lone) cuts_.add_lone(pieces_[half.piece]);
+    const bool is_known = kind == angle || kind >= loose || first_unclosed < half.piece;
+    if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
   }
   for (const BlockStack::Half& half : stack.unclosed()) {
-    const bool is_lone =
-        kind == angle ? !half.step.by_end : kind == braces && stack.has_closed(half.step.name);
-    if (half.step.is_sure && is_lone) cuts_.add_lone(pieces_[half.piece]);
+    const bool is_known = kind == angle || (kind == braces && stack.has_closed(half.step.name));
+    if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include <qo_page/base/finder.h>
 #include <qo_page/template/block_stack.h>
 #include <qo_page/template/cut_index.h>
 #include <qo_page/template/loose_marks.h>
@@ -33,8 +34,10 @@ class CodeBlocks {
   // outside of blocks.
   std::optional<CodePiece> branch_at(std::size_t offset, std::size_t from = 0) const;
 
-  // How many pieces that begin or end a block by their form are no part of one.
+  // How many pieces that must begin or end a block are no part of one, and how many pieces that may
+  // do so.
   std::size_t half_count() const { return half_count_; }
+  std::size_t unmatched_count() const { return unmatched_count_; }
 
  private:
   // Two neighbours of one block.
@@ -50,18 +53,23 @@ class CodeBlocks {
   struct Reading {
     std::array<BlockStack, kinds> stacks;
     PlainSections sections;
+    Finder comment_begin{"{#"}, comment_end{"#}"};
   };
 
   void read(std::string_view source, Reading& reading);
   void read_code(std::string_view code, CodePiece piece, Reading& reading);
   void add(std::size_t kind, const std::vector<CodeStep>& steps, CodePiece piece, Reading& reading);
   void set_around(std::size_t kind);
+  void read_cut_comment(std::string_view source, std::size_t at, Reading& reading);
   void add_lone(std::size_t kind, const BlockStack& stack);
+  static bool is_half(std::size_t kind, const CodeStep& step, const BlockStack& stack);
+  void count_halves(std::size_t kind, const BlockStack& stack);
 
   std::vector<CodePiece> pieces_;
   std::vector<CodeBlock> blocks_;
   CutIndex cuts_;
   std::size_t half_count_ = 0;
+  std::size_t unmatched_count_ = 0;
   std::array<Links, kinds> links_;
 
   // For each kind that has blocks, and each number of pieces that are in front of a place: the

@@ -41,7 +41,9 @@ std::vector<CodeStep> steps_of_statement(std::string_view statement) {
     return {branch(*known, rest)};
   }
   if (begins_with(word, any_end)) return {{Kind::close, without_leading(word.substr(3), "_")}};
-  return {{Kind::open, word}};
+  CodeStep opening{Kind::open, word};
+  opening.is_sure = false;
+  return {opening};
 }
 
 // --- {{ ... }} ---

@@ -17,7 +17,7 @@ struct CodeStep {
   bool by_end = false;      // of an opening
   bool is_loop = false;     // of an opening: what is in it may be there several times
   bool is_default = false;  // of a middle: one of the branches is always taken
-  bool is_sure = true;      // of a closing: it cannot be anything else
+  bool is_sure = true;      // it cannot be anything else
 };
 
 constexpr std::string_view any_end = "end";

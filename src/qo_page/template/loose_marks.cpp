@@ -219,9 +219,11 @@ void LooseMarks::brackets(std::size_t at, LooseMark& mark) {
   if (source_.substr(at, 2) != "[%") return;
   const std::size_t close = bracket_end_.find(source_, at + 2);
   if (close == npos || bracket_begin_.find(source_, at + 2) < close) return;
-  std::string_view inner = source_.substr(at + 2, close - at - 2);
-  if (first(inner) == '#') return;
-  mark.steps = steps_of_program(without_leading(inner, "-+~"), false);
+  const std::string_view code = source_.substr(at + 2, close - at - 2);
+  const std::string_view inner = without_leading(code, "-+~= \t\r\n");
+  if (first(code) == '#') return;
+  mark.steps = steps_of_program(inner, false);
+  if (first(inner) == '|') mark.steps = {{Kind::open, "|", true}};  // a filter
   mark.end = mark.next = close + 2;
 }
 
