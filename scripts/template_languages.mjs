@@ -101,16 +101,15 @@ function vueNode(node) {
   };
 }
 
-// All blanks are told of as in a <pre>.
-const vueOptions = {
-  parseMode: 'sfc',
-  comments: true,
-  isPreTag: () => true,
-  isIgnoreNewlineTag: () => false,
-  onError: (error) => { throw error; },
-};
+// All blanks are told of as in a <pre>. The parser has a state that an error thrown within would leave as it is.
+const vueOptions = { parseMode: 'sfc', comments: true, isPreTag: () => true, isIgnoreNewlineTag: () => false };
 
-const readVue = (source) => parseVue(source, vueOptions).children.map(vueNode);
+function readVue(source) {
+  const errors = [];
+  const { children } = parseVue(source, { ...vueOptions, onError: (error) => errors.push(error) });
+  if (errors.length > 0) throw errors[0];
+  return children.map(vueNode);
+}
 
 // --- Angular ---
 
