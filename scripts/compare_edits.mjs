@@ -66,15 +66,18 @@ function* linesOf(nodes, change) {
 // An attribute whose value needs no quotes is the same with any.
 const withoutQuotes = (line) => line.replace(/^(@[^=]+=)(["'])([\w-]+)\2$/, '$1$3');
 
-// With one line for texts that are beside each other, and without blanks at the end, which Svelte drops.
+// With one line for texts that are beside each other. Blanks in front of the first tag and at the end are left out: Astro
+// and Svelte drop them.
 function joined(lines) {
   const list = [];
   for (const line of [...lines].map(withoutQuotes)) {
     if (line.startsWith("'") && list.at(-1)?.startsWith("'")) list.push(list.pop() + line.slice(1));
-    else if (line !== "'") list.push(line);
+    else list.push(line);
   }
-  if (/^'\s*$/.test(list.at(-1))) list.pop();
-  return list;
+  const firstTag = list.findIndex((line) => line.startsWith('<'));
+  const shown = list.map((line, at) => (at < firstTag || firstTag < 0 ? line.replace(/^'\s+/, "'") : line));
+  if (/^'\s*$/.test(shown.at(-1))) shown.pop();
+  return shown.filter((line) => line !== "'");
 }
 
 function* elementsIn(nodes, depth = 0) {
@@ -241,9 +244,9 @@ function lineAndColumn(source, offset) {
 const shortened = (line) => (line === undefined ? 'the end' : JSON.stringify(line.slice(0, 90)));
 
 // What is wrong with the tree of the result, or undefined.
-function faultOfTree(file, target, operation, choice, result) {
+async function faultOfTree(file, target, operation, choice, result) {
   const wanted = joined(linesOf(file.tree, { target: target.node, operation, choice }));
-  const found = joined(linesOf(file.language.read(result)));
+  const found = joined(linesOf(await file.language.read(result)));
   const at = wanted.findIndex((line, index) => line !== found[index]);
   if (at < 0 && found.length === wanted.length) return undefined;
   const index = at < 0 ? wanted.length : at;
@@ -307,14 +310,14 @@ function nodesOfPart(file, part) {
   }
 }
 
-function judged(file, target, operation, choice) {
+async function judged(file, target, operation, choice) {
   const args = operation.args(choice);
   const { status, out, err } = run(['edit', target.ours.path, ...args, '-'], file.source);
   const edit = `${target.ours.path} ${args.map((arg) => `'${arg}'`).join(' ')}`;
   if (status === 2) return { verdict: 'refused', edit, what: err };
   if (status !== 0) return { verdict: 'broken', edit, what: `status ${status} ${err}` };
   try {
-    const fault = file.tree ? faultOfTree(file, target, operation, choice, out)
+    const fault = file.tree ? await faultOfTree(file, target, operation, choice, out)
       : faultOfNodes(file, target, operation, choice, out);
     return { verdict: fault ? 'broken' : 'kept', edit, what: fault };
   } catch (error) {
@@ -331,12 +334,12 @@ function filesIn(folder) {
 }
 
 // A file that its language's compiler takes, or undefined.
-function readFile(path, language) {
+async function readFile(path, language) {
   const bytes = readFileSync(path);
   const source = bytes.toString();
   if (!bytes.equals(Buffer.from(source)) || source.startsWith('\ufeff')) return undefined;
   try {
-    return { path, source, language, tree: language.read?.(source), nodes: language.nodes?.(source) };
+    return { path, source, language, tree: await language.read?.(source), nodes: language.nodes?.(source) };
   } catch {
     return undefined;
   }
@@ -383,9 +386,14 @@ function comparePlaces(file, ours, places) {
 
 // --- A language ---
 
-function compareLanguage(name, folder) {
+async function compareLanguage(name, folder) {
   const language = languages[name];
-  const files = filesIn(join(folder, name)).map((path) => readFile(path, language)).filter(Boolean);
+  const files = [];
+  for (const path of filesIn(join(folder, name))) files.push(await readFile(path, language));
+  return compareFiles(name, language, files.filter(Boolean));
+}
+
+async function compareFiles(name, language, files) {
   const verdicts = { kept: [], refused: [], broken: [] };
   const places = { elements: 0, begin: 0, told: 0, end: 0, onlyOurs: 0, other: [] };
   const perFile = Math.ceil(Number(options.edits) / Math.max(files.length, 1));
@@ -401,7 +409,7 @@ function compareLanguage(name, folder) {
       const suited = targets.filter(({ node }) => operation.suits?.(node) ?? true);
       if (suited.length === 0) continue;
       const target = pick(suited);
-      const { verdict, edit, what } = judged(file, target, operation, operation.choose?.(target.node));
+      const { verdict, edit, what } = await judged(file, target, operation, operation.choose?.(target.node));
       verdicts[verdict].push({ kind, place: `${file.path}: ${edit}`, what });
     }
   }
@@ -442,7 +450,8 @@ function printFaults({ name, verdicts, places }) {
 }
 
 if (positionals.length !== 1) throw new Error('usage: compare_edits.mjs [OPTION...] FOLDER');
-const reports = options.language.map((name) => compareLanguage(name, positionals[0]));
+const reports = [];
+for (const name of options.language) reports.push(await compareLanguage(name, positionals[0]));
 printVerdicts(reports);
 console.log();
 printPlaces(reports);

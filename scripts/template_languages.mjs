@@ -2,10 +2,10 @@
 //
 // A language with a tree gives {kind: 'element', name, start, end, attributes, children}, {kind: 'text', text} and
 // {kind: 'other', label, children}, the last for its blocks, expressions and comments. Offsets are those of JavaScript's
-// strings; an end that the compiler does not tell is undefined. A language without one gives the nodes of its code alone.
+// strings; an end that the compiler does not tell is undefined. Reading may give a promise. A language without one gives the nodes of its code alone.
 //
 // Beforehand: npm install --prefix build/compare svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler
-//             nunjucks handlebars ejs twig
+//             @babel/parser nunjucks handlebars ejs twig
 
 import { createRequire } from 'node:module';
 
@@ -14,8 +14,9 @@ const { parse: parseSvelte } = require('svelte/compiler');
 const { parse: parseVue } = require('@vue/compiler-dom');
 const { HtmlParser, parseTemplate } = await import(new URL(
   '../build/compare/node_modules/@angular/compiler/fesm2022/compiler.mjs', import.meta.url));
-const { parse: parseAstro } = await import(new URL(
+const { parse: parseAstro, transform: compileAstro } = await import(new URL(
   '../build/compare/node_modules/@astrojs/compiler/dist/node/sync.js', import.meta.url));
+const { parse: parseScript } = require('@babel/parser');
 const nunjucks = require('nunjucks');
 const handlebars = require('handlebars');
 const ejs = require('ejs');
@@ -142,7 +143,7 @@ function readAngular(source) {
   return rootNodes.map((node) => angularNode(source, node));
 }
 
-// --- Astro: offsets are bytes, and there are none of the ends of attributes ---
+// --- Astro: offsets are bytes; starts are told inexactly, ends not of all elements, and none of attributes ---
 
 const astroAttributes = {
   quoted: ({ name, raw }) => `${name}=${raw}`,
@@ -160,21 +161,25 @@ function astroNode(bytes, node) {
   const children = (node.children ?? []).map((child) => astroNode(bytes, child));
   if (!astroElements.includes(node.type)) return other(`${node.type} ${node.value ?? ''}`, children);
   const { start, end } = node.position;
-  const told = end !== undefined && bytes[end.offset - 1] === '>'.charCodeAt(0) ? end.offset : undefined;
+  const isEnd = end !== undefined && bytes[end.offset - 1] === '>'.charCodeAt(0);
   return {
     kind: 'element',
     name: node.name,
-    start: start.offset,
-    end: told,
+    start: bytes.lastIndexOf(`<${node.name}`, start.offset),
+    end: isEnd ? end.offset : undefined,
     attributes: node.attributes.map((part) => attribute(astroAttributes[part.kind](part))),
     children,
   };
 }
 
-function readAstro(source) {
+// The compiler takes any expression; what it makes of the page is read as the program that it is.
+const scriptOptions = { sourceType: 'module', plugins: ['typescript'], allowReturnOutsideFunction: true };
+
+async function readAstro(source) {
   const { ast, diagnostics } = parseAstro(source, { position: true });
   const error = diagnostics.find(({ severity }) => severity === 1);
   if (error) throw new Error(error.text);
+  parseScript((await compileAstro(source, {})).code, scriptOptions);
   return ast.children.map((child) => astroNode(Buffer.from(source), child));
 }
 
