@@ -121,7 +121,7 @@ const takesMarkup = ({ name }) => !rawContent.includes(name);
 
 const isName = ({ name }) => /^[\w:@.*#()[\]-]+$/.test(name);
 const nameIn = (node) => pick(node.attributes.filter(isName).map(({ name }) => name));
-const isPlainName = ({ name, value }) => /^[\w-]+$/.test(name) && value !== undefined;
+const isPlainName = ({ name, value }) => /^(?!v-)[\w-]+$/.test(name) && value !== undefined;
 const plainNameIn = (node) => pick(node.attributes.filter(isPlainName).map(({ name }) => name));
 
 // `choose` draws what the arguments and the result depend on; `deletes` tells which part of the element goes away.

@@ -11,7 +11,7 @@ import { createRequire } from 'node:module';
 
 const require = createRequire(new URL('../build/compare/node_modules/', import.meta.url));
 const { parse: parseSvelte } = require('svelte/compiler');
-const { parse: parseVue } = require('@vue/compiler-dom');
+const { parse: parseVue, compile: compileVue, ErrorCodes: vueErrors, DOMErrorCodes: vueDomErrors } = require('@vue/compiler-dom');
 const { HtmlParser, parseTemplate } = await import(new URL(
   '../build/compare/node_modules/@angular/compiler/fesm2022/compiler.mjs', import.meta.url));
 const { parse: parseAstro, transform: compileAstro } = await import(new URL(
@@ -105,9 +105,20 @@ function vueNode(node) {
 // All blanks are told of as in a <pre>. The parser has a state that an error thrown within would leave as it is.
 const vueOptions = { parseMode: 'sfc', comments: true, isPreTag: () => true, isIgnoreNewlineTag: () => false };
 
+// Rules of what may be in an element: whoever puts a thing there has asked for it.
+const vueContentErrors = [
+  vueDomErrors.X_V_HTML_WITH_CHILDREN, vueDomErrors.X_V_TEXT_WITH_CHILDREN, vueDomErrors.X_TRANSITION_INVALID_CHILDREN,
+  vueErrors.X_V_SLOT_EXTRANEOUS_DEFAULT_SLOT_CHILDREN, vueErrors.X_KEEP_ALIVE_INVALID_CHILDREN,
+];
+
+const isHtml = ({ tag, props }) => tag === 'template' && !props.some(({ name }) => name === 'lang');
+
 function readVue(source) {
   const errors = [];
-  const { children } = parseVue(source, { ...vueOptions, onError: (error) => errors.push(error) });
+  const onError = (error) => vueContentErrors.includes(error.code) || errors.push(error);
+  const onWarn = () => {};
+  const { children } = parseVue(source, { ...vueOptions, onError });
+  for (const { innerLoc } of children.filter(isHtml)) compileVue(innerLoc.source, { onError, onWarn });
   if (errors.length > 0) throw errors[0];
   return children.map(vueNode);
 }
