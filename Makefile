@@ -61,7 +61,7 @@ templates:
 compare: pages templates build/dev/configured
 	scripts/install_packages.sh compare
 	npm install --silent --prefix build/compare parse5 cheerio \
-	  svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler @babel/parser nunjucks handlebars ejs twig
+	  svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler @babel/parser nunjucks handlebars ejs twig php-parser
 	cmake --build build/dev -j $(JOBS)
 	scripts/compare_trees.mjs build/pages/documentation
 	scripts/compare_selectors.mjs build/pages/documentation

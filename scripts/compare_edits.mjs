@@ -256,7 +256,7 @@ async function faultOfTree(file, target, operation, choice, result) {
 function typesIn(nodes) {
   const counts = new Map();
   JSON.stringify(nodes, (key, value) => {
-    if (key === 'type' && typeof value === 'string') counts.set(value, (counts.get(value) ?? 0) + 1);
+    if (['type', 'kind'].includes(key) && typeof value === 'string') counts.set(value, (counts.get(value) ?? 0) + 1);
     return value;
   });
   return counts;

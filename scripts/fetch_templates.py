@@ -15,7 +15,7 @@ import sys
 import tarfile
 import tempfile
 
-from fetch_pages import even_sample, unpack
+from fetch_pages import even_sample, is_template, unpack
 
 TEMPLATES_PER_PACKAGE = 150
 LARGEST_TEMPLATE = 200_000
@@ -59,6 +59,7 @@ NPM = {
     ),
 }
 DEBIAN = {
+    "php": (".php", "dokuwiki phpldapadmin wordpress-theme-twentytwentyone zabbix-frontend-php zoph"),
     "twig": (".twig", "php-symfony-web-profiler-bundle phpmyadmin"),
 }
 
@@ -79,6 +80,10 @@ def compiled_templates(path, text):
         yield path.with_suffix(f".{number}.html"), template
 
 
+def is_wanted(path, template, suffix):
+    return is_template(path, template.encode()) if suffix == ".php" else "<" in template
+
+
 def templates(tree, suffix):
     for path in sorted(tree.rglob("*" + suffix)):
         if not path.is_file() or path.is_symlink():
@@ -87,7 +92,7 @@ def templates(tree, suffix):
         name = path.relative_to(tree)
         found = compiled_templates(name, text) if suffix == ".mjs" else [(name, text)]
         for place, template in found:
-            if "<" in template and "\ufffd" not in template and len(template) <= LARGEST_TEMPLATE:
+            if "\ufffd" not in template and len(template) <= LARGEST_TEMPLATE and is_wanted(path, template, suffix):
                 yield place, template
 
 

@@ -5,7 +5,7 @@
 // strings; an end that the compiler does not tell is undefined. Reading may give a promise. A language without one gives the nodes of its code alone.
 //
 // Beforehand: npm install --prefix build/compare svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler
-//             @babel/parser nunjucks handlebars ejs twig
+//             @babel/parser nunjucks handlebars ejs twig php-parser
 
 import { createRequire } from 'node:module';
 
@@ -21,6 +21,7 @@ const nunjucks = require('nunjucks');
 const handlebars = require('handlebars');
 const ejs = require('ejs');
 const { twig } = require('twig');
+const PhpParser = require('php-parser');
 
 // --- Trees by positions: what is between the children of a node is a piece of its own code ---
 
@@ -194,7 +195,7 @@ async function readAstro(source) {
   return ast.children.map((child) => astroNode(Buffer.from(source), child));
 }
 
-// --- Languages without elements: the nodes of the code, each {type, ...}, without texts and positions ---
+// --- Languages without elements: the nodes of the code, each with a type or kind, without texts and positions ---
 
 function nunjucksNodes(node) {
   if (Array.isArray(node)) return node.map(nunjucksNodes).filter((child) => child !== undefined);
@@ -220,6 +221,10 @@ const handlebarsText = (key, value) => ['loc', 'strip', 'openStrip', 'closeStrip
 
 const twigText = (key, value) => key === 'position' || value?.type === 'raw';
 
+const php = new PhpParser({ parser: { extractDoc: false }, ast: { withPositions: false } });
+
+const phpText = (key, value) => value?.kind === 'inline';
+
 function ejsNodes(source) {
   ejs.compile(source, { client: true });
   const pieces = new ejs.Template(source).parseTemplateText();
@@ -236,5 +241,6 @@ export const languages = {
   nunjucks: { nodes: (source) => nunjucksNodes(nunjucks.parser.parse(source)).children },
   handlebars: { nodes: (source) => pruned(handlebars.parse(source).body, handlebarsText) },
   ejs: { nodes: ejsNodes },
+  php: { nodes: (source) => pruned(php.parseCode(source, '').children, phpText) },
   twig: { nodes: (source) => pruned(twig({ data: source, rethrow: true }).tokens, twigText) },
 };
