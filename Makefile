@@ -57,7 +57,8 @@ templates:
 	scripts/install_packages.sh compare
 	scripts/fetch_templates.py build/templates
 
-# Trees beside parse5's, selectors beside Chromium's and cheerio's, on real pages; edits beside the compilers of templates.
+# Trees beside parse5's, selectors beside Chromium's and cheerio's, on real pages; edits of templates beside what
+# their compilers read.
 compare: pages templates build/dev/configured
 	scripts/install_packages.sh compare
 	npm install --silent --prefix build/compare parse5 cheerio \

@@ -50,7 +50,9 @@ const shuffled = (list) => list.map((item) => [random(), item]).sort(([a], [b]) 
 
 // --- A tree as a list of lines ---
 
-const element = (name, attributes, content) => [`<${name}`, ...attributes.map((source) => `@${source}`), '>', ...content, '</'];
+const element = (name, attributes, content) => [
+  `<${name}`, ...attributes.map((source) => `@${source}`), '>', ...content, '</',
+];
 
 const sources = ({ attributes }) => attributes.map(({ source }) => source);
 
@@ -66,8 +68,8 @@ function* linesOf(nodes, change) {
 // An attribute whose value needs no quotes is the same with any.
 const withoutQuotes = (line) => line.replace(/^(@[^=]+=)(["'])([\w-]+)\2$/, '$1$3');
 
-// With one line for texts that are beside each other. Blanks in front of the first tag and at the end are left out: Astro
-// and Svelte drop them.
+// With one line for texts that are beside each other. Blanks in front of the first tag and at the end are left out:
+// Astro and Svelte drop them.
 function joined(lines) {
   const list = [];
   for (const line of [...lines].map(withoutQuotes)) {
@@ -207,8 +209,8 @@ const operations = {
 
 // --- The tool ---
 
-function run(args, input) {
-  const done = spawnSync(options.tool, args, { input, maxBuffer: 2 ** 28 });
+function run(args) {
+  const done = spawnSync(options.tool, args, { maxBuffer: 2 ** 28 });
   if (done.error || done.status === null) throw done.error ?? new Error(`${args.join(' ')}: ${done.signal}`);
   return { status: done.status, out: done.stdout.toString(), err: done.stderr.toString().trim() };
 }
@@ -226,9 +228,9 @@ function unitsOfBytes(source) {
 }
 
 // The tool's elements by where they begin.
-function toolElements(source, inBytes) {
-  const { out } = run(['select', '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', '-'], source);
-  const units = inBytes ? undefined : unitsOfBytes(source);
+function toolElements({ path, source, language }) {
+  const { out } = run(['select', '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', path]);
+  const units = language.inBytes ? undefined : unitsOfBytes(source);
   const place = (offset) => (units ? units[offset] : offset);
   const found = out.split('\n').filter(Boolean).map((line) => JSON.parse(line));
   return new Map(found.map((one) => [place(one.start), { ...one, start: place(one.start), end: place(one.end) }]));
@@ -312,7 +314,7 @@ function nodesOfPart(file, part) {
 
 async function judged(file, target, operation, choice) {
   const args = operation.args(choice);
-  const { status, out, err } = run(['edit', target.ours.path, ...args, '-'], file.source);
+  const { status, out, err } = run(['edit', target.ours.path, ...args, file.path]);
   const edit = `${target.ours.path} ${args.map((arg) => `'${arg}'`).join(' ')}`;
   if (status === 2) return { verdict: 'refused', edit, what: err };
   if (status !== 0) return { verdict: 'broken', edit, what: `status ${status} ${err}` };
@@ -352,14 +354,18 @@ function nodeOf({ tag, attrs, html, inner }) {
   const startTag = html.slice(0, html.length - inner.length).toLowerCase();
   const isOnce = ([name]) => startTag.split(name.toLowerCase()).length === 2;
   const attributes = Object.entries(attrs).filter(isOnce);
-  return { name: tag, attributes: attributes.map(([name, value]) => ({ name, value: value === true ? undefined : value })) };
+  return {
+    name: tag,
+    attributes: attributes.map(([name, value]) => ({ name, value: value === true ? undefined : value })),
+  };
 }
 
 // Elements that both the tool and the compiler have.
 function targetsIn(file, ours) {
   if (!file.tree) return [...ours.values()].map((one) => ({ node: nodeOf(one), ours: one })).filter(isPlainTarget);
   const inside = [...elementsIn(file.tree)].filter(({ depth }) => !file.language.isOuter?.(depth));
-  return inside.map(({ node }) => ({ node, ours: ours.get(node.start) })).filter((one) => one.ours && isPlainTarget(one));
+  const both = inside.map(({ node }) => ({ node, ours: ours.get(node.start) }));
+  return both.filter((one) => one.ours && isPlainTarget(one));
 }
 
 function comparePlaces(file, ours, places) {
@@ -372,7 +378,8 @@ function comparePlaces(file, ours, places) {
     places.told += end === undefined ? 0 : 1;
     places.end += one && end === one.end ? 1 : 0;
     if (!one || (end !== undefined && end !== one.end)) {
-      const what = one ? `ends at ${lineAndColumn(file.source, one.end)}, not ${lineAndColumn(file.source, end)}` : 'is none';
+      const ends = one ? [one.end, end].map((offset) => lineAndColumn(file.source, offset)) : [];
+      const what = one ? `ends at ${ends[0]}, not ${ends[1]}` : 'is none';
       places.other.push(`${file.path}:${lineAndColumn(file.source, start)}: <${name}> ${what}`);
     }
   }
@@ -390,17 +397,17 @@ async function compareLanguage(name, folder) {
   const language = languages[name];
   const files = [];
   for (const path of filesIn(join(folder, name))) files.push(await readFile(path, language));
-  return compareFiles(name, language, files.filter(Boolean));
+  return compareFiles(name, files.filter(Boolean));
 }
 
-async function compareFiles(name, language, files) {
+async function compareFiles(name, files) {
   const verdicts = { kept: [], refused: [], broken: [] };
   const places = { elements: 0, begin: 0, told: 0, end: 0, onlyOurs: 0, other: [] };
   const perFile = Math.ceil(Number(options.edits) / Math.max(files.length, 1));
   const turns = Object.entries(operations);
   let turn = 0;
   for (const file of shuffled(files)) {
-    const ours = toolElements(file.source, language.inBytes);
+    const ours = toolElements(file);
     comparePlaces(file, ours, places);
     const targets = targetsIn(file, ours);
     for (let left = targets.length > 0 ? perFile : 0; left > 0; left -= 1) {

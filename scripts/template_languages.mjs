@@ -1,8 +1,11 @@
 // How the compilers of template languages read a source, told alike for all: for compare_edits.mjs.
 //
-// A language with a tree gives {kind: 'element', name, start, end, attributes, children}, {kind: 'text', text} and
-// {kind: 'other', label, children}, the last for its blocks, expressions and comments. Offsets are those of JavaScript's
-// strings; an end that the compiler does not tell is undefined. Reading may give a promise. A language without one gives the nodes of its code alone.
+// `read` gives a tree of {kind: 'element', name, start, end, attributes, children}, {kind: 'text', text} and
+// {kind: 'other', label, children}, the last for blocks, expressions and comments. Offsets are those of JavaScript's
+// strings, or of bytes; an end that the compiler does not tell is undefined. It may give a promise.
+//
+// `nodes` is for languages whose compilers know no elements: the nodes of the code, each with a type or kind, without
+// texts and positions.
 //
 // Beforehand: npm install --prefix build/compare svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler
 //             @babel/parser nunjucks handlebars ejs twig php-parser
@@ -11,7 +14,7 @@ import { createRequire } from 'node:module';
 
 const require = createRequire(new URL('../build/compare/node_modules/', import.meta.url));
 const { parse: parseSvelte } = require('svelte/compiler');
-const { parse: parseVue, compile: compileVue, ErrorCodes: vueErrors, DOMErrorCodes: vueDomErrors } = require('@vue/compiler-dom');
+const vue = require('@vue/compiler-dom');
 const { HtmlParser, parseTemplate } = await import(new URL(
   '../build/compare/node_modules/@angular/compiler/fesm2022/compiler.mjs', import.meta.url));
 const { parse: parseAstro, transform: compileAstro } = await import(new URL(
@@ -107,9 +110,10 @@ function vueNode(node) {
 const vueOptions = { parseMode: 'sfc', comments: true, isPreTag: () => true, isIgnoreNewlineTag: () => false };
 
 // Rules of what may be in an element: whoever puts a thing there has asked for it.
+const { ErrorCodes: vueCodes, DOMErrorCodes: vueDomCodes } = vue;
 const vueContentErrors = [
-  vueDomErrors.X_V_HTML_WITH_CHILDREN, vueDomErrors.X_V_TEXT_WITH_CHILDREN, vueDomErrors.X_TRANSITION_INVALID_CHILDREN,
-  vueErrors.X_V_SLOT_EXTRANEOUS_DEFAULT_SLOT_CHILDREN, vueErrors.X_KEEP_ALIVE_INVALID_CHILDREN,
+  vueDomCodes.X_V_HTML_WITH_CHILDREN, vueDomCodes.X_V_TEXT_WITH_CHILDREN, vueDomCodes.X_TRANSITION_INVALID_CHILDREN,
+  vueCodes.X_V_SLOT_EXTRANEOUS_DEFAULT_SLOT_CHILDREN, vueCodes.X_KEEP_ALIVE_INVALID_CHILDREN,
 ];
 
 const isHtml = ({ tag, props }) => tag === 'template' && !props.some(({ name }) => name === 'lang');
@@ -118,8 +122,8 @@ function readVue(source) {
   const errors = [];
   const onError = (error) => vueContentErrors.includes(error.code) || errors.push(error);
   const onWarn = () => {};
-  const { children } = parseVue(source, { ...vueOptions, onError });
-  for (const { innerLoc } of children.filter(isHtml)) compileVue(innerLoc.source, { onError, onWarn });
+  const { children } = vue.parse(source, { ...vueOptions, onError });
+  for (const { innerLoc } of children.filter(isHtml)) vue.compile(innerLoc.source, { onError, onWarn });
   if (errors.length > 0) throw errors[0];
   return children.map(vueNode);
 }
@@ -195,7 +199,7 @@ async function readAstro(source) {
   return ast.children.map((child) => astroNode(Buffer.from(source), child));
 }
 
-// --- Languages without elements: the nodes of the code, each with a type or kind, without texts and positions ---
+// --- Languages without elements ---
 
 function nunjucksNodes(node) {
   if (Array.isArray(node)) return node.map(nunjucksNodes).filter((child) => child !== undefined);
