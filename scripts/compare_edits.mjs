@@ -211,7 +211,10 @@ const operations = {
 
 function run(args) {
   const done = spawnSync(options.tool, args, { maxBuffer: 2 ** 28 });
-  if (done.error || done.status === null) throw done.error ?? new Error(`${args.join(' ')}: ${done.signal}`);
+  const faults = [null, 126, 127];  // a signal, and what did not start
+  if (done.error || faults.includes(done.status)) {
+    throw new Error(`${options.tool} ${args.join(' ')}: ${done.error ?? done.signal ?? done.stderr}`);
+  }
   return { status: done.status, out: done.stdout.toString(), err: done.stderr.toString().trim() };
 }
 
@@ -229,7 +232,8 @@ function unitsOfBytes(source) {
 
 // The tool's elements by where they begin.
 function toolElements({ path, source, language }) {
-  const { out } = run(['select', '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', path]);
+  const { status, out, err } = run(['select', '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', path]);
+  if (status > 1) throw new Error(`${path}: ${err}`);
   const units = language.inBytes ? undefined : unitsOfBytes(source);
   const place = (offset) => (units ? units[offset] : offset);
   const found = out.split('\n').filter(Boolean).map((line) => JSON.parse(line));
