@@ -1,7 +1,7 @@
 #include "commands/node_path.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <string_view>
 #include <vector>
 
 #include <qo_html/qo_html_walk.h>
@@ -20,23 +20,26 @@ bool is_name_character(char c) {
          c == '-' || static_cast<unsigned char>(c) >= 0x80;
 }
 
-// The text as a name in a selector.
-std::string escaped_name(const std::string& text) {
-  std::string out;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    const bool begins_number = c >= '0' && c <= '9' && (i == 0 || (i == 1 && text[0] == '-'));
-    const bool is_control = static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-    if (begins_number || is_control) {
-      char escape[5];
-      std::snprintf(escape, sizeof escape, "\\%x ", static_cast<unsigned>(c));
-      out += escape;
-    } else {
-      if (!is_name_character(c) || text == "-") out += '\\';
-      out += c;
-    }
-  }
-  return out;
+// Whether a selector can have the name as it is. What needs a backslash is written in another way:
+// in the lines of a table, a backslash is doubled.
+bool is_plain(std::string_view name) {
+  const std::string_view start = name.substr(name.substr(0, 1) == "-" ? 1 : 0);
+  return !start.empty() && !(start[0] >= '0' && start[0] <= '9') &&
+         std::all_of(name.begin(), name.end(), is_name_character);
+}
+
+bool fits_in_quotes(std::string_view text) {
+  const auto is_awkward = [](char c) {
+    return c == '\\' || static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+  };
+  return std::none_of(text.begin(), text.end(), is_awkward) &&
+         (text.find('"') == text.npos || text.find('\'') == text.npos);
+}
+
+std::string id_step(const std::string& id) {
+  if (is_plain(id)) return "#" + id;
+  const char quote = id.find('"') == id.npos ? '"' : '\'';
+  return std::string("[id=") + quote + id + quote + "]";
 }
 
 }  // namespace
@@ -52,7 +55,7 @@ NodePaths::NodePaths(const qo::Page& page) : page_(page) {
 
 bool NodePaths::has_own_id(const _qo_html* element, std::string& id) const {
   id = page_.attribute(element, "id").value_or("");
-  return !id.empty() && ids_.at(lower(id)) == 1 && id.find('\0') == std::string::npos;
+  return !id.empty() && ids_.at(lower(id)) == 1 && fits_in_quotes(id);
 }
 
 std::string NodePaths::path(const _qo_html* element) {
@@ -60,11 +63,12 @@ std::string NodePaths::path(const _qo_html* element) {
   for (; !element->isRoot; element = element->parent) {
     std::string id;
     if (has_own_id(element, id)) {
-      steps.push_back("#" + escaped_name(id));
+      steps.push_back(id_step(id));
       break;
     }
-    if (names_.at(lower(element->tag)) == 1) {
-      steps.push_back(escaped_name(lower(element->tag)));
+    const std::string name = lower(element->tag);
+    if (names_.at(name) == 1 && is_plain(name)) {
+      steps.push_back(name);
       break;
     }
     steps.push_back(step(element));
@@ -78,9 +82,12 @@ std::string NodePaths::path(const _qo_html* element) {
 
 std::string NodePaths::step(const _qo_html* element) {
   const std::string name = lower(element->tag);
-  std::string step = escaped_name(name);
-  if (element->parent->isRoot && names_.at(name) > 1) step += ":root";
+  const bool has_name = is_plain(name);
   const Position position = this->position(element);
+  std::string step = has_name ? name : std::string();
+  const bool may_be_elsewhere = !has_name || names_.at(name) > 1;
+  if (element->parent->isRoot && may_be_elsewhere) step += ":root";
+  if (!has_name) return step + ":nth-child(" + std::to_string(position.place) + ")";
   if (position.count > 1) step += ":nth-of-type(" + std::to_string(position.index) + ")";
   return step;
 }
@@ -92,9 +99,10 @@ NodePaths::Position NodePaths::position(const _qo_html* element) {
 
 void NodePaths::count_children(const _qo_html* parent) {
   std::unordered_map<std::string, std::size_t> counts;
+  std::size_t place = 0;
   for (const _qo_html* child : parent->children) {
     if (page_.kind(child) != qo::NodeKind::element) continue;
-    positions_[child] = {++counts[lower(child->tag)], 0};
+    positions_[child] = {++place, ++counts[lower(child->tag)], 0};
   }
   for (const _qo_html* child : parent->children) {
     if (page_.kind(child) != qo::NodeKind::element) continue;

@@ -22,9 +22,10 @@ class NodePaths {
   std::string path(const _qo_html* element);
 
  private:
-  // Among the siblings of its name, from 1.
+  // From 1.
   struct Position {
-    std::size_t index, count;
+    std::size_t place;         // among all siblings
+    std::size_t index, count;  // among those of its name
   };
 
   bool has_own_id(const _qo_html* element, std::string& id) const;
