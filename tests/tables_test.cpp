@@ -36,6 +36,7 @@ TEST(Table, IsTheGridOfTheStandard) {
       {"<table><tr><td>a<td rowspan=3>b<tr><td colspan=3>c<tr><td>d</table>", "0:a|b||/c|b|c|/d|b||/"},
       {"<table><tr><td rowspan=0>a<td>b<tr><td>c<tbody><tr><td>d</table>", "0:a|b|/a|c|/d||/"},
       {"<table><tr><td rowspan=-1 colspan=' 2x'>a<td colspan=0>b", "0:a|a|b|/"},
+      {"<table><tr><td colspan='&#50;'>a", "0:a|a|/"},
       {"<table><td>a<td>b<tr><td>c</table>", "0:a|b|/c||/"},
       {"<table><caption>x<col><tr><td>a <p> b<table><tr><td>in</table> c</table>", "0:a b c|/"},
       {"<TABLE><form><TR><TD>a</form></TABLE>", "0:a|/"},
@@ -80,12 +81,12 @@ TEST(Table, HasTheNodesOfItsCells) {
 // Each place of random grids is filled by the cell that says so, unless another one has it first.
 TEST(Table, HasCellsThatFillTheirPlaces) {
   std::mt19937 random(7);
-  const auto below = [&random](unsigned most) { return random() % most; };
+  const auto below = [&random](std::size_t most) { return random() % most; };
   for (int round = 0; round < 300; ++round) {
     std::string source = "<table>";
-    for (unsigned row = 0; row < 1 + below(5); ++row) {
+    for (std::size_t row = 0; row < 1 + below(5); ++row) {
       source += below(5) == 0 ? "<tbody><tr>" : "<tr>";
-      for (unsigned cell = below(4); cell > 0; --cell) {
+      for (std::size_t cell = below(4); cell > 0; --cell) {
         source += "<td rowspan=" + std::to_string(below(4)) + " colspan=" + std::to_string(below(4)) + ">x";
       }
     }
