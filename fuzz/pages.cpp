@@ -209,7 +209,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
       page = std::make_unique<qo::Page>(source, qo::PageOptions{templates});
     } catch (const qo::Error&) {
-      return 0;  // UTF-16
+      return 0;  // an encoding beyond ASCII
     }
     const std::vector<_qo_html*> nodes = check_nodes(*page);
     require(qo::Edits(*page).apply().source == source, "a page without edits");

@@ -50,9 +50,48 @@ struct Operation {
   std::optional<Substitution> substitution = std::nullopt;  // what is substituted by what
 };
 
+// --- Each operation, with just what it uses ---
+
+QO_PAGE_API Operation set_attribute(std::string name, std::string value);
+QO_PAGE_API Operation set_bare_attribute(std::string name);
+QO_PAGE_API Operation remove_attribute(std::string name);
+QO_PAGE_API Operation add_class(std::string token);
+QO_PAGE_API Operation remove_class(std::string token);
+QO_PAGE_API Operation rename(std::string name);
+QO_PAGE_API Operation substitute_value(std::string name, Substitution substitution);
+QO_PAGE_API Operation substitute_text(Substitution substitution);
+QO_PAGE_API Operation unwrap();
+QO_PAGE_API Operation set_text(std::string text);
+QO_PAGE_API Operation set_html(std::string markup);
+QO_PAGE_API Operation prepend(std::string markup);
+QO_PAGE_API Operation append(std::string markup);
+QO_PAGE_API Operation insert_before(std::string markup);
+QO_PAGE_API Operation insert_after(std::string markup);
+QO_PAGE_API Operation wrap(std::string markup);
+QO_PAGE_API Operation replace(std::string markup);
+QO_PAGE_API Operation remove();
+
 // Throws Error when two operations contradict each other, since one wipes out what the other does,
-// or when a name or class is none. The offset is the index of the operation.
+// when a name or class is none, or when an operation has a field that its kind does not use. The
+// offset is the index of the operation.
 QO_PAGE_API void check_operations(const std::vector<Operation>& operations);
+
+// What is refused: an edit that would not be just what was asked.
+class QO_PAGE_API EditError : public Error {
+ public:
+  EditError(const std::string& message, std::size_t offset, Node node)
+      : Error(message, offset), node_(node) {}
+
+  // The node whose operations are refused; the offset is the place in its page's source.
+  Node node() const { return node_; }
+
+ private:
+  Node node_;
+};
+
+// Whether template code in plain text stays code: {{ name }} in a text that was set. Texts that
+// come from data are safe only with `refuse`.
+enum class CodeInText { keep, refuse };
 
 // A stretch of the page's source that became a stretch of the new one; either may be empty. Between
 // two changes, both texts are the same.
@@ -61,6 +100,7 @@ struct Change {
   std::size_t old_end;    // after it
   std::size_t new_begin;  // in the new source
   std::size_t new_end;    // after it
+  Node node;              // of the page, whose operations made the change
 };
 
 // What Edits make of a page.
@@ -69,30 +109,44 @@ struct EditedSource {
   std::vector<Change> changes;  // in order
 };
 
+// The same, read.
+struct EditedPage {
+  Page page;
+  std::vector<Change> changes;  // in order
+};
+
 // Collects operations on the nodes of one page, and makes the new source of them. What an operation
 // on an outer node replaces, operations on nodes within it no longer touch. The page must outlive
-// the object.
+// the object, and may be moved.
 class QO_PAGE_API Edits {
  public:
   // No operations yet.
-  explicit Edits(const Page& page);
+  explicit Edits(const Page& page, CodeInText code = CodeInText::keep);
+  explicit Edits(const Page&& page, CodeInText code = CodeInText::keep) = delete;
   ~Edits();
   Edits(const Edits&) = delete;
   Edits& operator=(const Edits&) = delete;
 
   // Adds operations on nodes of the page, for each node after those that it already has; they are
-  // carried out in this order. Throws Error as check_operations() does, or when an operation does
-  // not fit the kind of a node, with the node's offset; nothing was then added.
+  // carried out in this order. Throws Error as check_operations() does, for a node of another page,
+  // for template code in plain text when that is refused, or EditError when an operation does not
+  // fit the kind of a node; nothing was then added.
   void add(Node node, const std::vector<Operation>& operations);
   void add(const std::vector<Node>& nodes, const std::vector<Operation>& operations);
 
+  // The operations on a node so far, in their order. They live until the next call of add().
+  std::vector<const Operation*> operations(Node node) const;
+
   // The new source. It was read again: all that was not named is as before, tags, attributes and
   // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not
-  // close or a text that ends its script, throws Error with a place in the page's source; also when
-  // operations from several calls contradict each other, when a node holds a part of a block of
-  // template code, and when an attribute that is to be set is there only in a branch of one. Takes
-  // time and memory as reading the new source does. The page and this object stay as they are.
+  // close or a text that ends its script, throws EditError; also when operations from several calls
+  // contradict each other, when a node holds a part of a block of template code, and when an
+  // attribute that is to be set is there only in a branch of one. Takes time and memory as reading
+  // the new source does. The page and this object stay as they are.
   EditedSource apply() const;
+
+  // The same, as the page that was read to check it.
+  EditedPage apply_to_page() const;
 
  private:
   struct State;

@@ -1,9 +1,11 @@
-// What a browser sends for a form: the HTML standard's form data set.
+// What a browser sends for a form, the HTML standard's form data set, and what makes it send
+// something else.
 //
 // The state is that of the markup, before anyone types or a script runs. Template code in names and
 // values stays as written, and a value with code in it is taken for a fitting one.
 //
-// Errors: std::bad_alloc alone.
+// Errors: std::bad_alloc, Error for a node that is none or one of another page, and what a function
+// says.
 //
 // Threads: nothing is shared. One object may be asked by several threads at once.
 
@@ -14,8 +16,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include <qo_page/edits.h>
 #include <qo_page/page.h>
 
 namespace qo {
@@ -25,6 +29,27 @@ namespace qo {
 struct FormEntry {
   std::string name;
   std::string value;
+};
+
+// A button, input, select or textarea.
+struct FormControl {
+  Node node;
+  std::string name;  // decoded; a control without one sends nothing
+  std::string
+      type;  // as scripts see it: "text", "checkbox", "select-one", "textarea", "submit", ...
+  bool is_disabled;  // by itself or by a fieldset around it
+  bool is_checked;   // of checkboxes, and of the one radio button of a group that is sent
+
+  // What it sends: of checkboxes, radio buttons and buttons, when they are checked or pressed. None
+  // for images, for buttons that send nothing, and where no option is selected.
+  std::vector<std::string> values;
+};
+
+// What the controls of one name are to send, in the order in which they are sent. Where the values
+// tell the controls apart, as those of checkboxes do, any order will do.
+struct FieldValues {
+  std::string name;
+  std::vector<std::string> values;  // none: whatever is checked or selected no longer is
 };
 
 // The controls of a page, by the form that owns them: the one that their "form" attribute names, or
@@ -47,6 +72,25 @@ class QO_PAGE_API FormControls {
 
   // Whether there is such a button to press.
   bool has_button(Node form, std::string_view submitter) const;
+
+  // The controls that are looked at for `entries`, disabled ones and buttons included, in document
+  // order. Those in a datalist, which are never sent, are left out.
+  std::vector<FormControl> controls(Node form) const;
+
+  // What makes the form send these values: operations on nodes, in document order, for Edits. What
+  // has the values already is left alone, as are controls of other names, disabled ones and
+  // buttons. A name that comes twice has the values of both.
+  //
+  // Inputs get a "value", textareas a text, and of checkboxes, radio buttons and options, those of
+  // the values get "checked" or "selected", and the others lose it. A hidden input beside other
+  // controls of its name stays; what it sends may be among the values or not.
+  //
+  // Throws Error, with the place of the node that it is about, when that cannot be exact: there is
+  // no control of a name, or only disabled ones or buttons; no control or option has a value, only
+  // a disabled one, or several that send it; there are more or fewer values than controls take; an
+  // input of the type does not take a value; what is to be a file's name.
+  std::vector<std::pair<Node, Operation>> fill(Node form,
+                                               const std::vector<FieldValues>& values) const;
 
  private:
   struct State;

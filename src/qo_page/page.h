@@ -48,8 +48,7 @@ struct PageOptions {
 class QO_PAGE_API Page {
  public:
   // Reads `source`, in time that grows with its length, whatever it holds. Throws Error when the
-  // text is in an encoding that ASCII is no part of, such as UTF-16, and when it has 4 GiB or more;
-  // no other text is refused.
+  // text is UTF-16, ISO-2022, HZ or UTF-7, or has 4 GiB or more; no other text is refused.
   explicit Page(std::string source, PageOptions options = PageOptions());
   ~Page();
   Page(Page&&) noexcept;
@@ -98,6 +97,8 @@ class QO_PAGE_API Page {
 
  private:
   friend struct PageAccess;
+  explicit Page(std::unique_ptr<Tree> tree);
+
   std::unique_ptr<Tree> tree_;
 };
 

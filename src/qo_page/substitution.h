@@ -20,6 +20,9 @@ class QO_PAGE_API Substitution {
   // be read; the offset is that in the wrong one.
   Substitution(const std::string& expression, const std::string& replacement);
 
+  // As it was given.
+  const std::string& replacement() const;
+
  private:
   friend class Substituter;
   std::shared_ptr<const SubstitutionProgram> program_;

@@ -8,13 +8,22 @@
 #include <string>
 #include <vector>
 
+#include <qo_page/node.h>
 #include <qo_page/page.h>
 #include <qo_page/qo_page_export.h>
 
 namespace qo {
 
+// A cell, and the places that it fills: from its row and column on, so many of each.
+struct Cell {
+  Node node;  // none: there is no cell
+  std::size_t row, column;
+  std::size_t rows, columns;
+};
+
 // The grid of a table, as the HTML standard forms it: a cell fills all the places that it spans,
 // and the rows of a tfoot come last. Tables within the table are no part of it, nor of its cells.
+// The page must live as long.
 class QO_PAGE_API Table {
  public:
   // The most places that a grid may have.
@@ -31,16 +40,24 @@ class QO_PAGE_API Table {
   // row if all its cells are th.
   std::size_t header_rows() const { return header_rows_; }
 
-  // The cell's text as a person reads it; empty where there is no cell.
+  // The cell that fills a place; where there is none, it is that one place, without a node. Where
+  // two cells want one place, the first has it: the spans are as wide as if they both had. Throws
+  // Error for a place that is not in the grid.
+  Cell cell(std::size_t row, std::size_t column) const;
+
+  // The cell's text as a person reads it; empty where there is no cell. Throws Error as cell().
   const std::string& text(std::size_t row, std::size_t column) const;
 
  private:
-  using Cell = std::uint32_t;  // a place in texts_; 0: no cell
+  using CellNumber = std::uint32_t;  // a place in cells_ and texts_; 0: no cell
 
   friend class TableReader;
 
+  CellNumber number_at(std::size_t row, std::size_t column) const;
+
+  std::vector<Cell> cells_;
   std::vector<std::string> texts_;
-  std::vector<std::vector<Cell>> grid_;  // rows may be shorter than the longest
+  std::vector<std::vector<CellNumber>> grid_;  // rows may be shorter than the longest
   std::size_t columns_ = 0;
   std::size_t header_rows_ = 0;
 };

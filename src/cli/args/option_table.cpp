@@ -240,7 +240,8 @@ const std::vector<OptionRow>& option_table() {
        named<Kind::remove_attribute>},
       {'\0', "sub-attr", "NAME REGEX REPLACEMENT", false, "", in_edit, Group::operations,
        "Substitute in an attribute's value",
-       "_REGEX_ is matched with the decoded value, wherever it is; in _REPLACEMENT_, *$1* and *${name}* are groups, *$0* is the match, *$$* a *$*. Only "
+       "_REGEX_ is a regular expression of PCRE2, with the letters and words of Unicode. Every match in the decoded value is "
+       "replaced; in _REPLACEMENT_, *$1* and *${name}* are groups, *$0* is the match, *$$* a *$*. Only "
        "what was matched changes, and template code never.",
        substitute_value},
       {'\0', "add-class", "CLASS", false, "", in_edit, Group::operations, "Add a class", "", valued<Kind::add_class>},

@@ -1,6 +1,7 @@
 #include "pages/node_path.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <string_view>
 #include <vector>
 
 #include "io/text.h"
@@ -14,23 +15,26 @@ bool is_name_character(char c) {
          c == '-' || static_cast<unsigned char>(c) >= 0x80;
 }
 
-// The text as a name in a selector.
-std::string escaped_name(const std::string& text) {
-  std::string out;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    const bool begins_number = c >= '0' && c <= '9' && (i == 0 || (i == 1 && text[0] == '-'));
-    const bool is_control = static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-    if (begins_number || is_control) {
-      char escape[5];
-      std::snprintf(escape, sizeof escape, "\\%x ", static_cast<unsigned>(c));
-      out += escape;
-    } else {
-      if (!is_name_character(c) || text == "-") out += '\\';
-      out += c;
-    }
-  }
-  return out;
+// Whether a selector can have the name as it is. What needs a backslash is written in another way:
+// in the lines of a table, a backslash is doubled.
+bool is_plain(std::string_view name) {
+  const std::string_view start = name.substr(name.substr(0, 1) == "-" ? 1 : 0);
+  return !start.empty() && !(start[0] >= '0' && start[0] <= '9') &&
+         std::all_of(name.begin(), name.end(), is_name_character);
+}
+
+bool fits_in_quotes(std::string_view text) {
+  const auto is_awkward = [](char c) {
+    return c == '\\' || static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+  };
+  return std::none_of(text.begin(), text.end(), is_awkward) &&
+         (text.find('"') == text.npos || text.find('\'') == text.npos);
+}
+
+std::string id_step(const std::string& id) {
+  if (is_plain(id)) return "#" + id;
+  const char quote = id.find('"') == id.npos ? '"' : '\'';
+  return std::string("[id=") + quote + id + quote + "]";
 }
 
 }  // namespace
@@ -45,7 +49,7 @@ NodePaths::NodePaths(const qo::Page& page) {
 
 bool NodePaths::has_own_id(qo::Node element, std::string& id) const {
   id = element.attribute("id").value_or("");
-  return !id.empty() && ids_.at(lower(id)) == 1 && id.find('\0') == std::string::npos;
+  return !id.empty() && ids_.at(lower(id)) == 1 && fits_in_quotes(id);
 }
 
 std::string NodePaths::path(qo::Node element) {
@@ -53,12 +57,12 @@ std::string NodePaths::path(qo::Node element) {
   for (; element.is_element(); element = element.parent()) {
     std::string id;
     if (has_own_id(element, id)) {
-      steps.push_back("#" + escaped_name(id));
+      steps.push_back(id_step(id));
       break;
     }
     const std::string name = lower(element.name());
-    if (names_.at(name) == 1) {
-      steps.push_back(escaped_name(name));
+    if (names_.at(name) == 1 && is_plain(name)) {
+      steps.push_back(name);
       break;
     }
     steps.push_back(step(element));
@@ -72,9 +76,12 @@ std::string NodePaths::path(qo::Node element) {
 
 std::string NodePaths::step(qo::Node element) {
   const std::string name = lower(element.name());
-  std::string step = escaped_name(name);
-  if (!element.parent().is_element() && names_.at(name) > 1) step += ":root";
+  const bool has_name = is_plain(name);
   const Position position = this->position(element);
+  std::string step = has_name ? name : std::string();
+  const bool may_be_elsewhere = !has_name || names_.at(name) > 1;
+  if (!element.parent().is_element() && may_be_elsewhere) step += ":root";
+  if (!has_name) return step + ":nth-child(" + std::to_string(position.place) + ")";
   if (position.count > 1) step += ":nth-of-type(" + std::to_string(position.index) + ")";
   return step;
 }
@@ -86,11 +93,14 @@ NodePaths::Position NodePaths::position(qo::Node element) {
 
 void NodePaths::count_children(qo::Node parent) {
   std::unordered_map<std::string, std::size_t> counts;
+  std::size_t place = 0;
   for (const qo::Node child : parent.children()) {
-    if (child.is_element()) positions_[child] = {++counts[lower(child.name())], 0};
+    if (!child.is_element()) continue;
+    positions_[child] = {++place, ++counts[lower(child.name())], 0};
   }
   for (const qo::Node child : parent.children()) {
-    if (child.is_element()) positions_[child].count = counts[lower(child.name())];
+    if (!child.is_element()) continue;
+    positions_[child].count = counts[lower(child.name())];
   }
 }
 

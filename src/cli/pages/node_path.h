@@ -22,9 +22,10 @@ class NodePaths {
   std::string path(qo::Node element);
 
  private:
-  // Among the siblings of its name, from 1.
+  // From 1.
   struct Position {
-    std::size_t index, count;
+    std::size_t place;         // among all siblings
+    std::size_t index, count;  // among those of its name
   };
 
   bool has_own_id(qo::Node element, std::string& id) const;

@@ -5,14 +5,6 @@
 
 namespace qo {
 
-namespace {
-
-const NodeRecord& record_of(Node node) {
-  return NodeAccess::tree(node)[NodeAccess::index(node)];
-}
-
-}  // namespace
-
 // --- Attribute ---
 
 std::string_view Attribute::name() const {
@@ -55,7 +47,7 @@ Attributes::Iterator Attributes::Iterator::operator++(int) {
 // --- Node ---
 
 NodeKind Node::kind() const {
-  return record_of(*this).kind;
+  return NodeAccess::record(*this).kind;
 }
 std::string_view Node::name() const {
   return NodeAccess::tree(*this).name(index_);
@@ -94,7 +86,7 @@ NodeRange<NextSibling> Node::children() const {
   return {first_child(), Node()};
 }
 NodeRange<NextInDocument> Node::descendants() const {
-  return {Node(tree_, index_ + 1), Node(tree_, record_of(*this).subtree_end)};
+  return {Node(tree_, index_ + 1), Node(tree_, NodeAccess::record(*this).subtree_end)};
 }
 NodeRange<NextAncestor> Node::ancestors() const {
   return {parent(), Node()};
@@ -105,7 +97,7 @@ Node NextInDocument::after(Node node) {
 }
 
 Attributes Node::attributes() const {
-  const std::uint32_t begin = record_of(*this).first_attribute;
+  const std::uint32_t begin = NodeAccess::record(*this).first_attribute;
   return {tree_, begin, tree_->nodes[index_ + std::size_t{1}].first_attribute};
 }
 

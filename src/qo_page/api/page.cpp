@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <qo_page/base/byte_encoding.h>
 #include <qo_page/selector.h>
 #include <qo_page/tree/node_access.h>
 #include <qo_page/tree/tree_builder.h>
@@ -11,27 +12,13 @@ namespace qo {
 namespace {
 
 constexpr std::size_t most_bytes = std::size_t{1} << 32;
-constexpr std::size_t sample_length = 1024;  // of a text, that tells its encoding
-
-// Whether every second byte of the beginning is zero, and the others are not.
-bool has_zeros_at(std::string_view text, std::size_t remainder) {
-  const std::size_t length = std::min(text.size(), sample_length) & ~std::size_t{1};
-  for (std::size_t i = 0; i < length; ++i) {
-    if ((text[i] == '\0') != (i % 2 == remainder)) return false;
-  }
-  return length >= 4;
-}
-
-bool is_utf16(std::string_view text) {
-  const std::string_view mark = text.substr(0, 2);
-  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || has_zeros_at(text, 0) || has_zeros_at(text, 1);
-}
-
 }  // namespace
 
 Page::Page(std::string source, PageOptions options) {
-  if (is_utf16(source)) {
-    throw Error("the text is UTF-16; iconv -f UTF-16 -t UTF-8 makes it readable", 0);
+  const std::string encoding(encoding_beyond_ascii(source));
+  if (!encoding.empty()) {
+    throw Error(
+        "the text is " + encoding + "; iconv -f " + encoding + " -t UTF-8 makes it readable", 0);
   }
   if (source.size() >= most_bytes) throw Error("the text has 4 GiB or more", most_bytes);
   auto tree = std::make_unique<Tree>();
@@ -41,6 +28,7 @@ Page::Page(std::string source, PageOptions options) {
   tree_ = std::move(tree);
 }
 
+Page::Page(std::unique_ptr<Tree> tree) : tree_(std::move(tree)) {}
 Page::~Page() = default;
 Page::Page(Page&&) noexcept = default;
 Page& Page::operator=(Page&&) noexcept = default;

@@ -59,7 +59,8 @@ pcre2_code_8* compiled(std::string_view text, std::uint32_t options) {
   std::size_t offset = 0;
   pcre2_code_8* const code = pcre2_compile_8(
       reinterpret_cast<PCRE2_SPTR8>(text.data()), text.size(),
-      PCRE2_UTF | PCRE2_NEVER_BACKSLASH_C | PCRE2_AUTO_CALLOUT | options, &error, &offset, nullptr);
+      PCRE2_UTF | PCRE2_UCP | PCRE2_NEVER_BACKSLASH_C | PCRE2_AUTO_CALLOUT | options, &error,
+      &offset, nullptr);
   if (code != nullptr) return code;
   if (error == PCRE2_ERROR_NOMEMORY || error == PCRE2_ERROR_HEAP_FAILED) throw std::bad_alloc();
   throw PatternError(error_text(error), offset);
@@ -151,16 +152,6 @@ class Matching {
   std::unique_ptr<pcre2_match_context_8, Free> context_;
 };
 
-bool is_continuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-std::size_t next_character(std::string_view text, std::size_t i) {
-  ++i;
-  while (i < text.size() && is_continuation(text[i])) ++i;
-  return i;
-}
-
 }  // namespace
 
 std::size_t Pattern::find(std::string_view text, PatternBudget& budget) const {
@@ -168,21 +159,14 @@ std::size_t Pattern::find(std::string_view text, PatternBudget& budget) const {
   return matching.find(0) ? matching.begin() : std::string_view::npos;
 }
 
+// Right after a match, an empty one is none.
 std::vector<PatternMatch> Pattern::find_all(std::string_view text, PatternBudget& budget) const {
   Matching matching(code_, any_code_, text, budget);
   std::vector<PatternMatch> found;
-  for (std::size_t start = 0; start <= text.size();) {
-    const bool after_empty = !found.empty() && found.back()[0].first == found.back()[0].second &&
-                             found.back()[0].second == start;
-    const std::uint32_t options = after_empty ? PCRE2_NOTEMPTY_ATSTART | PCRE2_ANCHORED : 0;
-    if (matching.find(start, options)) {
-      found.push_back(matching.groups());
-      start = std::max(start, matching.end());
-    } else if (after_empty) {
-      start = next_character(text, start);
-    } else {
-      break;
-    }
+  std::size_t start = 0;
+  while (matching.find(start, found.empty() ? 0 : PCRE2_NOTEMPTY_ATSTART)) {
+    found.push_back(matching.groups());
+    start = std::max(start, matching.end());
   }
   return found;
 }

@@ -39,7 +39,8 @@ struct PatternBudget {
 // Where a match, which is the first, and its groups are; npos for a group that took no part.
 using PatternMatch = std::vector<std::pair<std::size_t, std::size_t>>;
 
-// A Perl-compatible regular expression over UTF-8. Bytes that are none match nothing.
+// A Perl-compatible regular expression over UTF-8, whose letters and words are those of Unicode.
+// Bytes that are no UTF-8 match nothing.
 class Pattern {
  public:
   // Throws PatternError when the text is no such expression.
@@ -51,7 +52,8 @@ class Pattern {
   // The offset at which it first matches, or npos. Throws PatternBudget::Exceeded.
   std::size_t find(std::string_view text, PatternBudget& budget) const;
 
-  // All its matches that do not overlap, each with its groups. Throws PatternBudget::Exceeded.
+  // All its matches that do not overlap, each with its groups; an empty one right after another is
+  // none. Throws PatternBudget::Exceeded.
   std::vector<PatternMatch> find_all(std::string_view text, PatternBudget& budget) const;
 
   std::size_t group_count() const;  // without the whole match

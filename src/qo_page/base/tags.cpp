@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include <qo_page/base/ascii.h>
 
@@ -23,19 +24,49 @@ constexpr std::size_t longest_name = [] {
   return longest;
 }();
 
-constexpr std::size_t slot_of(std::string_view name) {
-  std::size_t hash = name.size();
-  for (const char c : name) hash = hash * 31 + static_cast<unsigned char>(lower(c));
-  return (hash ^ (hash >> 9)) % slot_count;
+constexpr std::array<unsigned char, 256> lower_case = [] {
+  std::array<unsigned char, 256> made{};
+  for (std::size_t i = 0; i < made.size(); ++i) {
+    made[i] = static_cast<unsigned char>(lower(static_cast<char>(i)));
+  }
+  return made;
+}();
+
+// A name in lower case as a number, another one for each name.
+struct NameKey {
+  std::uint64_t first, second;  // the first eight characters; the length and the others
+};
+static_assert(longest_name < 16);
+
+constexpr NameKey key_of(std::string_view name) {
+  NameKey key{0, name.size()};
+  std::size_t i = 0;
+  for (; i < name.size() && i < 8; ++i) {
+    key.first = key.first << 8 | lower_case[static_cast<unsigned char>(name[i])];
+  }
+  for (; i < name.size(); ++i) {
+    key.second = key.second << 8 | lower_case[static_cast<unsigned char>(name[i])];
+  }
+  return key;
 }
 
-constexpr std::array<std::uint8_t, slot_count> slots = [] {
-  static_assert(row_count < 256);
-  std::array<std::uint8_t, slot_count> made{};
+constexpr std::size_t slot_of(const NameKey& key) {
+  return ((key.first ^ key.second * 31) * 0x9E3779B97F4A7C15u) >> 55;  // of 64 bits, the first nine
+}
+
+struct Slots {
+  std::array<NameKey, slot_count> keys{};
+  std::array<Tag, slot_count> tags{};  // unknown: a free slot
+};
+
+constexpr Slots slots = [] {
+  Slots made{};
   for (std::size_t i = 1; i < row_count; ++i) {
-    std::size_t slot = slot_of(rows[i].name);
-    while (made[slot] != 0) slot = (slot + 1) % slot_count;
-    made[slot] = static_cast<std::uint8_t>(i);
+    const NameKey key = key_of(rows[i].name);
+    std::size_t slot = slot_of(key);
+    while (made.tags[slot] != Tag::unknown) slot = (slot + 1) % slot_count;
+    made.keys[slot] = key;
+    made.tags[slot] = static_cast<Tag>(i);
   }
   return made;
 }();
@@ -43,9 +74,12 @@ constexpr std::array<std::uint8_t, slot_count> slots = [] {
 }  // namespace
 
 Tag find_tag(std::string_view name) {
-  if (name.empty() || name.size() > longest_name) return Tag::unknown;
-  for (std::size_t slot = slot_of(name); slots[slot] != 0; slot = (slot + 1) % slot_count) {
-    if (equals_without_case(rows[slots[slot]].name, name)) return static_cast<Tag>(slots[slot]);
+  if (name.size() > longest_name) return Tag::unknown;
+  const NameKey key = key_of(name);
+  for (std::size_t slot = slot_of(key); slots.tags[slot] != Tag::unknown;
+       slot = (slot + 1) % slot_count) {
+    const NameKey& there = slots.keys[slot];
+    if (there.first == key.first && there.second == key.second) return slots.tags[slot];
   }
   return Tag::unknown;
 }

@@ -5,8 +5,10 @@
 #include <vector>
 
 #include <qo_page/edits/edit_error.h>
-#include <qo_page/tree/reading.h>
-#include <qo_page/tree/tree_builder.h>
+#include <qo_page/edits/new_places.h>
+#include <qo_page/tokenizer/tokenizer.h>
+#include <qo_page/tree/content_model.h>
+#include <qo_page/tree/tree_walk.h>
 
 namespace qo {
 
@@ -17,38 +19,99 @@ bool is_same_extent(const Extent& a, const Extent& b) {
          a.content_end == b.content_end && a.end == b.end;
 }
 
-// Goes over the nodes of the new page beside what is wanted.
-class EditCheck : public TreeObserver {
+// Goes over the nodes of the new page beside those of the old one.
+class EditCheck {
  public:
-  EditCheck(const WrittenEdit& written, std::string_view old_source, bool templates)
+  EditCheck(const WrittenEdit& written, const Tree& old_tree, const Tree& new_tree)
       : written_(written),
+        old_(old_tree),
+        new_(new_tree),
+        places_(written, old_tree),
         wrappers_(written.insertions.size()),
-        seams_(written.source, old_source, templates, written.seams) {}
+        seams_(new_tree, old_tree.source, written.seams) {}
 
-  void token(const Token& token, const Node& holder) override {
-    last_ = {token.kind, token.extent, token.name};
-    const bool is_content = token.kind == TokenKind::text && reading_of(holder) != Reading::markup;
-    if (token.is_cut_off && !is_content) {
-      const Insertion* const insertion = insertion_at(token.extent.begin);
-      if (insertion != nullptr) fail_unclosed(what_is(token.kind), *insertion);
+  void run() {
+    TreeWalk walk(new_, document_index);
+    for (TreeWalk::Event event; (event = walk.step()) != TreeWalk::Event::end;) {
+      event == TreeWalk::Event::enter ? enter(walk.node()) : leave(walk.node());
     }
-    seams_.token(token, holder);
+    finish();
   }
 
-  void begin(const Node& node) override {
-    const Insertion* const insertion = insertion_at(node.extent.begin);
-    if (insertion == nullptr && next_kept_ == written_.kept.size()) fail_at(node.extent.begin);
-    wanted_.push_back({insertion, insertion == nullptr ? &written_.kept[next_kept_++] : nullptr});
+ private:
+  // What an open node is to be: a part of what was put in, or a node that was there.
+  struct Wanted {
+    const Insertion* insertion;
+    NodeIndex old_node;
+  };
+
+  void enter(NodeIndex node) {
+    if (node == document_index) return;
+    const NodeRecord& record = new_[node];
+    pass_stray_tags(record.begin);
+    if (record.is_cut_off) check_cut_off(node);
+    if (record.kind == NodeKind::text) return enter_text(node);
+    if (record.kind == NodeKind::element) seams_.tag({record.begin, record.content_begin});
+    position_ = record.kind == NodeKind::element ? record.content_begin : record.end;
+    const Insertion* const insertion = insertion_at(record.begin);
+    const NodeIndex old_node = insertion == nullptr ? places_.next() : no_node;
+    if (insertion == nullptr && old_node == no_node) fail_at(record.begin);
+    wanted_.push_back({insertion, old_node});
   }
 
-  void end(const Node& node) override {
+  // A tag that the end of the source cuts off is the last of it.
+  void enter_text(NodeIndex node) {
+    const NodeRecord& record = new_[node];
+    const std::size_t tag = has_cut_off_tag(record) ? cut_off_tag(record) : record.end;
+    if (tag > record.begin) seams_.text({record.begin, tag}, record.parent);
+    if (tag < record.end) seams_.tag({tag, record.end});
+    position_ = record.end;
+  }
+
+  void leave(NodeIndex node) {
+    const NodeRecord& record = new_[node];
+    if (record.kind == NodeKind::text) return;
+    if (record.has_content || node == document_index) {
+      pass_stray_tags(record.content_end);
+      if (record.content_end < record.end) seams_.tag({record.content_end, record.end});
+      position_ = record.end;
+    }
+    if (node == document_index) return;
     const Wanted wanted = wanted_.back();
     wanted_.pop_back();
     if (wanted.insertion != nullptr) {
       inserted(node, *wanted.insertion);
     } else {
-      kept(node, *wanted.kept);
+      kept(node, wanted.old_node);
     }
+  }
+
+  void pass_stray_tags(std::size_t end) {
+    if (position_ < end) seams_.stray_tags({position_, end});
+  }
+
+  bool has_cut_off_tag(const NodeRecord& node) const {
+    return node.kind == NodeKind::text && node.is_cut_off &&
+           content_model(new_[node.parent]) == ContentModel::data;
+  }
+
+  // Where in a text a tag begins that the end of the source cuts off.
+  std::size_t cut_off_tag(const NodeRecord& text) const {
+    Tokenizer tokenizer(new_.source, new_.options.templates);
+    tokenizer.begin_at(text.begin);
+    Token token{};
+    while (tokenizer.next(token)) {
+    }
+    return token.extent.begin;
+  }
+
+  void check_cut_off(NodeIndex node) {
+    const NodeRecord& record = new_[node];
+    const bool is_text = record.kind == NodeKind::text;
+    if (is_text && !has_cut_off_tag(record)) return;
+    const std::size_t begin = is_text ? cut_off_tag(record) : record.begin;
+    const Insertion* const insertion = insertion_at(begin);
+    if (insertion != nullptr) fail_unclosed(what_is(record.kind), *insertion);
   }
 
   void finish() const {
@@ -58,15 +121,9 @@ class EditCheck : public TreeObserver {
       throw Error("what is wrapped would end an element of the markup around it",
                   insertion.old_begin);
     }
-    if (next_kept_ < written_.kept.size()) fail_at(written_.kept[next_kept_].extent.begin);
+    const NodeIndex next = places_.peek();
+    if (next != no_node) fail_at(places_.place_of(next).extent.begin);
   }
-
- private:
-  // What an open node is to be: a part of what was put in, or a node that was there.
-  struct Wanted {
-    const Insertion* insertion;
-    const KeptNode* kept;
-  };
 
   // The insertion that an offset of the new source is in, or null. Offsets come in order.
   const Insertion* insertion_at(std::size_t offset) {
@@ -79,14 +136,17 @@ class EditCheck : public TreeObserver {
     return insertion.begin <= offset ? &insertion : nullptr;
   }
 
-  void inserted(const Node& node, const Insertion& insertion) {
-    if (insertion.is_text && node.kind != NodeKind::code) {
+  void inserted(NodeIndex node, const Insertion& insertion) {
+    const NodeRecord& record = new_[node];
+    if (insertion.is_text && record.kind != NodeKind::code) {
       throw Error("the new text would be read as markup", insertion.old_begin);
     }
-    const std::size_t end = node.extent.end;
+    const std::size_t end = record.end;
     const bool is_wrapper = end > insertion.second_begin && end <= insertion.second_end;
-    const bool is_open = reading_of(node) != Reading::markup && node.extent.content_end == end;
-    if ((end > insertion.end && !is_wrapper) || is_open) fail_unclosed(named(node), insertion);
+    const bool is_open = content_model(record) != ContentModel::data && record.content_end == end;
+    if ((end > insertion.end && !is_wrapper) || is_open) {
+      fail_unclosed(named(new_, node), insertion);
+    }
     if (is_wrapper) ++wrappers_[static_cast<std::size_t>(&insertion - written_.insertions.data())];
   }
 
@@ -94,48 +154,66 @@ class EditCheck : public TreeObserver {
     throw Error("the markup opens " + what + " and does not close it", insertion.old_begin);
   }
 
-  void kept(const Node& node, const KeptNode& wanted) const {
-    const bool is_same = node.kind == wanted.node->kind &&
-                         is_same_extent(node.extent, wanted.extent) &&
-                         node.has_content == wanted.node->has_content &&
-                         (wanted.is_renamed || node.tag == wanted.node->tag);
+  void kept(NodeIndex node, NodeIndex old_node) const {
+    const NewPlaces::Place wanted = places_.place_of(old_node);
+    const NodeRecord& now = new_[node];
+    const NodeRecord& before = old_[old_node];
+    const bool is_same = now.kind == before.kind &&
+                         is_same_extent(new_.extent(node), wanted.extent) &&
+                         now.has_content == before.has_content &&
+                         (wanted.is_renamed || new_.name(node) == old_.name(old_node));
     if (is_same) return;
-    fail_on_text(wanted);
-    fail_on_ends(node, wanted);
-    fail_at(wanted.extent.begin, wanted.node);
+    fail_on_text(old_node, wanted.extent);
+    fail_on_ends(now, old_node, wanted.extent);
+    fail_at(wanted.extent.begin, old_node);
   }
 
   // What was put in or taken away may be what decided where a node ends.
-  void fail_on_ends(const Node& node, const KeptNode& wanted) const {
-    const Extent& old_extent = wanted.node->extent;
-    const std::size_t end = node.extent.end;
-    const bool is_open = old_extent.content_end == old_extent.end && node.has_content;
-    if (node.extent.begin != wanted.extent.begin) return;
-    if (end > wanted.extent.end && is_open) {
+  void fail_on_ends(const NodeRecord& node, NodeIndex old_node, const Extent& wanted) const {
+    const NodeRecord& before = old_[old_node];
+    const bool is_open = before.content_end == before.end && node.has_content;
+    if (node.begin != wanted.begin) return;
+    if (node.end > wanted.end && is_open) {
       const bool is_beside = std::any_of(
           written_.insertions.begin(), written_.insertions.end(),
-          [&wanted](const Insertion& insertion) { return insertion.begin == wanted.extent.end; });
-      throw Error(named(*wanted.node) +
+          [&wanted](const Insertion& insertion) { return insertion.begin == wanted.end; });
+      throw Error(named(old_, old_node) +
                       " has no end tag: what comes after it would become a part of it" +
                       (is_beside ? "; append does that" : ""),
-                  old_extent.begin);
+                  before.begin);
     }
-    const bool is_tag = last_.kind == TokenKind::start_tag || last_.kind == TokenKind::end_tag;
-    const bool is_text = last_.kind == TokenKind::text && last_.extent.begin == end;
-    if (end >= wanted.extent.end || !(is_tag || is_text)) return;
-    const std::string slash(last_.kind == TokenKind::end_tag ? "/" : "");
-    const std::string ender =
-        is_text ? "text" : "<" + slash + std::string(last_.name.in(written_.source)) + ">";
-    throw Error(ender + " would end " + named(*wanted.node), old_place(end));
+    if (node.end >= wanted.end) return;
+    const std::string ender = ender_of(node);
+    if (ender.empty()) return;
+    throw Error(ender + " would end " + named(old_, old_node), old_place(node.end));
   }
 
-  static std::string what_is(TokenKind kind) {
-    switch (kind) {
+  // What ends a node of the new page: its end tag or what comes after it.
+  std::string ender_of(const NodeRecord& node) const {
+    const std::size_t begin = node.content_end < node.end ? node.content_end : node.end;
+    Tokenizer tokenizer(new_.source, new_.options.templates);
+    tokenizer.begin_at(begin);
+    Token token{};
+    tokenizer.next(token);
+    switch (token.kind) {
       case TokenKind::text:
+        return "text";
+      case TokenKind::start_tag:
+        return "<" + std::string(token.name.in(new_.source)) + ">";
+      case TokenKind::end_tag:
+        return "</" + std::string(token.name.in(new_.source)) + ">";
+      default:
+        return {};
+    }
+  }
+
+  static std::string what_is(NodeKind kind) {
+    switch (kind) {
+      case NodeKind::text:
         return "a tag";
-      case TokenKind::comment:
+      case NodeKind::comment:
         return "a comment";
-      case TokenKind::code:
+      case NodeKind::code:
         return "template code";
       default:
         return "a declaration";
@@ -143,10 +221,10 @@ class EditCheck : public TreeObserver {
   }
 
   // A new text may end what it was put in.
-  void fail_on_text(const KeptNode& wanted) const {
+  void fail_on_text(NodeIndex old_node, const Extent& wanted) const {
     for (const Insertion& insertion : written_.insertions) {
-      if (insertion.is_text && insertion.begin == wanted.extent.content_begin) {
-        throw Error("the new text would not stay in " + named(*wanted.node), insertion.old_begin);
+      if (insertion.is_text && insertion.begin == wanted.content_begin) {
+        throw Error("the new text would not stay in " + named(old_, old_node), insertion.old_begin);
       }
     }
   }
@@ -160,33 +238,26 @@ class EditCheck : public TreeObserver {
     return written_.changes.empty() ? 0 : next->old_begin;
   }
 
-  [[noreturn]] void fail_at(std::size_t offset, const Node* node = nullptr) const {
-    const std::string what = node != nullptr ? named(*node) : "what is around it";
+  [[noreturn]] void fail_at(std::size_t offset, NodeIndex node = no_node) const {
+    const std::string what = node != no_node ? named(old_, node) : "what is around it";
     throw Error("the edit would change how " + what + " is read", old_place(offset));
   }
 
-  // The token that ends a node, or begins the next one.
-  struct LastToken {
-    TokenKind kind;
-    Range extent, name;
-  };
-
   const WrittenEdit& written_;
+  const Tree& old_;
+  const Tree& new_;
+  NewPlaces places_;
   std::vector<std::size_t> wrappers_;  // found, for each insertion
   SeamCheck seams_;
-  LastToken last_{TokenKind::text, {}, {}};
   std::vector<Wanted> wanted_;
   std::size_t next_insertion_ = 0;
-  std::size_t next_kept_ = 0;
+  std::size_t position_ = 0;  // after the last tag or text
 };
 
 }  // namespace
 
-void check_edit(const WrittenEdit& written, const Page& page) {
-  const bool templates = page.options().templates;
-  EditCheck check(written, page.source(), templates);
-  TreeBuilder(written.source, templates).observe(check);
-  check.finish();
+void check_edit(const WrittenEdit& written, const Tree& old_tree, const Tree& new_tree) {
+  EditCheck(written, old_tree, new_tree).run();
 }
 
 }  // namespace qo

@@ -7,10 +7,10 @@
 
 namespace qo {
 
-// Reads the new source, and throws Error, with a place in the old one, unless every kept node is
-// where it must be, nested as it must be, all others are whole within what was put in, and the
-// texts beside are read as before. `page`: the old one.
-void check_edit(const WrittenEdit& written, const Page& page);
+// Throws Error, with a place in the old source, unless every kept node is where it must be in the
+// new tree, nested as it must be, all others are whole within what was put in, and the texts beside
+// are read as before.
+void check_edit(const WrittenEdit& written, const Tree& old_tree, const Tree& new_tree);
 
 }  // namespace qo
 

@@ -7,14 +7,24 @@
 #include <string_view>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
-inline std::string named(const Node& node) {
-  if (node.kind == NodeKind::element) return "<" + node.tag + ">";
-  if (node.kind == NodeKind::text) return "the text";
-  return node.kind == NodeKind::comment ? "the comment" : "\"<" + node.tag + "\"";
+inline std::string named(const Tree& tree, NodeIndex node) {
+  const std::string name(tree.name(node));
+  switch (tree[node].kind) {
+    case NodeKind::element:
+      return "<" + name + ">";
+    case NodeKind::text:
+      return "the text";
+    case NodeKind::comment:
+      return "the comment";
+    case NodeKind::cdata:
+      return "\"<![CDATA[\"";
+    default:
+      return "\"<" + name + "\"";
+  }
 }
 
 // The beginning of a piece of code, on one line and in quotes.

@@ -5,31 +5,41 @@
 
 #include <optional>
 
+#include <qo_page/edits/author_reading.h>
 #include <qo_page/edits/node_edits.h>
 #include <qo_page/template/code_blocks.h>
-#include <qo_page/tree/reading.h>
+#include <qo_page/tree/content_model.h>
 
 namespace qo {
 
 // That of a node's content when the edits are made.
-Reading reading_after(const NodeEdits& edits);
+ContentModel content_model_after(const Tree& tree, const NodeEdits& edits);
 
 class EditGuard {
  public:
-  // The page must outlive the object.
-  explicit EditGuard(const Page& page) : page_(page) {}
+  // The tree must outlive the object.
+  explicit EditGuard(const Tree& tree) : tree_(tree) {}
 
-  // Throws Error when the edits would give a part of a block of template code another fate than the
-  // rest, or would have what stays of the content, or comes after it, read otherwise than before.
+  // Throws Error when they would touch what is elsewhere for the author than for a browser, give a
+  // part of a block of template code another fate than the rest, or would have what stays of the
+  // content, or comes after it, read otherwise than before.
   void check(const NodeEdits& edits);
 
+  // Whether the start tag stays as it is, and ends for the author where it does for a browser,
+  // although its brackets look odd. To be asked after the check.
+  bool keeps_odd_tag(const NodeEdits& edits) const;
+
  private:
+  void check_place(const NodeEdits& edits);
+  void check_text_place(NodeIndex text) const;
+  void check_extent(const NodeEdits& edits) const;
   void check_blocks(const NodeEdits& edits);
   void check_content(const NodeEdits& edits) const;
   void check_rename(const NodeEdits& edits) const;
 
-  const Page& page_;
-  std::optional<CodeBlocks> blocks_;  // made when an edit needs them
+  const Tree& tree_;
+  std::optional<AuthorReading> author_;  // these are made when an edit needs them
+  std::optional<CodeBlocks> blocks_;
 };
 
 }  // namespace qo

@@ -6,14 +6,13 @@
 #include <qo_page/edits/tag_edit.h>
 #include <qo_page/text/escape.h>
 #include <qo_page/text/node_text.h>
+#include <qo_page/tree/node_access.h>
 
 namespace qo {
 
 namespace {
 
 using Kind = Operation::Kind;
-
-constexpr std::size_t npos = std::string::npos;
 
 bool is_replaced(const NodeEdits& edits) {
   return edits.find({Kind::replace, Kind::remove}) != nullptr;
@@ -31,207 +30,218 @@ std::string joined(const NodeEdits& edits, Kind kind, bool newest_first) {
   return out;
 }
 
-// End tags that end nothing are no part of a text, but may lie within it.
-void check_is_one_stretch(const Node& text, const std::vector<Splice>& splices) {
-  const bool is_one = text.text.size() == text.extent.end - text.extent.begin;
-  if (is_one || splices.empty()) return;
-  throw Error("there is an end tag without a start tag within the text", text.extent.begin);
-}
-
 }  // namespace
 
 Halves split_wrapper(const std::string& markup, const PageOptions& options) {
   const Page page(markup, options);
-  const Node* innermost = nullptr;
+  Node innermost;
   std::size_t levels = 0;
-  const Node* around = as_node(page.document());
-  while (around != nullptr) {
-    const auto first =
-        std::find_if(around->children.begin(), around->children.end(),
-                     [](_qo_html* child) { return as_node(child)->kind == NodeKind::element; });
-    around = first == around->children.end() ? nullptr : as_node(*first);
-    if (around == nullptr) break;
-    innermost = around;
+  for (Node around = page.document();;) {
+    const auto children = around.children();
+    const auto first = std::find_if(children.begin(), children.end(),
+                                    [](Node child) { return child.is_element(); });
+    if (first == children.end()) break;
+    around = innermost = *first;
     ++levels;
   }
-  if (innermost == nullptr || !innermost->has_content) {
-    throw Error("\"" + markup + "\" has no element to wrap with", 0);
-  }
-  const std::size_t middle = innermost->extent.content_end;
+  const bool has_content = innermost && NodeAccess::record(innermost).has_content;
+  if (!has_content) throw Error("\"" + markup + "\" has no element to wrap with");
+  const std::size_t middle = innermost.extent().content_end;
   return {markup.substr(0, middle), markup.substr(middle), levels};
 }
 
-EditWriter::EditWriter(const Page& page, const std::vector<NodeEdits>& edits)
-    : page_(page),
-      source_(page.source()),
-      code_(source_, page.options().templates),
-      guard_(page),
+EditWriter::EditWriter(const Tree& tree, const std::vector<NodeEdits>& edits)
+    : tree_(tree),
+      source_(tree.source),
+      code_(source_, tree.options.templates),
+      guard_(tree),
       budget_(source_.size()),
-      walk_(page.document()),
+      walk_(tree, document_index),
       edits_(edits) {}
 
 WrittenEdit EditWriter::write() {
   written_.source.reserve(source_.size());
-  walk_.next();  // the document
   for (;;) {
-    switch (walk_.step()) {
-      case TreeWalk::Event::enter:
-        enter(*as_node(walk_.node()));
-        break;
-      case TreeWalk::Event::leave:
-        if (!walk_.node()->isRoot) leave();
-        break;
-      case TreeWalk::Event::end:
-        copy_until(source_.size());
-        return std::move(written_);
+    const TreeWalk::Event event = walk_.step();
+    if (event == TreeWalk::Event::end) break;
+    const NodeIndex node = walk_.node();
+    if (event == TreeWalk::Event::leave) {
+      leave(node);
+    } else if (const NodeEdits* const edits = edits_of(node)) {
+      guard_.check(*edits);
+      tree_[node].kind == NodeKind::text ? enter_text(node, *edits) : enter(node, *edits);
     }
   }
+  copy_until(source_.size());
+  std::sort(written_.kept.begin(), written_.kept.end(),
+            [](const KeptNode& a, const KeptNode& b) { return a.node < b.node; });
+  return std::move(written_);
 }
 
 // Nodes in content that was replaced are never met.
-const NodeEdits* EditWriter::edits_of(const Node& node) {
-  while (next_edits_ < edits_.size() &&
-         edits_[next_edits_].node->extent.begin < node.extent.begin) {
-    ++next_edits_;
-  }
-  const bool found = next_edits_ < edits_.size() && edits_[next_edits_].node == &node;
-  return found ? &edits_[next_edits_++] : nullptr;
+const NodeEdits* EditWriter::edits_of(NodeIndex node) {
+  while (next_edits_ < edits_.size() && edits_[next_edits_].node < node) ++next_edits_;
+  const bool found = next_edits_ < edits_.size() && edits_[next_edits_].node == node;
+  if (!found) return nullptr;
+  current_ = &edits_[next_edits_];
+  return current_;
 }
 
-void EditWriter::enter(Node& node) {
-  const NodeEdits* const edits = edits_of(node);
-  if (edits != nullptr) guard_.check(*edits);
-  if (node.isText) {
-    if (edits != nullptr) enter_text(node, *edits);
-    return;
+void EditWriter::enter(NodeIndex node, const NodeEdits& edits) {
+  copy_until(tree_[node].begin);
+  const std::size_t first_half = write_before(edits);
+  if (is_replaced(edits)) {
+    write_replaced(node, edits);
+    return write_after(edits, first_half);
   }
-  copy_until(node.extent.begin);
-  const std::size_t before = insertion_count();
-  if (edits != nullptr) write_before(*edits);
-  const std::size_t first_half = insertion_count() > before ? before : npos;
-  if (edits != nullptr && is_replaced(*edits)) {
-    write_replaced(node, *edits);
-    return write_after(*edits, first_half);
-  }
+  const std::size_t begin = written_.source.size();
   write_start_tag(node, edits);
-  const bool has_tags = edits == nullptr || edits->find({Kind::unwrap}) == nullptr;
-  open_.push_back({has_tags ? written_.kept.size() - 1 : npos, edits, first_half});
-  const bool skips_content = edits != nullptr && write_content(node, *edits);
-  if (skips_content) walk_.skip_children();
-  if (skips_content || node.children.empty()) leave();
+  open_.push_back({node, &edits, begin, written_.source.size(), first_half});
+  if (!write_content(node, edits)) return;
+  walk_.skip_children();
+  if (tree_[node].subtree_end > node + 1) {
+    written_.gone.push_back({node + 1, tree_[node].subtree_end});
+  }
 }
 
-void EditWriter::enter_text(Node& node, const NodeEdits& edits) {
-  copy_until(node.extent.begin);
-  const std::size_t before = insertion_count();
-  write_before(edits);
-  const std::size_t first_half = insertion_count() > before ? before : npos;
+void EditWriter::enter_text(NodeIndex node, const NodeEdits& edits) {
+  copy_until(tree_[node].begin);
+  const std::size_t first_half = write_before(edits);
   if (is_replaced(edits)) {
     write_replaced(node, edits);
   } else {
     if (!write_content(node, edits)) write_substituted(node, edits);
-    copy_until(node.extent.end);
+    copy_until(tree_[node].end);
   }
   write_after(edits, first_half);
 }
 
 // Of several substitutions, each works on what the one before it gives.
-void EditWriter::write_substituted(const Node& node, const NodeEdits& edits) {
-  const auto kind = is_literal(node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
-  std::string text = node.text;
+void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
+  const auto kind = is_literal(tree_, node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
+  const std::string_view old_text = written_text(tree_, node);
+  const auto begin = static_cast<std::size_t>(old_text.data() - source_.data());
+  std::string text(old_text);
   std::vector<Splice> splices;
   for (const Operation* operation : edits.operations) {
     if (operation->kind != Kind::substitute_text) continue;
-    const Substituter substituter(*operation->substitution, budget_, node.extent.begin);
-    splices = substituter.splices({text, kind, 0, page_.options().templates});
-    check_is_one_stretch(node, splices);
+    const Substituter substituter(*operation->substitution, budget_, tree_[node].begin);
+    splices = substituter.splices({text, kind, 0, tree_.options.templates});
     text = spliced(text, splices);
   }
-  if (edits.operations.size() > 1) return insert_until(node.extent.end, text, true);
+  if (edits.operations.size() > 1) return insert_until(begin + old_text.size(), text, true);
   for (const Splice& splice : splices) {
-    copy_until(node.extent.begin + splice.begin);
-    insert_until(node.extent.begin + splice.end, splice.text, true);
+    copy_until(begin + splice.begin);
+    insert_until(begin + splice.end, splice.text, true);
   }
 }
 
-// At the end of the innermost open node.
-void EditWriter::leave() {
+void EditWriter::leave(NodeIndex node) {
+  const bool is_edited = !open_.empty() && open_.back().node == node;
+  is_edited ? leave_edited(node) : keep_open_end(node);
+}
+
+// An element without an end tag ends with what is in it: when that was changed right there, nothing
+// else tells where.
+void EditWriter::keep_open_end(NodeIndex node) {
+  const NodeRecord& record = tree_[node];
+  const bool is_open = record.has_content && record.content_end == record.end;
+  if (!is_open || position_ != record.end) return;
+  const std::size_t end = written_.source.size();
+  written_.kept.push_back({node, KeptNode::Known::end, {0, 0, end, end}, false});
+}
+
+void EditWriter::leave_edited(NodeIndex node) {
   const OpenNode open = open_.back();
   open_.pop_back();
-  Node& node = *as_node(walk_.node());
-  copy_until(node.extent.content_end);
-  if (open.edits != nullptr) insert(joined(*open.edits, Kind::append, false));
-  if (open.kept != npos) written_.kept[open.kept].extent.content_end = written_.source.size();
-  write_end_tag(node, open.edits);
-  if (open.kept != npos) written_.kept[open.kept].extent.end = written_.source.size();
-  if (open.edits != nullptr) write_after(*open.edits, open.first_half);
-}
-
-void EditWriter::write_replaced(Node& node, const NodeEdits& edits) {
-  insert_until(node.extent.end, edits.find({Kind::replace, Kind::remove})->value);
-  if (!node.isText) walk_.skip_children();
-}
-
-void EditWriter::write_start_tag(Node& node, const NodeEdits* edits) {
-  const std::size_t begin = written_.source.size();
-  if (edits == nullptr || node.kind != NodeKind::element) {
-    copy_until(node.extent.content_begin);
-  } else if (edits->find({Kind::unwrap}) != nullptr) {
-    return skip_until(node.extent.content_begin);
-  } else {
-    TagEdit tag(source_, node.extent.begin, code_, budget_);
-    for (const Operation* operation : edits->operations) tag.apply(*operation);
-    replace_until(node.extent.content_begin, tag.text());
+  current_ = open.edits;
+  copy_until(tree_[node].content_end);
+  insert(joined(*open.edits, Kind::append, false));
+  const std::size_t content_end = written_.source.size();
+  write_end_tag(node, *open.edits);
+  const std::size_t end = written_.source.size();
+  if (open.edits->find({Kind::unwrap}) == nullptr) {
+    const bool is_renamed = open.edits->find({Kind::rename}) != nullptr;
+    written_.kept.push_back({node,
+                             KeptNode::Known::all,
+                             {open.begin, open.content_begin, content_end, end},
+                             is_renamed});
   }
-  const bool is_renamed = edits != nullptr && edits->find({Kind::rename}) != nullptr;
-  const std::size_t content = written_.source.size();
-  written_.kept.push_back({&node, {begin, content, content, content}, is_renamed});
+  write_after(*open.edits, open.first_half);
+}
+
+void EditWriter::write_replaced(NodeIndex node, const NodeEdits& edits) {
+  insert_until(tree_[node].end, edits.find({Kind::replace, Kind::remove})->value);
+  written_.gone.push_back({node, tree_[node].subtree_end});
+  walk_.skip_children();
+}
+
+void EditWriter::write_start_tag(NodeIndex node, const NodeEdits& edits) {
+  const NodeRecord& record = tree_[node];
+  if (record.kind != NodeKind::element || guard_.keeps_odd_tag(edits)) {
+    return copy_until(record.content_begin);
+  }
+  if (edits.find({Kind::unwrap}) != nullptr) {
+    written_.gone.push_back({node, node + 1});
+    return skip_until(record.content_begin);
+  }
+  TagEdit tag(source_, record.begin, code_, budget_);
+  for (const Operation* operation : edits.operations) tag.apply(*operation);
+  replace_until(record.content_begin, tag.text());
 }
 
 // True when the content is a new one.
-bool EditWriter::write_content(Node& node, const NodeEdits& edits) {
+bool EditWriter::write_content(NodeIndex node, const NodeEdits& edits) {
   insert(joined(edits, Kind::prepend, true));
   const Operation* const operation = edits.find({Kind::set_text, Kind::set_html});
-  if (operation == nullptr) return false;
-  insert_until(node.isText ? node.extent.end : node.extent.content_end,
+  const NodeRecord& record = tree_[node];
+  if (operation == nullptr) {
+    if (record.kind == NodeKind::cdata) write_substituted(node, edits);
+    return false;
+  }
+  insert_until(record.kind == NodeKind::text ? record.end : record.content_end,
                content_of(edits, *operation), operation->kind == Kind::set_text);
   return true;
 }
 
 // Plain text where references count, else the text as it is.
 std::string EditWriter::content_of(const NodeEdits& edits, const Operation& operation) const {
-  const Node& node = *edits.node;
-  const Reading reading = node.isText ? reading_of(*as_node(node.parent)) : reading_after(edits);
-  if (operation.kind == Kind::set_html || reading == Reading::literal) return operation.value;
-  const std::string text = escaped_text(operation.value, page_.options().templates);
+  const NodeRecord& node = tree_[edits.node];
+  const ContentModel model = node.kind == NodeKind::text ? content_model(tree_[node.parent])
+                                                         : content_model_after(tree_, edits);
+  if (operation.kind == Kind::set_html || model == ContentModel::rawtext) return operation.value;
+  const std::string text = escaped_text(operation.value, tree_.options.templates);
   const Operation* const rename = edits.find({Kind::rename});
-  const Tag name = rename == nullptr ? node.name : find_tag(rename->name);
+  const Tag name = rename == nullptr ? node.tag : find_tag(rename->name);
   const bool loses_line_break = text.substr(0, 1) == "\n" && drops_line_break(name);
   return loses_line_break ? "\n" + text : text;
 }
 
-void EditWriter::write_end_tag(Node& node, const NodeEdits* edits) {
-  const Extent& extent = node.extent;
-  if (edits == nullptr || extent.content_end == extent.end || node.kind != NodeKind::element) {
-    return copy_until(extent.end);
+void EditWriter::write_end_tag(NodeIndex node, const NodeEdits& edits) {
+  const NodeRecord& record = tree_[node];
+  if (record.content_end == record.end || record.kind != NodeKind::element) {
+    return copy_until(record.end);
   }
-  if (edits->find({Kind::unwrap}) != nullptr) return skip_until(extent.end);
-  if (const Operation* const rename = edits->find({Kind::rename})) {
-    const Range name = end_tag_name(source_, extent.content_end, code_);
+  if (edits.find({Kind::unwrap}) != nullptr) return skip_until(record.end);
+  if (const Operation* const rename = edits.find({Kind::rename})) {
+    const Range name = end_tag_name(source_, record.content_end, code_);
     copy_until(name.begin);
     replace_until(name.end, rename->name);
   }
-  copy_until(extent.end);
+  copy_until(record.end);
 }
 
-// Everything goes right beside the node: what came first is farther away.
-void EditWriter::write_before(const NodeEdits& edits) {
+// Everything goes right beside the node: what came first is farther away. Gives the place of the
+// insertion.
+std::size_t EditWriter::write_before(const NodeEdits& edits) {
   std::string text;
   for (const Operation* operation : edits.operations) {
     if (operation->kind == Kind::insert_before) text += operation->value;
     if (operation->kind == Kind::wrap) text += halves_of(*operation).first;
   }
+  const std::size_t place = written_.insertions.size();
   insert(text);
+  return written_.insertions.size() > place ? place : no_insertion;
 }
 
 void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
@@ -246,7 +256,7 @@ void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
   }
   const std::size_t begin = written_.source.size();
   insert(text);
-  if (first_half == npos || edits.find({Kind::wrap}) == nullptr) return;
+  if (first_half == no_insertion || edits.find({Kind::wrap}) == nullptr) return;
   written_.insertions[first_half].second_begin = begin;
   written_.insertions[first_half].second_end = written_.source.size();
   written_.insertions[first_half].wrappers = levels;
@@ -255,7 +265,7 @@ void EditWriter::write_after(const NodeEdits& edits, std::size_t first_half) {
 const Halves& EditWriter::halves_of(const Operation& wrap) {
   const auto found = halves_.find(&wrap);
   if (found != halves_.end()) return found->second;
-  return halves_.emplace(&wrap, split_wrapper(wrap.value, page_.options())).first->second;
+  return halves_.emplace(&wrap, split_wrapper(wrap.value, tree_.options)).first->second;
 }
 
 // --- The two texts ---
@@ -284,8 +294,9 @@ void EditWriter::replace_until(std::size_t end, std::string_view text) {
   const std::size_t written = written_.source.size();
   written_.source += text;
   if (start + tail < std::max(old_text.size(), text.size())) {
-    written_.changes.push_back(
-        {position_ + start, end - tail, written + start, written_.source.size() - tail});
+    written_.changes.push_back({position_ + start, end - tail, written + start,
+                                written_.source.size() - tail,
+                                NodeAccess::node(tree_, current_->node)});
   }
   position_ = end;
 }

@@ -9,15 +9,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/base/pattern.h>
 #include <qo_page/edits.h>
 #include <qo_page/edits/edit_guard.h>
 #include <qo_page/edits/node_edits.h>
 #include <qo_page/edits/seam_check.h>
 #include <qo_page/template/template_code.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree_walk.h>
 
 namespace qo {
 
@@ -32,11 +30,19 @@ struct Insertion {
   std::size_t wrappers;  // nodes that begin in the first half and must end in the second
 };
 
-// A node of the old page, other than text, that is still there.
+// A node of the old page that is still there, and whose place the changes alone do not tell.
 struct KeptNode {
-  const Node* node;
-  Extent extent;  // in the new source
+  enum class Known { all, end };  // that of the content is the end, too
+
+  NodeIndex node;
+  Known known;
+  Extent extent;  // in the new source, as far as it is known
   bool is_renamed;
+};
+
+// Nodes of the old page that are gone: one whose tags were taken away, or one with all below it.
+struct GoneNodes {
+  NodeIndex begin, end;
 };
 
 struct WrittenEdit {
@@ -44,6 +50,7 @@ struct WrittenEdit {
   std::vector<Change> changes;
   std::vector<Insertion> insertions;  // in order
   std::vector<KeptNode> kept;         // in document order
+  std::vector<GoneNodes> gone;        // likewise
   std::vector<Seam> seams;            // in order
 };
 
@@ -58,32 +65,40 @@ Halves split_wrapper(const std::string& markup, const PageOptions& options);
 // Walks the old page and writes the new one.
 class EditWriter {
  public:
-  // `edits` are in document order, at most one a node. The page and they must outlive the object.
-  EditWriter(const Page& page, const std::vector<NodeEdits>& edits);
+  // `edits` are in document order, at most one a node. The tree and they must outlive the object.
+  EditWriter(const Tree& tree, const std::vector<NodeEdits>& edits);
 
   WrittenEdit write();
 
+  // The edits that are being written, or were written last; null at first.
+  const NodeEdits* current() const { return current_; }
+
  private:
-  // What is left to write at the end of a node.
+  static constexpr std::size_t no_insertion = static_cast<std::size_t>(-1);
+
+  // What is left to write at the end of an element or section with edits.
   struct OpenNode {
-    std::size_t kept;        // its place in `kept`; npos when its tags are gone
-    const NodeEdits* edits;  // or null
-    std::size_t first_half;  // its place in `insertions`; npos when nothing is wrapped around it
+    NodeIndex node;
+    const NodeEdits* edits;
+    std::size_t begin, content_begin;  // in the new source
+    std::size_t
+        first_half;  // its place in `insertions`; no_insertion: nothing is wrapped around it
   };
 
-  void enter(Node& node);
-  void enter_text(Node& node, const NodeEdits& edits);
-  void write_substituted(const Node& node, const NodeEdits& edits);
-  void leave();
-  void write_replaced(Node& node, const NodeEdits& edits);
-  void write_start_tag(Node& node, const NodeEdits* edits);
-  bool write_content(Node& node, const NodeEdits& edits);
-  void write_end_tag(Node& node, const NodeEdits* edits);
-  void write_before(const NodeEdits& edits);
+  void enter(NodeIndex node, const NodeEdits& edits);
+  void enter_text(NodeIndex node, const NodeEdits& edits);
+  void write_substituted(NodeIndex node, const NodeEdits& edits);
+  void leave(NodeIndex node);
+  void leave_edited(NodeIndex node);
+  void keep_open_end(NodeIndex node);
+  void write_replaced(NodeIndex node, const NodeEdits& edits);
+  void write_start_tag(NodeIndex node, const NodeEdits& edits);
+  bool write_content(NodeIndex node, const NodeEdits& edits);
+  void write_end_tag(NodeIndex node, const NodeEdits& edits);
+  std::size_t write_before(const NodeEdits& edits);
   void write_after(const NodeEdits& edits, std::size_t first_half);
-  std::size_t insertion_count() const { return written_.insertions.size(); }
 
-  const NodeEdits* edits_of(const Node& node);
+  const NodeEdits* edits_of(NodeIndex node);
   const Halves& halves_of(const Operation& wrap);
   std::string content_of(const NodeEdits& edits, const Operation& operation) const;
 
@@ -93,7 +108,7 @@ class EditWriter {
   void insert(std::string_view text);
   void insert_until(std::size_t end, std::string_view text, bool is_text = false);
 
-  const Page& page_;
+  const Tree& tree_;
   std::string_view source_;
   CodeScanner code_;
   EditGuard guard_;
@@ -101,6 +116,7 @@ class EditWriter {
   TreeWalk walk_;
   const std::vector<NodeEdits>& edits_;
   std::size_t next_edits_ = 0;
+  const NodeEdits* current_ = nullptr;
   std::unordered_map<const Operation*, Halves> halves_;  // of each wrapper, once
   std::size_t position_ = 0;                             // in the old source
   std::vector<OpenNode> open_;

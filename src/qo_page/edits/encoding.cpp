@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string>
-
-#include <qo_html/qo_html_walk.h>
 
 #include <qo_page/base/ascii.h>
 #include <qo_page/base/words.h>
 #include <qo_page/edits/edit_error.h>
-#include <qo_page/selectors/attribute_match.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/text/node_text.h>
 #include <qo_page/utf8.h>
 
 namespace qo {
@@ -33,28 +31,39 @@ bool is_utf8(std::string_view text) {
   return true;
 }
 
+std::string_view without_quotes(std::string_view label) {
+  constexpr std::string_view around = " \t\r\n\f\"'";
+  label = without_leading(label, around);
+  return label.substr(0, label.find_last_not_of(around) + 1);
+}
+
 // What a <meta> says; empty when it says nothing of the encoding.
-std::string encoding_of(const Node& meta) {
-  std::string buffer;
-  if (const Attribute* charset = selectors::find_attribute(meta, "charset")) {
-    return std::string(selectors::value_of(*charset, buffer));
-  }
-  const Attribute* const content = selectors::find_attribute(meta, "content");
-  const bool is_type = selectors::has_value(meta, "http-equiv", "content-type");
-  if (content == nullptr || !is_type) return {};
-  const std::string value = lower(selectors::value_of(*content, buffer));
-  constexpr std::string_view key = "charset=";
+std::string encoding_of(const Tree& tree, NodeIndex meta) {
+  const auto value_of_named = [&](std::string_view name) -> std::optional<std::string> {
+    const AttributeRecord* const attribute = tree.find_attribute(meta, name);
+    if (attribute == nullptr) return std::nullopt;
+    return value_of(tree, *attribute, TextForm::decoded);
+  };
+  if (const auto charset = value_of_named("charset")) return std::string(without_quotes(*charset));
+  const auto content = value_of_named("content");
+  const auto about = value_of_named("http-equiv");
+  const bool is_type = about && equals_without_case(*about, "content-type");
+  if (!content || !is_type) return {};
+  const std::string value = lower(*content);
+  constexpr std::string_view key = "charset";
   const std::size_t begin = value.find(key);
   if (begin == std::string::npos) return {};
-  return value.substr(begin + key.size(), value.find(';', begin) - begin - key.size());
+  const std::string_view rest = without_leading(value.substr(begin + key.size()), blanks);
+  if (!begins_with(rest, "=")) return {};
+  return std::string(without_quotes(rest.substr(1, rest.find(';') - 1)));
 }
 
 // The encoding that the head of a page names; empty when there is none.
-std::string declared_encoding(const Page& page) {
-  for (TreeWalk walk(page.document()); const _qo_html* found = walk.next();) {
-    const Node& node = *as_node(found);
-    if (node.name == Tag::body_) break;
-    const std::string encoding = node.name == Tag::meta_ ? encoding_of(node) : std::string();
+std::string declared_encoding(const Tree& tree) {
+  for (NodeIndex node = document_index; node < tree.size(); ++node) {
+    const Tag tag = tree[node].tag;
+    if (tag == Tag::body_) break;
+    const std::string encoding = tag == Tag::meta_ ? encoding_of(tree, node) : std::string();
     if (!encoding.empty()) return encoding;
   }
   return {};
@@ -66,12 +75,12 @@ bool names_utf8(std::string_view encoding) {
 }
 
 // What a page has beyond ASCII tells more than what it says of itself.
-void check(const Page& page, std::size_t offset) {
-  if (!is_utf8(page.source())) {
+void check(const Tree& tree, std::size_t offset) {
+  if (!is_utf8(tree.source)) {
     throw Error("characters beyond ASCII would be UTF-8, which the page is not", offset);
   }
-  if (!beyond_ascii(page.source()).empty()) return;
-  const std::string encoding = declared_encoding(page);
+  if (!beyond_ascii(tree.source).empty()) return;
+  const std::string encoding = declared_encoding(tree);
   if (encoding.empty() || names_utf8(encoding)) return;
   throw Error(
       "characters beyond ASCII would be UTF-8, and the page says that it is " + shortened(encoding),
@@ -80,8 +89,8 @@ void check(const Page& page, std::size_t offset) {
 
 }  // namespace
 
-void check_encoding(const WrittenEdit& written, const Page& page) {
-  const std::string_view before = page.source();
+void check_encoding(const WrittenEdit& written, const Tree& tree) {
+  const std::string_view before = tree.source;
   const std::string_view after = written.source;
   for (const Change& change : written.changes) {
     const std::string added =
@@ -89,7 +98,7 @@ void check_encoding(const WrittenEdit& written, const Page& page) {
     if (added.empty()) continue;
     const std::string_view taken =
         before.substr(change.old_begin, change.old_end - change.old_begin);
-    if (added != beyond_ascii(taken)) return check(page, change.old_begin);
+    if (added != beyond_ascii(taken)) return check(tree, change.old_begin);
   }
 }
 

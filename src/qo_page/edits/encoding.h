@@ -8,7 +8,7 @@
 namespace qo {
 
 // Edits are UTF-8. Throws Error when one brings characters beyond ASCII into a page that is not.
-void check_encoding(const WrittenEdit& written, const Page& page);
+void check_encoding(const WrittenEdit& written, const Tree& tree);
 
 }  // namespace qo
 

@@ -8,12 +8,12 @@
 #include <vector>
 
 #include <qo_page/edits.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
 struct NodeEdits {
-  Node* node;
+  NodeIndex node;
   std::vector<const Operation*> operations;  // in their order
 
   // The first of some kinds, or null.

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/edits/edit_error.h>
+#include <qo_page/template/template_code.h>
+#include <qo_page/tree/node_access.h>
 
 namespace qo {
 
@@ -22,31 +26,41 @@ enum Part : unsigned {
   texts = 1u << 6,    // changes texts within it
 };
 
+// The fields that an operation uses.
+enum Field : unsigned {
+  no_field = 0,
+  name_field = 1u << 0,
+  value_field = 1u << 1,
+  substitution_field = 1u << 2,
+  text_field = 1u << 3 | value_field  // plain text
+};
+
 struct KindRow {
   const char* name;  // for messages
   Part part;
+  unsigned fields;
 };
 
 // By kind.
 constexpr KindRow kind_rows[] = {
-    {"set an attribute", tags},
-    {"set an attribute", tags},
-    {"remove an attribute", tags},
-    {"add a class", tags},
-    {"remove a class", tags},
-    {"rename", tags},
-    {"substitute in a value", tags},
-    {"substitute in texts", texts},
-    {"unwrap", bare},
-    {"set the text", content},
-    {"set the markup", content},
-    {"prepend", inside},
-    {"append", inside},
-    {"insert before", Part()},
-    {"insert after", Part()},
-    {"wrap", around},
-    {"replace", whole},
-    {"remove", whole},
+    {"set an attribute", tags, name_field | text_field},
+    {"set an attribute", tags, name_field},
+    {"remove an attribute", tags, name_field},
+    {"add a class", tags, text_field},
+    {"remove a class", tags, value_field},
+    {"rename", tags, name_field},
+    {"substitute in a value", tags, name_field | substitution_field},
+    {"substitute in texts", texts, substitution_field},
+    {"unwrap", bare, no_field},
+    {"set the text", content, text_field},
+    {"set the markup", content, value_field},
+    {"prepend", inside, value_field},
+    {"append", inside, value_field},
+    {"insert before", Part(), value_field},
+    {"insert after", Part(), value_field},
+    {"wrap", around, value_field},
+    {"replace", whole, value_field},
+    {"remove", whole, no_field},
 };
 
 const KindRow& row_of(Kind kind) {
@@ -84,24 +98,37 @@ std::string quoted(const std::string& text) {
   return '"' + text + '"';
 }
 
+// Each field that an operation has is one that its kind uses.
+void check_fields(const Operation& operation, std::size_t index) {
+  const KindRow& row = row_of(operation.kind);
+  const auto fail = [&](const std::string& what) {
+    throw Error("to " + std::string(row.name) + what, index, Error::Place::operations);
+  };
+  const auto is_used = [&row](Field field) { return (row.fields & field) != 0; };
+  if (is_used(substitution_field) && !operation.substitution) fail(" takes a substitution");
+  if (!is_used(substitution_field) && operation.substitution) fail(" takes no substitution");
+  if (!is_used(name_field) && !operation.name.empty()) fail(" takes no name");
+  if (!is_used(value_field) && !operation.value.empty()) fail(" takes no value");
+}
+
 void check_names(const Operation& operation, std::size_t index) {
-  const bool substitutes =
-      operation.kind == Kind::substitute_value || operation.kind == Kind::substitute_text;
-  if (substitutes && !operation.substitution) throw Error("there is no substitution", index);
+  const auto fail = [index](const std::string& message) {
+    throw Error(message, index, Error::Place::operations);
+  };
   switch (operation.kind) {
     case Kind::set_attribute:
     case Kind::set_bare_attribute:
     case Kind::remove_attribute:
     case Kind::substitute_value:
       if (is_attribute_name(operation.name)) return;
-      throw Error(quoted(operation.name) + " is no attribute name", index);
+      return fail(quoted(operation.name) + " is no attribute name");
     case Kind::add_class:
     case Kind::remove_class:
       if (is_class(operation.value)) return;
-      throw Error(quoted(operation.value) + " is not one class", index);
+      return fail(quoted(operation.value) + " is not one class");
     case Kind::rename:
       if (is_element_name(operation.name)) return;
-      throw Error(quoted(operation.name) + " is no name of an element", index);
+      return fail(quoted(operation.name) + " is no name of an element");
     default:
       return;
   }
@@ -110,6 +137,7 @@ void check_names(const Operation& operation, std::size_t index) {
 }  // namespace
 
 void OperationSet::add(const Operation& operation, std::size_t index) {
+  check_fields(operation, index);
   check_names(operation, index);
   bool is_first = true;
   for (const Operation* first : firsts_) {
@@ -117,7 +145,7 @@ void OperationSet::add(const Operation& operation, std::size_t index) {
     if (!contradict(*first, operation)) continue;
     throw Error(std::string("\"") + row_of(first->kind).name + "\" and \"" +
                     row_of(operation.kind).name + "\" contradict each other",
-                index);
+                index, Error::Place::operations);
   }
   if (is_first) firsts_.push_back(&operation);
 }
@@ -127,20 +155,97 @@ void check_operations(const std::vector<Operation>& operations) {
   for (std::size_t i = 0; i < operations.size(); ++i) set.add(operations[i], i);
 }
 
-void check_fits(const Operation& operation, const Node& node) {
+void check_has_no_code(const std::vector<Operation>& operations, const PageOptions& options) {
+  if (!options.templates) return;
+  for (std::size_t i = 0; i < operations.size(); ++i) {
+    const Operation& operation = operations[i];
+    const bool is_text = (row_of(operation.kind).fields & text_field) == text_field;
+    if (!is_text && !operation.substitution) continue;
+    const std::string_view value =
+        operation.substitution ? operation.substitution->replacement() : operation.value;
+    for (const std::string_view mark : code_openers) {
+      if (value.find(mark) == std::string_view::npos) continue;
+      throw Error("the text has \"" + std::string(mark) + "\", which begins template code", i,
+                  Error::Place::operations);
+    }
+  }
+}
+
+void check_fits(const Operation& operation, const Tree& tree, NodeIndex index) {
+  const NodeRecord& node = tree[index];
+  const auto fail = [&](const std::string& message) {
+    throw EditError(message, node.begin, NodeAccess::node(tree, index));
+  };
   const unsigned part = row_of(operation.kind).part;
   const bool is_section =
       node.kind == NodeKind::comment || node.kind == NodeKind::cdata || node.kind == NodeKind::text;
-  if (node.kind == NodeKind::document) throw Error("the document itself cannot be edited", 0);
+  if (node.kind == NodeKind::document) fail("the document itself cannot be edited");
   if ((part & (tags | bare)) != 0 && node.kind != NodeKind::element) {
-    throw Error("only elements have tags to edit", node.extent.begin);
+    fail("only elements have tags to edit");
   }
   if ((part & texts) != 0 || (part & (bare | content | inside)) == 0 ||
-      ((part & content) != 0 && is_section))
+      ((part & content) != 0 && is_section)) {
     return;
+  }
   if (node.has_content) return;
-  throw Error(node.kind == NodeKind::element ? "<" + node.tag + "> has no content" : "no content",
-              node.extent.begin);
+  fail(node.kind == NodeKind::element ? named(tree, index) + " has no content" : "no content");
+}
+
+// --- Each operation, with just what it uses ---
+
+Operation set_attribute(std::string name, std::string value) {
+  return {Kind::set_attribute, std::move(name), std::move(value), std::nullopt};
+}
+Operation set_bare_attribute(std::string name) {
+  return {Kind::set_bare_attribute, std::move(name), {}, std::nullopt};
+}
+Operation remove_attribute(std::string name) {
+  return {Kind::remove_attribute, std::move(name), {}, std::nullopt};
+}
+Operation add_class(std::string token) {
+  return {Kind::add_class, {}, std::move(token), std::nullopt};
+}
+Operation remove_class(std::string token) {
+  return {Kind::remove_class, {}, std::move(token), std::nullopt};
+}
+Operation rename(std::string name) {
+  return {Kind::rename, std::move(name), {}, std::nullopt};
+}
+Operation substitute_value(std::string name, Substitution substitution) {
+  return {Kind::substitute_value, std::move(name), {}, std::move(substitution)};
+}
+Operation substitute_text(Substitution substitution) {
+  return {Kind::substitute_text, {}, {}, std::move(substitution)};
+}
+Operation unwrap() {
+  return {Kind::unwrap, {}, {}, std::nullopt};
+}
+Operation set_text(std::string text) {
+  return {Kind::set_text, {}, std::move(text), std::nullopt};
+}
+Operation set_html(std::string markup) {
+  return {Kind::set_html, {}, std::move(markup), std::nullopt};
+}
+Operation prepend(std::string markup) {
+  return {Kind::prepend, {}, std::move(markup), std::nullopt};
+}
+Operation append(std::string markup) {
+  return {Kind::append, {}, std::move(markup), std::nullopt};
+}
+Operation insert_before(std::string markup) {
+  return {Kind::insert_before, {}, std::move(markup), std::nullopt};
+}
+Operation insert_after(std::string markup) {
+  return {Kind::insert_after, {}, std::move(markup), std::nullopt};
+}
+Operation wrap(std::string markup) {
+  return {Kind::wrap, {}, std::move(markup), std::nullopt};
+}
+Operation replace(std::string markup) {
+  return {Kind::replace, {}, std::move(markup), std::nullopt};
+}
+Operation remove() {
+  return {Kind::remove, {}, {}, std::nullopt};
 }
 
 }  // namespace qo

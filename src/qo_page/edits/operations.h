@@ -6,7 +6,7 @@
 #include <vector>
 
 #include <qo_page/edits.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
@@ -21,8 +21,11 @@ class OperationSet {
   std::vector<const Operation*> firsts_;  // of each kind: all of one kind contradict the same
 };
 
-// Throws Error when the operation does not fit the kind of the node.
-void check_fits(const Operation& operation, const Node& node);
+// Throws Error, with the operation's index, when plain text of it holds what begins template code.
+void check_has_no_code(const std::vector<Operation>& operations, const PageOptions& options);
+
+// Throws EditError when the operation does not fit the kind of the node.
+void check_fits(const Operation& operation, const Tree& tree, NodeIndex node);
 
 }  // namespace qo
 

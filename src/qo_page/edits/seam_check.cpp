@@ -3,9 +3,9 @@
 #include <string>
 
 #include <qo_page/decode.h>
-#include <qo_page/page.h>
 #include <qo_page/text/node_text.h>
-#include <qo_page/tree/reading.h>
+#include <qo_page/tokenizer/tokenizer.h>
+#include <qo_page/tree/content_model.h>
 
 namespace qo {
 
@@ -14,6 +14,11 @@ namespace {
 [[noreturn]] void fail(const std::string& what, const Seam& seam) {
   throw Error("what is on both sides of the edit would together be read as " + what,
               seam.old_offset);
+}
+
+// Some engines take what follows a backslash for text.
+bool is_escaped(std::string_view source, std::size_t offset) {
+  return offset > 0 && source[offset - 1] == '\\' && source.substr(offset, 2) == "{{";
 }
 
 // The first seam within a stretch; `last` when there is none. The next stretch comes after it.
@@ -25,46 +30,55 @@ Iterator seam_within(std::size_t begin, std::size_t end, Iterator& seam, Iterato
 
 }  // namespace
 
-SeamCheck::SeamCheck(std::string_view source, std::string_view old_source, bool templates,
-                     const std::vector<Seam>& seams)
-    : source_(source),
+SeamCheck::SeamCheck(const Tree& tree, std::string_view old_source, const std::vector<Seam>& seams)
+    : tree_(tree),
+      source_(tree.source),
       old_source_(old_source),
-      code_(source, templates),
-      code_after_(source, templates),
-      old_code_(old_source, templates),
+      code_(source_, tree.options.templates),
+      code_after_(source_, tree.options.templates),
+      old_code_(old_source, tree.options.templates),
       next_(seams.begin()),
       end_(seams.end()) {}
 
-void SeamCheck::token(const Token& token, const Node& holder) {
-  while (next_ != end_ && next_->offset < token.extent.begin) ++next_;
+// The seams in front of `end` that have not been looked at; what begins there comes next.
+SeamCheck::Iterator SeamCheck::take_until(std::size_t end) {
   const Iterator first = next_;
-  while (next_ != end_ && next_->offset < token.extent.end) ++next_;
-  if (first == next_) return;
-  const bool is_tag = token.kind == TokenKind::start_tag || token.kind == TokenKind::end_tag;
-  const bool is_cut_off_tag =
-      token.kind == TokenKind::text && token.is_cut_off && reading_of(holder) == Reading::markup;
-  if (is_tag || is_cut_off_tag) {
-    Iterator seam = first;
-    const Iterator within = seam_within(token.extent.begin, token.extent.end, seam, next_);
-    if (within != next_) fail("a tag", *within);
-  } else if (token.kind == TokenKind::text) {
-    text(token, holder, first, next_);
-  }
+  while (next_ != end_ && next_->offset < end) ++next_;
+  return first;
 }
 
-void SeamCheck::text(const Token& token, const Node& holder, Iterator first, Iterator last) {
-  line_break(holder, first, last);
-  const Reading reading = reading_of(holder);
-  if (reading != Reading::literal) references(token.extent, first, last);
-  if (reading != Reading::markup) return;
-  code(token.extent, first, last);
-  for (Iterator seam = first; seam != last; ++seam) code_after(*seam);
+void SeamCheck::tag(Range tag) {
+  take_until(tag.begin);
+  Iterator seam = take_until(tag.end);
+  const Iterator within = seam_within(tag.begin, tag.end, seam, next_);
+  if (within != next_) fail("a tag", *within);
+}
+
+void SeamCheck::stray_tags(Range tags) {
+  take_until(tags.begin);
+  if (next_ == end_ || next_->offset >= tags.end) return;
+  const std::string_view source = source_.substr(0, tags.end);
+  Tokenizer tokenizer(source, tree_.options.templates);
+  tokenizer.begin_at(tags.begin);
+  for (Token token{}; tokenizer.next(token);) tag(token.extent);
+}
+
+void SeamCheck::text(Range text, NodeIndex holder) {
+  take_until(text.begin);
+  const Iterator first = take_until(text.end);
+  if (first == next_) return;
+  line_break(holder, first, next_);
+  const ContentModel model = content_model(tree_[holder]);
+  if (model != ContentModel::rawtext) references(text, first, next_);
+  if (model != ContentModel::data) return;
+  code(text, first, next_);
+  for (Iterator seam = first; seam != next_; ++seam) code_after(*seam);
 }
 
 // What is dropped at the start of a content was read where it was before.
-void SeamCheck::line_break(const Node& holder, Iterator seam, Iterator last) const {
-  if (!drops_line_break(holder)) return;
-  for (; seam != last && seam->offset <= holder.extent.content_begin; ++seam) {
+void SeamCheck::line_break(NodeIndex holder, Iterator seam, Iterator last) const {
+  if (!drops_line_break(tree_[holder])) return;
+  for (; seam != last && seam->offset <= tree_[holder].content_begin; ++seam) {
     if (!seam->is_end || line_break_length(source_.substr(seam->offset)) == 0) continue;
     throw Error("the line break after the edit would no longer be read", seam->old_offset);
   }
@@ -92,6 +106,10 @@ void SeamCheck::references(Range text, Iterator seam, Iterator last) const {
 
 void SeamCheck::code_after(const Seam& seam) {
   if (!seam.is_end || source_[seam.offset] != '{') return;
+  if (is_escaped(source_, seam.offset) != is_escaped(old_source_, seam.old_offset)) {
+    throw Error("the edit would change whether a backslash is in front of template code",
+                seam.old_offset);
+  }
   const std::size_t end = code_after_.end_of(seam.offset, CodeScanner::Place::text);
   const std::size_t old_end = old_code_.end_of(seam.old_offset, CodeScanner::Place::text);
   const std::size_t length = end == 0 ? 0 : end - seam.offset;

@@ -8,8 +8,7 @@
 #include <vector>
 
 #include <qo_page/template/template_code.h>
-#include <qo_page/tokenizer/tokenizer.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
@@ -20,26 +19,33 @@ struct Seam {
   bool is_end;             // what was there comes after it
 };
 
+// To be asked of the tags and texts of the new page, in their order. What becomes a node, or no
+// longer is one, is for others to see.
 class SeamCheck {
  public:
   // `seams` are in order.
-  SeamCheck(std::string_view source, std::string_view old_source, bool templates,
-            const std::vector<Seam>& seams);
+  SeamCheck(const Tree& tree, std::string_view old_source, const std::vector<Seam>& seams);
 
-  // To be called for each token of the new source. Throws Error when a tag, a piece of code or a
-  // reference lies across a seam, or when code right after one is no longer the same. What becomes
-  // a node, or no longer is one, is for others to see.
-  void token(const Token& token, const Node& holder);
+  // Throws Error when a seam is within the tag.
+  void tag(Range tag);
+
+  // Throws Error when a piece of code or a reference lies across a seam, or when code right after
+  // one is no longer the same. `holder` is what the text is in.
+  void text(Range text, NodeIndex holder);
+
+  // The same for a stretch between nodes, where only end tags are that end nothing.
+  void stray_tags(Range tags);
 
  private:
   using Iterator = std::vector<Seam>::const_iterator;
 
-  void text(const Token& token, const Node& holder, Iterator first, Iterator last);
-  void line_break(const Node& holder, Iterator seam, Iterator last) const;
+  Iterator take_until(std::size_t end);
+  void line_break(NodeIndex holder, Iterator seam, Iterator last) const;
   void code(Range text, Iterator seam, Iterator last);
   void references(Range text, Iterator seam, Iterator last) const;
   void code_after(const Seam& seam);
 
+  const Tree& tree_;
   std::string_view source_, old_source_;
   CodeScanner code_, code_after_, old_code_;
   Iterator next_, end_;

@@ -32,16 +32,22 @@ bool holds_code(const std::string& text, bool templates, const std::string& old_
 
 enum class Ampersands { where_needed, all };
 
+std::string with_all_ampersands(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    out += c;
+    if (c == '&') out += "amp;";
+  }
+  return out;
+}
+
 std::string escaped(const WrittenText& written, const std::string& text, Ampersands which) {
   if (written.kind == WrittenText::Kind::literal) return text;
   std::string out = written.kind == WrittenText::Kind::value
                         ? escaped_value(text, written.quote, written.templates)
                         : escaped_text(text, written.templates);
   if (which == Ampersands::where_needed || out != text) return out;
-  for (std::size_t i = 0; (i = out.find('&', i)) != std::string::npos; ++i) {
-    out.insert(i + 1, "amp;");
-  }
-  return out;
+  return with_all_ampersands(out);
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ constexpr std::size_t no_group = SIZE_MAX;
 
 struct SubstitutionProgram {
   Pattern pattern;
+  std::string replacement_text;  // as given
   std::vector<ReplacementPart> replacement;
 
   SubstitutionProgram(const std::string& expression, const std::string& text);

@@ -59,7 +59,7 @@ class ReplacementReader {
   }
 
   [[noreturn]] static void fail(const std::string& message, std::size_t offset) {
-    throw Error("the replacement: " + message, offset);
+    throw Error("the replacement: " + message, offset, Error::Place::pattern);
   }
 
   const std::string& text_;
@@ -72,11 +72,18 @@ class ReplacementReader {
 Substitution::Substitution(const std::string& expression, const std::string& replacement) try
     : program_(std::make_shared<const SubstitutionProgram>(expression, replacement)) {
 } catch (const PatternError& error) {
-  throw Error(std::string("the expression: ") + error.what(), error.offset());
+  throw Error(std::string("the expression: ") + error.what(), error.offset(),
+              Error::Place::pattern);
+}
+
+const std::string& Substitution::replacement() const {
+  return program_->replacement_text;
 }
 
 SubstitutionProgram::SubstitutionProgram(const std::string& expression, const std::string& text)
-    : pattern(expression), replacement(ReplacementReader(text, pattern).read()) {}
+    : pattern(expression),
+      replacement_text(text),
+      replacement(ReplacementReader(text, pattern).read()) {}
 
 std::string SubstitutionProgram::replacement_of(const PatternMatch& match,
                                                 const std::string& text) const {

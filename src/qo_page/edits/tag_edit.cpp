@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/base/words.h>
 #include <qo_page/decode.h>
 #include <qo_page/edits/edit_error.h>
 #include <qo_page/edits/substituter.h>
@@ -15,7 +16,25 @@ namespace qo {
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
-constexpr std::string_view blanks = " \t\n\f\r";
+
+// Whether a list of properties is between two braces: {a: 1}, {"a": 1}, {...a}.
+bool is_object(std::string_view braces) {
+  const std::string_view inner = without_leading(braces.substr(1), blanks);
+  if (begins_with(inner, "...")) return true;
+  const bool is_quoted = !inner.empty() && (inner[0] == '"' || inner[0] == '\'');
+  const std::size_t name_end = is_quoted ? inner.find(inner[0], 1) + 1 : first_word(inner).size();
+  const std::string_view rest =
+      without_leading(inner.substr(std::min(name_end, inner.size())), blanks);
+  return name_end != 0 && begins_with(rest, ":");
+}
+
+// A value without quotes that is an expression of a component: {x}, `x`, {{ a: 1 }}; {{ x }} is
+// template code.
+bool is_expression(std::string_view value) {
+  if (begins_with(value, "`")) return true;
+  if (!begins_with(value, "{") || value.back() != '}' || begins_with(value, "{%")) return false;
+  return !begins_with(value, "{{") || is_object(value.substr(1));
+}
 
 // What is on both sides of an end of a splice must not be code together.
 void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices, bool templates,
@@ -52,7 +71,11 @@ TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
   name_ = token_.name.in(source);
   const std::string_view tag = token_.extent.in(source);
   const bool may_have_code = tag.find('{') != npos || tag.find('<', 1) != npos;
-  if (templates_ && may_have_code) blocks_.emplace(tag);
+  if (templates_ && (may_have_code || token_.may_be_odd)) {
+    blocks_.emplace(tag);
+    CodeScanner own_code(source, true);
+    attribute_code_.emplace(source, token_, *blocks_, own_code);
+  }
   check_attributes(source, token_, templates_);
   for (const AttributeToken& attribute : token_.attributes) {
     if (attribute.quote != 0) {
@@ -102,8 +125,10 @@ TagEdit::Slot& TagEdit::find_or_add(std::string_view name) {
   Slot* const found = find(name);
   if (found != nullptr) {
     check_is_always(*found);
+    if (found->written != nullptr) check_is_first(name, found->written->name.begin);
     return *found;
   }
+  check_is_first(name, token_.extent.end);
   slots_.push_back({nullptr, std::string(name), std::string(), false, 0, true, false});
   return slots_.back();
 }
@@ -120,10 +145,27 @@ void TagEdit::check_is_always(const Slot& slot) const {
               token_.extent.begin);
 }
 
+// Of two attributes of one name, a browser drops the second.
+void TagEdit::check_is_first(std::string_view name, std::size_t offset) const {
+  if (!attribute_code_) return;
+  const std::string_view writer = attribute_code_->writer_of(name, offset);
+  if (writer.empty()) return;
+  throw Error(shortened(writer) + " may write an attribute \"" + std::string(name) + "\" as well",
+              token_.extent.begin);
+}
+
+// Quotes would make a text of it.
+void TagEdit::check_is_no_code(const Slot& slot) const {
+  if (!templates_ || slot.quote != 0 || !is_expression(slot.value)) return;
+  throw Error("the value of \"" + slot.name + "\" is an expression: " + shortened(slot.value),
+              token_.extent.begin);
+}
+
 void TagEdit::set(Slot& slot, const std::string& value) {
   const bool is_new = slot.written == nullptr && !slot.has_value;
   if (!is_new && decode(slot.value, DecodeMode::attribute) == value) return;
-  const bool had_no_quotes = slot.has_value && slot.quote == 0;
+  const bool had_no_quotes =
+      slot.has_value && slot.quote == 0 && !(templates_ && is_expression(slot.value));
   slot.has_value = true;
   slot.is_changed = true;
   if (had_no_quotes && fits_without_quotes(value)) {
@@ -165,6 +207,7 @@ void TagEdit::add_class(const std::string& token) {
   for (const ClassToken& there : tokens_of(slot)) {
     if (there.is_whole && there.is_always && is_class(slot, there, token)) return;
   }
+  check_is_no_code(slot);
   use_quotes(slot);
   slot.is_changed = true;
   const std::size_t end = slot.value.find_last_not_of(blanks) + 1;  // npos + 1 is 0
@@ -187,6 +230,7 @@ void TagEdit::remove_class(Slot& slot, const std::string& token) {
   const std::vector<ClassToken> tokens = tokens_of(slot);
   for (auto there = tokens.rbegin(); there != tokens.rend(); ++there) {
     if (!is_class(slot, *there, token)) continue;
+    check_is_no_code(slot);
     if (!there->is_whole) {
       throw Error("template code joins \"" + token + "\" to other characters: it is no class",
                   token_.extent.begin);
@@ -217,6 +261,7 @@ void TagEdit::substitute(Slot& slot, const Substitution& substitution) {
   };
   std::vector<Splice> made = splices();
   if (made.empty()) return;
+  check_is_no_code(slot);
   const bool fits = std::all_of(made.begin(), made.end(), [](const Splice& splice) {
     return splice.text.empty() || fits_without_quotes(splice.text);
   });

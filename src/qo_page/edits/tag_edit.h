@@ -10,6 +10,7 @@
 
 #include <qo_page/base/pattern.h>
 #include <qo_page/edits.h>
+#include <qo_page/edits/attribute_code.h>
 #include <qo_page/template/code_blocks.h>
 #include <qo_page/text/class_tokens.h>
 #include <qo_page/tokenizer/tokenizer.h>
@@ -43,6 +44,8 @@ class TagEdit {
   Slot* find(std::string_view name);
   Slot& find_or_add(std::string_view name);
   void check_is_always(const Slot& slot) const;
+  void check_is_first(std::string_view name, std::size_t offset) const;
+  void check_is_no_code(const Slot& slot) const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);
   void remove(std::string_view name);
@@ -67,8 +70,9 @@ class TagEdit {
   PatternBudget& budget_;
   Token token_{};
   std::string name_;
-  char tag_quote_ = '"';              // of the first attribute that has quotes
-  std::optional<CodeBlocks> blocks_;  // of the tag alone, if it has template code
+  char tag_quote_ = '"';                         // of the first attribute that has quotes
+  std::optional<CodeBlocks> blocks_;             // of the tag alone, if it has template code
+  std::optional<AttributeCode> attribute_code_;  // the same
   std::vector<Slot> slots_;
 };
 

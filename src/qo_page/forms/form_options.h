@@ -5,12 +5,23 @@
 
 #include <vector>
 
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo {
 
-// Those that are selected and not disabled, in document order.
-std::vector<const Node*> selected_options(const Node& select);
+struct SelectOption {
+  NodeIndex node;
+  bool is_disabled;  // by itself or by its group
+};
+
+// What the select itself offers, in document order; not what else is in it.
+std::vector<SelectOption> options_of(const Tree& tree, NodeIndex select);
+
+// Whether one row is all that is shown of the select, so that one option is always selected.
+bool is_menu(const Tree& tree, NodeIndex select);
+
+// The options that are selected and not disabled, in document order.
+std::vector<NodeIndex> selected_options(const Tree& tree, NodeIndex select);
 
 }  // namespace qo
 

@@ -1,9 +1,6 @@
 #include <qo_page/forms/form_text.h>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/base/ascii.h>
-#include <qo_page/selectors/attribute_match.h>
 #include <qo_page/template/template_code.h>
 #include <qo_page/text/node_text.h>
 
@@ -61,49 +58,47 @@ class CollapsedText {
   bool is_after_blank_ = false;
 };
 
-bool is_passed_over(const Node& node) {
-  return node.kind == NodeKind::comment || node.name == Tag::script_ ||
-         node.name == Tag::template_ || node.name == Tag::select_;
+bool is_passed_over(const NodeRecord& record) {
+  return record.tag == Tag::script_ || record.tag == Tag::template_ || record.tag == Tag::select_;
 }
 
 }  // namespace
 
-DecodedText FormSource::decoded(std::string_view written, WrittenText::Kind kind) const {
+DecodedText FormText::decoded(std::string_view written, WrittenText::Kind kind) const {
   const std::string lines = with_line_feeds(written);
-  return DecodedText({lines, kind, 0, templates});
+  return DecodedText({lines, kind, 0, tree_.options.templates});
 }
 
-bool FormSource::has_code(std::string_view value) const {
+bool FormText::has_code(std::string_view value) const {
   return !decoded(value, WrittenText::Kind::value).code().empty();
 }
 
-std::string FormSource::attribute(const Node& node, std::string_view name) const {
-  const Attribute* const found = selectors::find_attribute(node, name);
-  return found == nullptr ? "" : decoded(found->value, WrittenText::Kind::value).text();
+std::string FormText::attribute(NodeIndex node, std::string_view name) const {
+  const AttributeRecord* const found = tree_.find_attribute(node, name);
+  return found == nullptr ? "" : value_of(tree_.written_value(*found));
 }
 
-std::string FormSource::content(const Node& textarea) const {
-  if (textarea.children.empty()) return "";
-  std::string_view written = textarea.children.front()->text;
+std::string FormText::value_of(std::string_view written) const {
+  return decoded(written, WrittenText::Kind::value).text();
+}
+
+std::string FormText::content_of(std::string_view written) const {
   written.remove_prefix(line_break_length(written));
   return with_line_feeds(decoded(written, WrittenText::Kind::text).text());
 }
 
-std::string FormSource::label(const Node& option) const {
+std::string FormText::label(NodeIndex option) const {
   CollapsedText label;
-  TreeWalk walk(const_cast<Node*>(&option));
-  while (const _qo_html* below = walk.next()) {
-    const Node& node = *as_node(below);
-    if (node.isText) {
-      const auto kind = is_literal(node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
-      label.add(decoded(node.text, kind));
-    } else if (node.kind == NodeKind::code) {
-      const std::string_view code =
-          text.substr(node.extent.begin, node.extent.end - node.extent.begin);
-      if (role_of(code) == CodeRole::output) label.add_piece(code);
-    } else if (is_passed_over(node)) {
-      walk.skip_children();
+  for (NodeIndex node = option; node < tree_[option].subtree_end;) {
+    const NodeRecord& record = tree_[node];
+    if (is_text(record)) {
+      const auto kind =
+          is_literal(tree_, node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
+      label.add(decoded(written_text(tree_, node), kind));
+    } else if (record.kind == NodeKind::code && role_of(tree_.html(node)) == CodeRole::output) {
+      label.add_piece(tree_.html(node));
     }
+    node = is_passed_over(record) ? record.subtree_end : node + 1;
   }
   return label.take();
 }

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include <qo_page/base/ascii.h>
 #include <qo_page/forms/date_value.h>
 #include <qo_page/forms/number_value.h>
-#include <qo_page/selectors/attribute_match.h>
+#include <qo_page/text/attribute_value.h>
 
 namespace qo {
 
@@ -40,10 +39,10 @@ constexpr TypeRow types[] = {
     {"week", InputType::week},
 };
 
-std::string attribute(const Node& node, std::string_view name) {
-  const Attribute* found = selectors::find_attribute(node, name);
+std::string attribute(const Tree& tree, NodeIndex node, std::string_view name) {
+  const AttributeRecord* const found = tree.find_attribute(node, name);
   std::string buffer;
-  return found == nullptr ? "" : std::string(selectors::value_of(*found, buffer));
+  return found == nullptr ? "" : std::string(decoded_value(tree, *found, buffer));
 }
 
 std::string without_line_breaks(std::string value) {
@@ -86,15 +85,26 @@ std::string color(std::string_view value) {
 
 }  // namespace
 
-InputType input_type(const Node& input) {
-  const std::string name = attribute(input, "type");
+InputType input_type(const Tree& tree, NodeIndex input) {
+  const std::string name = attribute(tree, input, "type");
   for (const TypeRow& row : types) {
     if (equals_without_case(row.name, name)) return row.type;
   }
   return InputType::text;
 }
 
-std::string sanitized_value(const Node& input, InputType type, std::string value) {
+std::string_view type_name(InputType type) {
+  for (const TypeRow& row : types) {
+    if (row.type == type) return row.name;
+  }
+  return "text";
+}
+
+bool names_charset(const Tree& tree, NodeIndex input, InputType type) {
+  return type == InputType::hidden && has_value(tree, input, "name", "_charset_");
+}
+
+std::string sanitized_value(const Tree& tree, NodeIndex input, InputType type, std::string value) {
   const auto if_valid = [&value](bool is_valid) { return is_valid ? std::move(value) : ""; };
   switch (type) {
     case InputType::text:
@@ -106,13 +116,13 @@ std::string sanitized_value(const Node& input, InputType type, std::string value
       return std::string(stripped(without_line_breaks(std::move(value))));
     case InputType::email:
       value = without_line_breaks(std::move(value));
-      return selectors::find_attribute(input, "multiple") != nullptr ? address_list(value)
-                                                                     : std::string(stripped(value));
+      return has_attribute(tree, input, "multiple") ? address_list(value)
+                                                    : std::string(stripped(value));
     case InputType::number:
       return if_valid(is_number(value));
     case InputType::range:
-      return range_value(
-          value, {attribute(input, "min"), attribute(input, "max"), attribute(input, "step")});
+      return range_value(value, {attribute(tree, input, "min"), attribute(tree, input, "max"),
+                                 attribute(tree, input, "step")});
     case InputType::date:
       return if_valid(is_date(value));
     case InputType::month:

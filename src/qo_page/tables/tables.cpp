@@ -1,12 +1,13 @@
 #include <qo_page/tables.h>
 
 #include <algorithm>
-
-#include <qo_html/qo_html_walk.h>
+#include <string_view>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/text/node_text.h>
 #include <qo_page/text/readable_text.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/node_access.h>
+#include <qo_page/tree/tree_walk.h>
 
 namespace qo {
 
@@ -17,85 +18,89 @@ constexpr std::size_t most_rows_spanned = 65534;
 constexpr std::size_t all_rows = SIZE_MAX;  // to the end of the group
 
 // The number that an attribute begins with, after white space; 1 where there is none.
-std::size_t span(const Node& cell, std::string_view name, std::size_t most) {
-  for (const Attribute& attribute : cell.attributes) {
-    if (!equals_without_case(attribute.name, name)) continue;
-    const char* digit = attribute.value.c_str();
-    while (is_blank(*digit)) ++digit;
-    if (!is_digit(*digit)) return 1;
-    std::size_t number = 0;
-    for (; is_digit(*digit) && number <= most; ++digit) {
-      number = number * 10 + static_cast<std::size_t>(*digit - '0');
-    }
-    return std::min(number, most);
+std::size_t span(const Tree& tree, NodeIndex cell, std::string_view name, std::size_t most) {
+  const AttributeRecord* const attribute = tree.find_attribute(cell, name);
+  const std::string value =
+      attribute == nullptr ? std::string() : value_of(tree, *attribute, TextForm::decoded);
+  std::string_view rest = value;
+  while (!rest.empty() && is_blank(rest.front())) rest.remove_prefix(1);
+  if (rest.empty() || !is_digit(rest.front())) return 1;
+  std::size_t number = 0;
+  for (; !rest.empty() && is_digit(rest.front()) && number <= most; rest.remove_prefix(1)) {
+    number = number * 10 + static_cast<std::size_t>(rest.front() - '0');
   }
-  return 1;
+  return std::min(number, most);
 }
 
 struct Row {
-  const Node* group;  // tbody, thead, tfoot; null when the row is in none
-  std::vector<const Node*> cells;
+  NodeIndex group;  // tbody, thead, tfoot; none when the row is in none
+  std::vector<NodeIndex> cells;
 };
 
 // The rows below an element, in the order of the source. A cell whose row has no tag begins one, or
 // goes on with that of the cell before it.
-std::vector<Row> read_rows(const Node& table) {
+std::vector<Row> read_rows(const Tree& tree, NodeIndex table) {
   std::vector<Row> rows;
-  const Node* row = nullptr;
-  const Node* group = nullptr;
-  TreeWalk walk(const_cast<Node*>(&table));
-  walk.next();
+  NodeIndex row = no_node;
+  NodeIndex group = no_node;
+  TreeWalk walk(tree, table);
+  walk.step();
   for (;;) {
     const TreeWalk::Event event = walk.step();
     if (event == TreeWalk::Event::end) return rows;
-    const Node& here = *as_node(walk.node());
+    const NodeIndex node = walk.node();
+    const NodeRecord& here = tree[node];
     if (here.kind != NodeKind::element) continue;
     const bool enters = event == TreeWalk::Event::enter;
-    if (has(here.name, tag_flags::row_group)) {
-      group = enters && here.has_content ? &here : nullptr;
-      row = nullptr;
-    } else if (here.name == Tag::tr_) {
-      row = enters ? &here : nullptr;
+    if (has(here.tag, tag_flags::row_group)) {
+      group = enters && here.has_content ? node : no_node;
+      row = no_node;
+    } else if (here.tag == Tag::tr_) {
+      row = enters ? node : no_node;
       if (enters) rows.push_back({group, {}});
-    } else if (enters && has(here.name, tag_flags::cell)) {
-      if (row == nullptr) rows.push_back({group, {}});
-      if (row == nullptr) row = as_node(here.parent);
-      rows.back().cells.push_back(&here);
+    } else if (enters && has(here.tag, tag_flags::cell)) {
+      if (row == no_node) rows.push_back({group, {}});
+      if (row == no_node) row = here.parent;
+      rows.back().cells.push_back(node);
       walk.skip_children();
-    } else if (enters && here.name == Tag::table_) {
+    } else if (enters && here.tag == Tag::table_) {
       walk.skip_children();
     }
   }
 }
 
-bool is_in(const Row& row, Tag group) {
-  return row.group != nullptr && row.group->name == group;
+bool is_in(const Tree& tree, const Row& row, Tag group) {
+  return row.group != no_node && tree[row.group].tag == group;
 }
 
-bool names_columns(const Row& row) {
-  return !row.cells.empty() && std::all_of(row.cells.begin(), row.cells.end(),
-                                           [](const Node* cell) { return cell->name == Tag::th_; });
+bool names_columns(const Tree& tree, const Row& row) {
+  return !row.cells.empty() && std::all_of(row.cells.begin(), row.cells.end(), [&](NodeIndex cell) {
+    return tree[cell].tag == Tag::th_;
+  });
 }
 
-std::size_t count_header_rows(const std::vector<Row>& rows) {
+std::size_t count_header_rows(const Tree& tree, const std::vector<Row>& rows) {
   const auto body = std::find_if(rows.begin(), rows.end(),
-                                 [](const Row& row) { return !is_in(row, Tag::thead_); });
+                                 [&](const Row& row) { return !is_in(tree, row, Tag::thead_); });
   if (body != rows.begin()) return static_cast<std::size_t>(body - rows.begin());
-  return !rows.empty() && names_columns(rows.front()) ? 1 : 0;
+  return !rows.empty() && names_columns(tree, rows.front()) ? 1 : 0;
 }
 
 }  // namespace
 
 class TableReader {
  public:
-  explicit TableReader(Table& table) : table_(table) { table_.texts_.emplace_back(); }
+  TableReader(const Tree& tree, Table& table) : tree_(tree), table_(table) {
+    table_.texts_.emplace_back();
+    table_.cells_.emplace_back();
+  }
 
-  void read(const Node& node) {
-    std::vector<Row> rows = read_rows(node);
+  void read(NodeIndex node) {
+    std::vector<Row> rows = read_rows(tree_, node);
     std::stable_partition(rows.begin(), rows.end(),
-                          [](const Row& row) { return !is_in(row, Tag::tfoot_); });
-    table_.header_rows_ = count_header_rows(rows);
-    const Node* group = nullptr;
+                          [this](const Row& row) { return !is_in(tree_, row, Tag::tfoot_); });
+    table_.header_rows_ = count_header_rows(tree_, rows);
+    NodeIndex group = no_node;
     for (const Row& row : rows) {
       if (row.group != group) growing_.clear();
       group = row.group;
@@ -107,7 +112,7 @@ class TableReader {
   // What spans rows.
   struct Growing {
     std::size_t column, width, rows_left;
-    Table::Cell cell;
+    Table::CellNumber cell;
   };
 
   void add(const Row& row) {
@@ -115,12 +120,12 @@ class TableReader {
     std::vector<Growing> begun;
     for (const Growing& growing : growing_) fill(growing);
     std::size_t column = 0;
-    for (const Node* node : row.cells) {
+    for (const NodeIndex node : row.cells) {
       while (is_taken(column)) ++column;
-      const std::size_t rows = span(*node, "rowspan", most_rows_spanned);
-      const Growing cell{column,
-                         std::max<std::size_t>(1, span(*node, "colspan", most_columns_spanned)),
-                         rows == 0 ? all_rows : rows, new_cell(*node)};
+      const std::size_t rows = span(tree_, node, "rowspan", most_rows_spanned);
+      const std::size_t width =
+          std::max<std::size_t>(1, span(tree_, node, "colspan", most_columns_spanned));
+      const Growing cell{column, width, rows == 0 ? all_rows : rows, new_cell(node, column, width)};
       fill(cell);
       begun.push_back(cell);
       column += cell.width;
@@ -130,19 +135,21 @@ class TableReader {
     growing_.erase(std::remove_if(growing_.begin(), growing_.end(), is_over), growing_.end());
   }
 
-  Table::Cell new_cell(const Node& node) {
-    table_.texts_.push_back(readable_text(node, NestedTables::left_out));
-    return static_cast<Table::Cell>(table_.texts_.size() - 1);
+  Table::CellNumber new_cell(NodeIndex node, std::size_t column, std::size_t width) {
+    table_.texts_.push_back(readable_text(tree_, node, NestedTables::left_out));
+    const std::size_t row = table_.grid_.size() - 1;
+    table_.cells_.push_back({NodeAccess::node(tree_, node), row, column, 0, width});
+    return static_cast<Table::CellNumber>(table_.texts_.size() - 1);
   }
 
   bool is_taken(std::size_t column) const {
-    const std::vector<Table::Cell>& row = table_.grid_.back();
+    const std::vector<Table::CellNumber>& row = table_.grid_.back();
     return column < row.size() && row[column] != 0;
   }
 
   // Where two cells want one place, the first has it.
   void fill(const Growing& cell) {
-    std::vector<Table::Cell>& row = table_.grid_.back();
+    std::vector<Table::CellNumber>& row = table_.grid_.back();
     const std::size_t end = cell.column + cell.width;
     places_ += cell.width;
     if (places_ > Table::most_places) throw Error("the table has too many cells", 0);
@@ -151,25 +158,38 @@ class TableReader {
     for (std::size_t i = cell.column; i < end; ++i) {
       if (row[i] == 0) row[i] = cell.cell;
     }
+    ++table_.cells_[cell.cell].rows;
   }
 
+  const Tree& tree_;
   Table& table_;
   std::vector<Growing> growing_;
   std::size_t places_ = 0;
 };
 
-Table::Table(const _qo_html* table) {
-  const Node& node = *as_node(table);
+Table::Table(Node table) {
+  const Tree& tree = NodeAccess::tree(table);
+  const NodeIndex node = NodeAccess::index(table);
   try {
-    TableReader(*this).read(node);
+    TableReader(tree, *this).read(node);
   } catch (const Error& error) {
-    throw Error(error.what(), node.extent.begin);
+    throw Error(error.what(), tree[node].begin);
   }
 }
 
+Table::CellNumber Table::number_at(std::size_t row, std::size_t column) const {
+  if (row >= rows() || column >= columns()) throw Error("the table has no such place");
+  const std::vector<CellNumber>& cells = grid_[row];
+  return column < cells.size() ? cells[column] : 0;
+}
+
+Cell Table::cell(std::size_t row, std::size_t column) const {
+  const CellNumber number = number_at(row, column);
+  return number == 0 ? Cell{Node(), row, column, 1, 1} : cells_[number];
+}
+
 const std::string& Table::text(std::size_t row, std::size_t column) const {
-  const std::vector<Cell>& cells = grid_[row];
-  return texts_[column < cells.size() ? cells[column] : 0];
+  return texts_[number_at(row, column)];
 }
 
 }  // namespace qo

@@ -1,5 +1,7 @@
 #include <qo_page/template/template_code.h>
 
+#include <algorithm>
+
 #include <qo_page/base/tags.h>
 #include <qo_page/base/words.h>
 
@@ -8,6 +10,7 @@ namespace qo {
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t farthest = 4096;  // how far a string or its code is followed
 
 // A statement of a language whose blocks end with a word, such as "endif", or a "}".
 CodeRole role_of_statement(std::string_view statement) {
@@ -39,6 +42,12 @@ CodeRole role_of_braces(std::string_view inner) {
   if (word == "end" || word == "else") return CodeRole::closing;
   static constexpr std::string_view openers[] = {"if", "range", "with", "block", "define"};
   return is_one_of(word, openers) ? CodeRole::opening : CodeRole::output;
+}
+
+bool is_comment(std::string_view code) {
+  const std::string_view inner = without_leading(code.substr(2), "~- ");
+  if (code[0] == '<') return begins_with(code.substr(2), "#") || begins_with(code.substr(2), "--");
+  return code[1] == '#' || begins_with(inner, "!") || begins_with(inner, "/*");
 }
 
 // Whether a tag begins at `at`, where a "<" is: </name, <name>, <name/> or <name attribute=, with a
@@ -88,6 +97,14 @@ CodeRole role_of(std::string_view code) {
   if (begins_with(code, "{{")) return role_of_braces(inner);
   if (begins_with(code, "{#")) return CodeRole::opening;
   return role_of_statement(without_leading(inner, "-+~ \t\r\n"));
+}
+
+bool may_write(std::string_view code) {
+  static constexpr std::string_view silent[] = {"assign", "do",   "extends", "from",
+                                                "import", "load", "set",     "use"};
+  if (is_comment(code)) return false;
+  const std::string_view word = first_word(without_leading(code.substr(2), "-+~ \t\r\n"));
+  return code[1] != '%' || !is_one_of(word, silent);
 }
 
 CodeScanner::CodeScanner(std::string_view source, bool enabled)
@@ -165,6 +182,54 @@ std::size_t CodeScanner::end_of_percent(std::size_t at, Place place) {
   return close == npos ? 0 : close + 2;
 }
 
+// Strings end in the line in which they begin. One with a closer in front of an opener is none: it
+// would join two pieces of code. 0 when there is none.
+std::size_t CodeScanner::string_end(std::size_t at) const {
+  const std::size_t line_end = std::min(source_.find('\n', at), at + farthest);
+  const std::string_view line = source_.substr(at, line_end - at);
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    if (line[i] == '\\') {
+      ++i;
+    } else if (line[i] == line[0]) {
+      const std::string_view string = line.substr(0, i);
+      const std::size_t close = std::min(string.find("}}"), string.find("%}"));
+      const std::size_t open = std::max(string.rfind("{{") + 1, string.rfind("{%") + 1);
+      return close != npos && open > close ? 0 : at + i + 1;
+    }
+  }
+  return 0;
+}
+
+// The first closer that is neither in a string nor in braces; npos when the code is not of that
+// kind: an apostrophe after a letter is no quote.
+std::size_t CodeScanner::close_outside_strings(std::size_t begin, std::string_view closer) const {
+  const bool has_braces = closer == "}}";
+  const std::size_t limit = std::min(source_.size(), begin + farthest);
+  std::size_t depth = 0;
+  for (std::size_t i = begin; i < limit;) {
+    const char c = source_[i];
+    const bool is_quote = (c == '"' || c == '\'') && !is_word_character(source_[i - 1]);
+    if (depth == 0 && source_.substr(i, 2) == closer) return i;
+    if (c == '{' && i + 1 < limit && (source_[i + 1] == '{' || source_[i + 1] == '%')) return npos;
+    if (c == '}' && has_braces && depth-- == 0) return npos;
+    if (c == '{' && has_braces) ++depth;
+    const std::size_t next = is_quote ? string_end(i) : i + 1;
+    if (next == 0) return npos;
+    i = next;
+  }
+  return npos;
+}
+
+// The closer of code whose strings and braces may hold another: {{ "}}" }}, {{ {a: {b: 1}} }}. npos
+// when they decide nothing.
+std::size_t CodeScanner::real_close(std::size_t begin, std::size_t close,
+                                    std::string_view closer) const {
+  if (close == npos) return npos;
+  const std::string_view code = source_.substr(begin, close - begin);
+  if (code.find_first_of("\"'{") == npos) return npos;
+  return close_outside_strings(begin, closer);
+}
+
 // No further opener lies between an opener and its closer.
 bool CodeScanner::is_closed(std::size_t at, Wanted opener, std::size_t opener_length,
                             std::size_t close) {
@@ -188,8 +253,10 @@ std::size_t CodeScanner::end_of_braces(std::size_t at) {
     if (close != npos) return close + 4;
   }
   const std::size_t opener_length = is_triple ? 3 : 2;
-  const std::size_t close = find(brace_end, at + opener_length);
-  if (!is_closed(at, brace_begin, opener_length, close)) return 0;
+  std::size_t close = find(brace_end, at + opener_length);
+  const std::size_t real = real_close(at + opener_length, close, "}}");
+  if (real == npos && !is_closed(at, brace_begin, opener_length, close)) return 0;
+  if (real != npos) close = real;
   const bool is_comment = has_dashes || begins_with(inner, "!") || begins_with(inner, "/*");
   if (!is_comment && holds_tags(source_.substr(at + 2, close - at - 2))) return 0;
   const bool is_triple_end = is_triple && close + 2 < source_.size() && source_[close + 2] == '}';
@@ -203,8 +270,10 @@ std::size_t CodeScanner::end_of_statement(std::size_t at) {
   const bool is_start =
       is_letter(source_[start]) || std::string_view("_#/\"'$([:=@").find(source_[start]) != npos;
   if (!is_start) return 0;
-  const std::size_t close = find(percent_brace_end, at + 2);
-  if (!is_closed(at, percent_brace_begin, 2, close)) return 0;
+  std::size_t close = find(percent_brace_end, at + 2);
+  const std::size_t real = real_close(at + 2, close, "%}");
+  if (real == npos && !is_closed(at, percent_brace_begin, 2, close)) return 0;
+  if (real != npos) close = real;
   return holds_tags(source_.substr(at + 2, close - at - 2)) ? 0 : close + 2;
 }
 

@@ -21,6 +21,12 @@ enum class CodeRole {
 
 CodeRole role_of(std::string_view code);
 
+// What template code may begin with.
+constexpr std::string_view code_openers[] = {"<?", "<%", "{{", "{%", "{#"};
+
+// Whether a piece of code that is no part of a block may write something: comments do not.
+bool may_write(std::string_view code);
+
 // Finds the ends of template code. Calls should come in the order of the source: what was found is
 // remembered, so that all of them take time in proportion to the source.
 class CodeScanner {
@@ -65,6 +71,9 @@ class CodeScanner {
   std::size_t end_of_braces(std::size_t at);
   std::size_t end_of_statement(std::size_t at);
   std::size_t end_of_comment(std::size_t at);
+  std::size_t string_end(std::size_t at) const;
+  std::size_t close_outside_strings(std::size_t begin, std::string_view closer) const;
+  std::size_t real_close(std::size_t begin, std::size_t close, std::string_view closer) const;
   bool is_closed(std::size_t at, Wanted opener, std::size_t opener_length, std::size_t close);
 
   std::string_view source_;

@@ -42,21 +42,6 @@ std::vector<Item> items_of(std::string_view source, Range value, CodeScanner& co
   return items;
 }
 
-bool is_comment(std::string_view code) {
-  const std::string_view inner = without_leading(code.substr(2), "~- ");
-  if (code[0] == '<') return begins_with(code.substr(2), "#") || begins_with(code.substr(2), "--");
-  return code[1] == '#' || begins_with(inner, "!") || begins_with(inner, "/*");
-}
-
-// Whether code that is no part of a block of the value may write something.
-bool may_write(std::string_view code) {
-  static constexpr std::string_view silent[] = {"assign", "do",   "extends", "from",
-                                                "import", "load", "set",     "use"};
-  if (is_comment(code)) return false;
-  const std::string_view word = first_word(without_leading(code.substr(2), "-+~ \t\r\n"));
-  return code[1] != '%' || !is_one_of(word, silent);
-}
-
 // A program may write text of its own besides.
 bool writes(std::string_view code) {
   return code[0] == '<' && (code.find("echo") != std::string_view::npos ||

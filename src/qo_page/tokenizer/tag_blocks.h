@@ -4,26 +4,23 @@
 #define QO_PAGE_TOKENIZER_TAG_BLOCKS_H
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 
-#include <qo_page/template/template_code.h>
-
 namespace qo {
 
+// Where the last piece of code of a tag is that ends a block of some name.
 class TagBlocks {
  public:
-  // Reads from `begin`, which is within a tag but in no value, to the end of the tag.
-  TagBlocks(std::string_view source, std::size_t begin, CodeScanner& code);
+  void add(std::string_view code, std::size_t offset);
 
   // Whether a block that begins with `opener` ends after `offset`.
   bool ends_after(std::string_view opener, std::size_t offset) const;
 
  private:
-  void add(std::string_view code, std::size_t offset);
+  bool has_end(std::string_view name, std::size_t offset) const;
 
-  std::unordered_map<std::string, std::size_t> last_ends_;  // by what ends a block
+  std::unordered_map<std::string_view, std::size_t> last_ends_;  // by the name of the block
 };
 
 }  // namespace qo

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/tokenizer/brackets.h>
 
 namespace qo {
 
@@ -29,18 +30,30 @@ bool TagReader::read(std::size_t begin) {
   position_ = begin;
   token_.attributes.clear();
   token_.self_closing = false;
+  token_.may_be_odd = false;
+  token_.open_bracket = {};
   blocks_.reset();
   tag_name();
   token_.items_end = position_;
-  for (;;) {
-    skip_blanks();
-    if (at_end()) return false;
-    if (source_[position_] == '>') break;
-    item();
-  }
+  items();
+  if (at_end()) return false;
   ++position_;
   token_.extent.end = position_;
   return true;
+}
+
+void TagReader::items() {
+  for (;;) {
+    skip_blanks();
+    if (at_end() || source_[position_] == '>') return;
+    item();
+  }
+}
+
+std::size_t TagReader::code_end() {
+  const std::size_t end = code_.end_of(position_, CodeScanner::Place::tag);
+  if (looks_ahead_ && end != 0) blocks_->add(code_until(end), position_);
+  return end;
 }
 
 void TagReader::skip_blanks() {
@@ -111,7 +124,7 @@ bool TagReader::attribute_name() {
     const std::size_t end = may_be_code() ? code_end() : 0;
     if (end == 0) {
       is_named = true;
-      ++position_;
+      take_character(true);
       continue;
     }
     const bool is_output = role_of(code_until(end)) == CodeRole::output;
@@ -138,19 +151,70 @@ void TagReader::value(AttributeToken& attribute) {
 void TagReader::quoted_value(AttributeToken& attribute) {
   attribute.quote = source_[position_++];
   attribute.value.begin = position_;
-  while (!at_end() && source_[position_] != attribute.quote) {
+  until_quote(attribute.quote);
+  const bool is_glued = position_ + 1 < source_.size() && !is_blank(source_[position_ + 1]) &&
+                        source_[position_ + 1] != '>' && source_[position_ + 1] != '/';
+  token_.may_be_odd = token_.may_be_odd || is_glued;
+  if (is_glued && is_for_author()) glued_value(attribute);
+  attribute.value.end = position_;
+  if (!at_end()) ++position_;
+}
+
+void TagReader::until_quote(char quote) {
+  while (!at_end() && source_[position_] != quote) {
     const std::size_t end = may_be_code() ? code_end() : 0;
     position_ = std::max(position_ + 1, end);
   }
-  attribute.value.end = position_;
-  if (!at_end()) ++position_;
+}
+
+// The quote that ends a value may be one of code in it: class="@f("a b")".
+void TagReader::glued_value(AttributeToken& attribute) {
+  CodeScanner& code = code_.ahead();
+  const std::size_t bracket = qo::open_bracket(source_, attribute.value.begin, position_, code);
+  if (bracket == std::string_view::npos) return;
+  const std::size_t found = bracket_end(source_, bracket, code).end;
+  const std::size_t end = std::max(found, bracket + 1);
+  if (token_.open_bracket.empty()) token_.open_bracket = {bracket, end};
+  if (end <= position_) return;
+  position_ = end;
+  until_quote(attribute.quote);
+}
+
+// A character of a name, or of a value without quotes.
+void TagReader::take_character(bool in_name) {
+  const bool is_bracket = opens_bracket(source_[position_]);
+  token_.may_be_odd = token_.may_be_odd || is_bracket;
+  if (is_bracket && is_for_author()) return take_bracket(in_name);
+  ++position_;
+}
+
+// What is in brackets belongs together, whatever ends a name or value for a browser.
+void TagReader::take_bracket(bool in_name) {
+  const BracketEnd found = bracket_end(source_, position_, code_.ahead());
+  const bool is_cut =
+      found.end == 0 || found.has_blank || found.has_tag_end || (in_name && found.has_name_end);
+  const std::size_t end = std::max(found.end, position_ + 1);
+  if (is_cut && token_.open_bracket.empty()) token_.open_bracket = {position_, end};
+  position_ = end;
 }
 
 // Whether a block begins with the code in front of `end` and ends within the tag: {% if x %} does,
 // {% url x %} does not.
 bool TagReader::is_block(std::string_view opener, std::size_t end) {
-  if (blocks_ == nullptr) blocks_ = std::make_unique<TagBlocks>(source_, end, code_.ahead());
+  if (looks_ahead_) return true;
+  if (blocks_ == nullptr) blocks_ = blocks_from(end);
   return blocks_->ends_after(opener, end);
+}
+
+// What follows an opener is read alike, whether or not it is one: a blank or the end of the tag.
+std::unique_ptr<TagBlocks> TagReader::blocks_from(std::size_t begin) {
+  Token rest{};
+  TagReader reader(source_, code_.ahead(), rest);
+  reader.looks_ahead_ = true;
+  reader.blocks_ = std::make_unique<TagBlocks>();
+  reader.position_ = begin;
+  reader.items();
+  return std::move(reader.blocks_);
 }
 
 // A piece of code that ends a block ends the value as well, unless the block began in it; one that
@@ -160,7 +224,7 @@ void TagReader::unquoted_value(AttributeToken& attribute) {
   while (!at_end() && !is_blank(source_[position_]) && source_[position_] != '>') {
     const std::size_t end = may_be_code() ? code_end() : 0;
     if (end == 0) {
-      ++position_;
+      take_character(false);
       continue;
     }
     const CodeRole role = role_of(code_until(end));

@@ -15,8 +15,9 @@ namespace qo {
 // Reads one tag from its name on.
 class TagReader {
  public:
-  TagReader(std::string_view source, CodeScanner& code, Token& token)
-      : source_(source), code_(code), token_(token) {}
+  TagReader(std::string_view source, CodeScanner& code, Token& token,
+            Reader reader = Reader::browser)
+      : source_(source), code_(code), token_(token), reader_(reader) {}
 
   // Fills the token in, from the name at `begin` to the end of the tag; false when the end of the
   // source comes first.
@@ -29,10 +30,18 @@ class TagReader {
   bool attribute_name();
   void value(AttributeToken& attribute);
   void quoted_value(AttributeToken& attribute);
+  void until_quote(char quote);
+  void glued_value(AttributeToken& attribute);
   void unquoted_value(AttributeToken& attribute);
   bool is_block(std::string_view opener, std::size_t end);
+  std::unique_ptr<TagBlocks> blocks_from(std::size_t begin);
 
-  std::size_t code_end() { return code_.end_of(position_, CodeScanner::Place::tag); }
+  void take_character(bool in_name);
+  void take_bracket(bool in_name);
+  bool is_for_author() const { return reader_ == Reader::author && code_.enabled(); }
+
+  void items();
+  std::size_t code_end();
   std::string_view code_until(std::size_t end) const {
     return source_.substr(position_, end - position_);
   }
@@ -43,8 +52,10 @@ class TagReader {
   std::string_view source_;
   CodeScanner& code_;
   Token& token_;
+  Reader reader_;
   std::size_t position_ = 0;
   std::unique_ptr<TagBlocks> blocks_;  // from where they were first asked for
+  bool looks_ahead_ = false;           // for the blocks of another reader's tag
 };
 
 }  // namespace qo

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/tokenizer/raw_content.h>
 #include <qo_page/tokenizer/tag_reader.h>
 
 namespace qo {
@@ -18,7 +17,8 @@ bool Tokenizer::next(Token& token) {
   if (position_ >= source_.size()) return false;
   token.extent = {position_, position_};
   token.is_cut_off = false;
-  if (raw_ == Tag::unknown || !raw_content(token)) {
+  const bool is_text = raw_.name.empty() ? front_matter(token) : raw_content(token);
+  if (!is_text) {
     if (markup(token) == Markup::none) text(token);
   }
   position_ = token.extent.end;
@@ -28,11 +28,25 @@ bool Tokenizer::next(Token& token) {
 // The content of an element that has no markup, as a text; false when it is empty.
 bool Tokenizer::raw_content(Token& token) {
   const std::size_t end = raw_content_end(source_, position_, raw_, code_, comment_end_);
-  raw_ = Tag::unknown;
+  raw_ = RawElement();
   if (end == position_) return false;
   token.kind = TokenKind::text;
   token.extent.end = end;
   token.is_cut_off = end == source_.size();
+  return true;
+}
+
+// The settings or the program in front of a page, between two lines of three dashes, is a text.
+bool Tokenizer::front_matter(Token& token) const {
+  if (position_ != 0 || !code_.enabled() || source_.substr(0, 3) != "---") return false;
+  const std::size_t line_end = source_.find_first_not_of(" \t\r", 3);
+  if (line_end == npos || source_[line_end] != '\n') return false;
+  const std::size_t last_line = source_.find("\n---", line_end);
+  if (last_line == npos) return false;
+  const std::size_t end = source_.find_first_not_of(" \t\r", last_line + 4);
+  if (end != npos && source_[end] != '\n') return false;
+  token.kind = TokenKind::text;
+  token.extent.end = last_line + 4;
   return true;
 }
 
@@ -174,7 +188,7 @@ Tokenizer::Markup Tokenizer::tag(Token& token, TokenKind kind, std::size_t name_
     }
   }
   token.kind = kind;
-  if (TagReader(source_, code_, token).read(name_begin)) return Markup::tag;
+  if (TagReader(source_, code_, token, reader_).read(name_begin)) return Markup::tag;
   token.kind = TokenKind::text;
   token.extent.end = source_.size();
   token.is_cut_off = true;

@@ -12,6 +12,7 @@
 #include <qo_page/base/tags.h>
 #include <qo_page/range.h>
 #include <qo_page/template/template_code.h>
+#include <qo_page/tokenizer/raw_content.h>
 
 namespace qo {
 
@@ -23,6 +24,12 @@ struct AttributeToken {
   std::size_t end;  // after the value and its quote, or after the name
 };
 
+// Whose eyes tags are read with.
+enum class Reader {
+  browser,  // a tag ends at the first ">", and only svg and math know "/>"
+  author    // of a component: brackets in a tag hold any character, and "/>" ends an element
+};
+
 enum class TokenKind : unsigned char { text, start_tag, end_tag, comment, doctype, cdata, code };
 
 struct Token {
@@ -32,6 +39,8 @@ struct Token {
   Range content;      // of a comment or section
   bool self_closing;  // a start tag ends in "/>"
   std::vector<AttributeToken> attributes;
+  bool may_be_odd;     // a name or value has brackets or ends where another begins
+  Range open_bracket;  // as the author reads it, what a browser ends a name or value in; or empty
   std::size_t items_end;  // of a start tag: after its last attribute or piece of code, or its name
   bool is_cut_off;        // the source ends before what ends the token; a tag is text then
 };
@@ -40,13 +49,17 @@ struct Token {
 // of the source cuts off is text.
 class Tokenizer {
  public:
-  Tokenizer(std::string_view source, bool templates) : source_(source), code_(source, templates) {}
+  Tokenizer(std::string_view source, bool templates, Reader reader = Reader::browser)
+      : source_(source), code_(source, templates), reader_(reader) {}
+
+  // Goes to a place between two tokens.
+  void begin_at(std::size_t offset) { position_ = offset; }
 
   // Reads the next token; false at the end of the source.
   bool next(Token& token);
 
-  // After a start tag of that name: its content is not markup.
-  void begin_raw_content(Tag name) { raw_ = name; }
+  // After the start tag of such an element.
+  void begin_raw_content(const RawElement& element) { raw_ = element; }
 
   // Whether <![CDATA[ begins a section, or a comment.
   void allow_cdata(bool allowed) { cdata_ = allowed; }
@@ -56,6 +69,7 @@ class Tokenizer {
  private:
   enum class Markup { none, tag, other };
 
+  bool front_matter(Token& token) const;
   void text(Token& token);
   bool raw_content(Token& token);
   Markup markup(Token& token);
@@ -73,9 +87,10 @@ class Tokenizer {
 
   std::string_view source_;
   CodeScanner code_;
+  Reader reader_;
   Finder comment_end_{"-->"};
   std::size_t position_ = 0;
-  Tag raw_ = Tag::unknown;
+  RawElement raw_;  // whose content comes next; without a name: none
   bool cdata_ = false;
 };
 

@@ -18,6 +18,8 @@ struct NodeAccess {
 
   static NodeIndex index(Node node) { return node.index_; }
 
+  static const NodeRecord& record(Node node) { return tree(node)[node.index_]; }
+
   // Throws Error unless the node is one of the tree.
   static NodeIndex index_in(const Tree& tree, Node node) {
     if (&NodeAccess::tree(node) != &tree) throw Error("the node is one of another page");
@@ -47,6 +49,8 @@ struct PageAccess {
     if (page.tree_ == nullptr) throw Error("the page was moved from");
     return *page.tree_;
   }
+
+  static Page page(std::unique_ptr<Tree> tree) { return Page(std::move(tree)); }
 };
 
 }  // namespace qo

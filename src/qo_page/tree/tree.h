@@ -84,6 +84,9 @@ struct Tree {
   // Those of all forms but for the ones in a template, and in other forms, which a browser drops.
   std::vector<FormRange> form_ranges;
 
+  // Some tag may end elsewhere, or end its element, for its author.
+  bool has_odd_tags = false;
+
   const NodeRecord& operator[](NodeIndex node) const { return nodes[node]; }
 
   // The number of nodes, and the index after the last one.

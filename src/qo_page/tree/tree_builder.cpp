@@ -34,8 +34,14 @@ std::size_t innermost_of(std::initializer_list<std::size_t> indexes) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(Tree& tree)
-    : tree_(tree), source_(tree.source), tokenizer_(tree.source, tree.options.templates) {}
+TreeBuilder::TreeBuilder(Tree& tree, Reader reader, StartTagObserver* observer)
+    : tree_(tree),
+      source_(tree.source),
+      reader_(reader),
+      observer_(observer),
+      tokenizer_(tree.source, tree.options.templates, reader) {
+  if (reader == Reader::author) components_.emplace(source_);
+}
 
 void TreeBuilder::build() {
   append(NodeKind::document, {0, 0});
@@ -73,7 +79,9 @@ void TreeBuilder::take(const Token& token) {
 // --- Start tags ---
 
 void TreeBuilder::start_tag(const Token& token) {
-  const Tag tag = find_tag(token.name.in(source_));
+  if (observer_ != nullptr) observer_->start_tag(token);
+  const Tag tag = tag_of(token);
+  tree_.has_odd_tags = tree_.has_odd_tags || is_odd(token);
   if (is_foreign_content(tag) && !breaks_out(token, tag)) return foreign_start_tag(token, tag);
   while (is_foreign_content(tag)) close_top(token.extent.begin);
   html_start_tag(token, tag);
@@ -90,13 +98,16 @@ void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
   }
   end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
-  if (tag == Tag::form_ && !in_template()) begin_form(token);
+  if (tag == Tag::form_ && !in_template() && !is_closed_by_author(token)) begin_form(token);
   if (is_empty) {
     append_element(token, type);
     return;
   }
   open(token, type);
-  if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) tokenizer_.begin_raw_content(tag);
+  tree_.has_odd_tags = tree_.has_odd_tags || token.self_closing;
+  if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) {
+    tokenizer_.begin_raw_content({type.name, tag == Tag::script_, tag == Tag::plaintext_});
+  }
 }
 
 // What a browser only takes attributes from, or nothing at all: a second html, head or body, a form
@@ -121,10 +132,24 @@ void TreeBuilder::begin_form(const Token& token) {
   tree_.form_ranges.push_back({token.extent.begin, source_.size()});
 }
 
+Tag TreeBuilder::tag_of(const Token& token) const {
+  const std::string_view name = token.name.in(source_);
+  return components_ ? components_->tag_of(name) : find_tag(name);
+}
+
+// Whether its author may read the tag otherwise.
+bool TreeBuilder::is_odd(const Token& token) const {
+  return token.may_be_odd || may_name_component(token.name.in(source_));
+}
+
+bool TreeBuilder::is_closed_by_author(const Token& token) const {
+  return reader_ == Reader::author && token.self_closing;
+}
+
 // Void elements, what closes itself in svg and math, a tag of a template's own that does, such as
 // <c:out/>, and a form between the parts of a table.
 bool TreeBuilder::is_without_content(const Token& token, Tag tag) {
-  if (has(tag, void_content)) return true;
+  if (has(tag, void_content) || is_closed_by_author(token)) return true;
   const bool has_prefix = token.name.in(source_).find(':') != std::string_view::npos;
   if (has_prefix && token.self_closing) return tokenizer_.code().enabled();
   if (tag == Tag::svg_ || tag == Tag::math_) return token.self_closing;
@@ -284,7 +309,7 @@ void TreeBuilder::end_table_in_table(std::size_t at) {
 
 void TreeBuilder::end_tag(const Token& token) {
   const std::string_view name = token.name.in(source_);
-  const Tag tag = find_tag(name);
+  const Tag tag = tag_of(token);
   if (tag == Tag::p_ || tag == Tag::br_) {
     while (is_foreign_content(tag)) close_top(token.extent.begin);
   }

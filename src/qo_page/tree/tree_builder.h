@@ -4,18 +4,28 @@
 #define QO_PAGE_TREE_TREE_BUILDER_H
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
+#include <qo_page/tokenizer/component_names.h>
 #include <qo_page/tokenizer/tokenizer.h>
 #include <qo_page/tree/open_elements.h>
 #include <qo_page/tree/tree.h>
 
 namespace qo {
 
+// Is told of each start tag, in their order.
+class StartTagObserver {
+ public:
+  virtual ~StartTagObserver() = default;
+  virtual void start_tag(const Token& tag) = 0;
+};
+
 class TreeBuilder {
  public:
   // Fills in the index of a tree that has its source and options, and nothing else.
-  explicit TreeBuilder(Tree& tree);
+  explicit TreeBuilder(Tree& tree, Reader reader = Reader::browser,
+                       StartTagObserver* observer = nullptr);
 
   // Reads the whole source. To be called once.
   void build();
@@ -39,6 +49,9 @@ class TreeBuilder {
   bool is_foreign_content(Tag tag) const;
   bool is_annotation_of_html() const;
   bool breaks_out(const Token& token, Tag tag) const;
+  Tag tag_of(const Token& token) const;
+  bool is_odd(const Token& token) const;
+  bool is_closed_by_author(const Token& token) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
   void begin_form(const Token& token);
@@ -72,6 +85,9 @@ class TreeBuilder {
 
   Tree& tree_;
   std::string_view source_;
+  Reader reader_;
+  StartTagObserver* observer_;
+  std::optional<ComponentNames> components_;  // of an author's reading
   Tokenizer tokenizer_;
   OpenElements open_;
   NodeIndex form_ = no_node;  // the last one that no end tag has ended
