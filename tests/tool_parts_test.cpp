@@ -11,7 +11,6 @@
 #include "commands/composed_changes.h"
 #include "io/cells.h"
 #include "io/failure.h"
-#include "io/line_index.h"
 #include "io/text.h"
 
 namespace {
@@ -78,13 +77,13 @@ TEST(Text, IsMadePrintableAndValid) {
 
 TEST(LineIndex, GivesLinesAndColumns) {
   const std::string text = "a\n\nbc\r\nd";
-  const cli::LineIndex index(text);
+  const qo::LineIndex index(text);
   struct {
     std::size_t offset;
     const char* place;
   } const cases[] = {{0, "1:1"}, {1, "1:2"}, {2, "2:1"}, {3, "3:1"}, {6, "3:4"}, {7, "4:1"}, {8, "4:2"}};
   for (const auto& test : cases) {
-    EXPECT_EQ(index.place(test.offset).text(), test.place);
+    EXPECT_EQ(cli::shown_place(index.position(test.offset)), test.place);
     EXPECT_EQ(cli::place_of(text, test.offset), test.place);
   }
 }

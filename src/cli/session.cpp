@@ -7,7 +7,6 @@
 
 #include <qo_page/page.h>
 
-#include "host/host_page.h"
 #include "io/failure.h"
 #include "io/folders.h"
 #include "io/signals.h"
@@ -30,7 +29,7 @@ std::size_t thread_count(const Options& options, std::size_t files) {
 
 Session::Session(const Options& options)
     : options_(options),
-      sink_(options),
+      sink_(options.output, options.color),
       files_(find_files(options, failed_)),
       progress_(files_.size()) {}
 
@@ -118,7 +117,6 @@ Session::Result Session::work_on(std::size_t index, const Work& work, Sink* sink
     Input input = read_input(files_[index]);
     input.index = index;
     result.found = work(input, out);
-    require_memory();
   } catch (const Failure& failure) {
     result.complaint = failure.what();
   } catch (const qo::Error& error) {
@@ -126,13 +124,16 @@ Session::Result Session::work_on(std::size_t index, const Work& work, Sink* sink
   } catch (const std::bad_alloc&) {
     result.complaint = file + ": out of memory";
   }
-  result.text = out.kept();
+  result.text = out.take();
   return result;
 }
 
 void Session::report(const std::string& file, const Result& result) {
-  if (result.complaint || !result.text.empty()) progress_.clear();
   sink_.write(result.text);
+  if (result.complaint || sink_.is_due()) {
+    progress_.clear();
+    sink_.flush();
+  }
   if (result.complaint) {
     complaints_.add(file, *result.complaint);
     ++failed_;

@@ -10,6 +10,8 @@
 
 #include <qo_page/edits.h>
 
+#include "io/folders.h"
+
 namespace cli {
 
 enum class Command { select, table, form, edit, check, tree, decode };
@@ -27,20 +29,17 @@ struct Edit {
 };
 
 // The members that belong to other commands keep their values.
-struct Options {
+struct Options : FileChoice {
   Command command = Command::select;
 
   // --- Where results go ---
   std::string color = "auto";  // or "always" or "never"
   std::string output;          // a file; empty: standard output
 
-  // --- What is read, and how ---
-  std::vector<std::string> files;
-  bool recursive = false;
-  std::vector<std::string> include, exclude;  // globs
-  std::size_t threads = 0;                    // 0: as many as there are cores
-  bool templates = true;                      // template code is opaque
-  bool host = false;  // as a host process does; the next two: for hosts only
+  // --- How the files are read ---
+  std::size_t threads = 0;  // 0: as many as there are cores
+  bool templates = true;    // template code is opaque
+  bool host = false;        // as a host process does; the next two: for hosts only
   bool drop_comments = false;
   bool strict = false;
   std::string selector;  // for tree: what to highlight

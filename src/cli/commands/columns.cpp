@@ -1,5 +1,8 @@
 #include "commands/columns.h"
 
+#include <optional>
+#include <string_view>
+
 #include "io/failure.h"
 
 namespace cli {
@@ -27,25 +30,27 @@ Columns::Columns(const Options& options)
   }
 }
 
-std::optional<std::string> Columns::line(FieldWriter& writer, const PageView& view,
-                                         _qo_html* node) const {
-  std::string line;
+bool Columns::write(FieldWriter& writer, std::size_t match, std::string& line) const {
+  line.clear();
   bool any = has_fields_;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    std::string cell;
+    std::string_view cell;
     if (columns_[i].is_attribute) {
-      std::optional<std::string> value = view.attribute(node, columns_[i].name);
-      if (value) seen_[i].store(true, std::memory_order_relaxed);
+      const std::optional<std::string_view> value = writer.attribute(match, columns_[i].name);
+      if (value && !seen_[i].load(std::memory_order_relaxed)) {
+        seen_[i].store(true, std::memory_order_relaxed);
+      }
       any = any || value;
-      cell = std::move(value).value_or("");
+      cell = value.value_or(std::string_view());
     } else {
-      cell = writer.text(node, columns_[i].name);
+      cell = writer.text(match, columns_[i].name);
     }
     append_cell(cell, i == 0, form_, line);
   }
-  has_matches_.store(true, std::memory_order_relaxed);
-  if (!any) return std::nullopt;
-  return line;
+  if (!has_matches_.load(std::memory_order_relaxed)) {
+    has_matches_.store(true, std::memory_order_relaxed);
+  }
+  return any;
 }
 
 std::vector<std::string> Columns::missing() const {

@@ -6,14 +6,12 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "args/options.h"
 #include "commands/fields.h"
 #include "io/cells.h"
-#include "page_view.h"
 
 namespace cli {
 
@@ -23,9 +21,9 @@ class Columns {
   // Throws Failure when a name is none.
   explicit Columns(const Options& options);
 
-  // The cells of a match; nothing when it has none of the attributes and nothing else was asked
-  // for.
-  std::optional<std::string> line(FieldWriter& writer, const PageView& view, _qo_html* node) const;
+  // The cells of a match, on one line in `line`, whose former content is lost. Whether there are
+  // any: a match has none when it has none of the attributes and nothing else was asked for.
+  bool write(FieldWriter& writer, std::size_t match, std::string& line) const;
 
   // The attributes that no match had, if there was any match.
   std::vector<std::string> missing() const;

@@ -1,8 +1,9 @@
-#include <qo_html/qo_html.h>
+#include <utility>
 
 #include <qo_page/decode.h>
 
 #include "commands/commands.h"
+#include "host/host_page.h"
 #include "session.h"
 
 namespace cli {
@@ -10,12 +11,7 @@ namespace cli {
 int run_decode(const Options& options) {
   Session session(options);
   return session.run([&](Input& input, Output& out) {
-    if (options.host) {
-      qo_decode_html_entities(input.text);
-      out.write(input.text);
-    } else {
-      out.write(qo::decode(input.text));
-    }
+    out.write(options.host ? decode_as_host(std::move(input.text)) : qo::decode(input.text));
     return Found::something;
   });
 }

@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <atomic>
-#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include <qo_page/edits.h>
 #include <qo_page/selector.h>
@@ -11,7 +14,7 @@
 #include "commands/unified_diff.h"
 #include "io/failure.h"
 #include "io/text.h"
-#include "page_view.h"
+#include "pages/read_page.h"
 #include "session.h"
 
 namespace cli {
@@ -43,9 +46,8 @@ class Editing {
   explicit Editing(const Options& options)
       : options_(options), edits_(compile(options.edits)), session_(options) {
     if (!options.in_place) return;
-    for (std::size_t i = 0; i < session_.files().size(); ++i) {
-      pages_.emplace(resolved(session_.files()[i]), i);
-    }
+    for (const std::string& file : session_.files()) targets_.push_back(resolved(file));
+    for (std::size_t i = 0; i < targets_.size(); ++i) pages_.emplace(targets_[i], i);
   }
 
   int run() {
@@ -89,7 +91,7 @@ class Editing {
 
   static qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
                                       const CompiledEdit& edit, bool is_first) {
-    const std::vector<_qo_html*> matches = page.select(edit.selector);
+    const std::vector<qo::Node> matches = page.select(edit.selector);
     if (matches.empty()) return {page.source(), {}};
     try {
       qo::Edits edits(page);
@@ -97,19 +99,18 @@ class Editing {
       return edits.apply();
     } catch (const qo::Error& error) {
       // The text between two edits of a script is one that the user never sees.
-      const std::string place = is_first ? ":" + place_of(page.source(), error.offset()) : "";
+      const bool has_place = is_first && error.place() == qo::Error::Place::source;
+      const std::string place = has_place ? ":" + place_of(page.source(), error.offset()) : "";
       throw Failure(name + place + ": " + edit.origin + "refused: " + error.what());
     }
   }
 
   void write_back(const Input& input, const std::string& old_text, const std::string& text) {
     const std::string& name = input.name;
-    if (!is_regular_file(name)) throw Failure(name + ": is no regular file");
-    const std::string target = resolved(name);
+    const std::string& target = targets_[input.index];
     if (pages_.at(target) != input.index) throw Failure(name + ": has been edited already");
-    if (!options_.backup_suffix.empty()) back_up(name, old_text);
-    if (count_names(target) > 1) ++linked_;
-    replace_file(target, text, flush());
+    if (!options_.backup_suffix.empty() && is_regular_file(target)) back_up(name, old_text);
+    if (cli::write_back(target, name, text, flush()) > 1) ++linked_;
     ++written_;
   }
 
@@ -152,7 +153,8 @@ class Editing {
   const Options& options_;
   const std::vector<CompiledEdit> edits_;
   Session session_;
-  std::map<std::string, std::size_t> pages_;  // all that -i is to write, without links; first index
+  std::vector<std::string> targets_;  // of each file that -i is to write: where its links lead
+  std::unordered_map<std::string_view, std::size_t> pages_;  // of each target, the first file
   std::atomic<std::size_t> written_ = 0;
   std::atomic<std::size_t> linked_ = 0;  // of these, files with other names
 };

@@ -7,61 +7,58 @@
 
 namespace cli {
 
-// Each gives one field of a node.
+// Each gives one field of a match.
 struct FieldValues {
-  static std::string tag(FieldWriter&, _qo_html* node) { return node->tagName(); }
-  static std::string text(FieldWriter& writer, _qo_html* node) { return writer.view_.text(node); }
-  static std::string html(FieldWriter& writer, _qo_html* node) { return writer.view_.html(node); }
-  static std::string inner(FieldWriter& writer, _qo_html* node) {
-    return writer.view_.inner_html(node);
-  }
-  static std::string file(FieldWriter& writer, _qo_html*) { return writer.file_; }
+  using Writer = FieldWriter;
 
-  static std::size_t line(FieldWriter& writer, _qo_html* node) { return writer.place(node).line; }
-  static std::size_t column(FieldWriter& writer, _qo_html* node) {
-    return writer.place(node).column;
+  static std::string_view tag(Writer& writer, std::size_t match) {
+    return writer.matches_.name(match, writer.buffer_);
   }
-  static std::size_t start(FieldWriter& writer, _qo_html* node) {
-    return writer.view_.page()->extent(node).begin;
+  static std::string_view text(Writer& writer, std::size_t match) {
+    return writer.matches_.text(match, writer.buffer_);
   }
-  static std::size_t end(FieldWriter& writer, _qo_html* node) {
-    return writer.view_.page()->extent(node).end;
+  static std::string_view html(Writer& writer, std::size_t match) {
+    return writer.matches_.html(match, writer.buffer_);
   }
-  static std::string path(FieldWriter& writer, _qo_html* node) {
-    const qo::Page& page = *writer.view_.page();
-    if (page.kind(node) != qo::NodeKind::element) return std::string();
-    if (!writer.paths_) writer.paths_.emplace(page);
-    return writer.paths_->path(node);
+  static std::string_view inner(Writer& writer, std::size_t match) {
+    return writer.matches_.inner_html(match, writer.buffer_);
+  }
+  static std::string_view path(Writer& writer, std::size_t match) {
+    return writer.buffer_ = writer.matches_.path(match);
+  }
+  static std::string_view file(Writer& writer, std::size_t) { return writer.file_; }
+
+  static std::size_t line(Writer& writer, std::size_t match) {
+    return writer.matches_.position(match).line;
+  }
+  static std::size_t column(Writer& writer, std::size_t match) {
+    return writer.matches_.position(match).column;
+  }
+  static std::size_t start(Writer& writer, std::size_t match) {
+    return writer.matches_.range(match).begin;
+  }
+  static std::size_t end(Writer& writer, std::size_t match) {
+    return writer.matches_.range(match).end;
   }
 
-  static JsonLine attributes(FieldWriter& writer, _qo_html* node) {
-    JsonLine members;
-    MemberNames names;
-    for (const Attribute& attribute : node->attributes) {
-      const std::string member = names.unique(attribute.name);
-      if (attribute.hasValue != 0) {
-        members.add(member, writer.view_.value(attribute));
-      } else {
-        members.add_true(member);
-      }
-    }
-    return members;
+  static JsonLine attributes(Writer& writer, std::size_t match) {
+    return writer.matches_.attributes(match);
   }
 };
+
+namespace {
+
+using Values = FieldValues;
 
 // One of the functions is set.
 struct Field {
   const char* name;
   bool of_host;        // the library has it, too
   bool is_default[2];  // shown when none were chosen; for hosts
-  std::string (*text)(FieldWriter& writer, _qo_html* node);
-  std::size_t (*number)(FieldWriter& writer, _qo_html* node);
-  JsonLine (*object)(FieldWriter& writer, _qo_html* node);
+  std::string_view (*text)(FieldWriter& writer, std::size_t match);
+  std::size_t (*number)(FieldWriter& writer, std::size_t match);
+  JsonLine (*object)(FieldWriter& writer, std::size_t match);
 };
-
-namespace {
-
-using Values = FieldValues;
 
 constexpr Field fields[] = {
     {"tag", true, {true, true}, Values::tag, nullptr, nullptr},
@@ -110,31 +107,27 @@ void check_fields(const std::string& option, const std::vector<std::string>& nam
   }
 }
 
-std::string FieldWriter::line(_qo_html* node, const std::vector<std::string>& names) {
+std::string FieldWriter::line(std::size_t match, const std::vector<std::string>& names) {
   JsonLine line;
   for (const std::string& name : names) {
     const Field& field = *find_field(name);
     if (field.text != nullptr) {
-      line.add(field.name, field.text(*this, node));
+      line.add(field.name, field.text(*this, match));
     } else if (field.number != nullptr) {
-      line.add(field.name, field.number(*this, node));
+      line.add(field.name, field.number(*this, match));
     } else {
-      line.add_object(field.name, field.object(*this, node));
+      line.add_object(field.name, field.object(*this, match));
     }
   }
   return line.text();
 }
 
-std::string FieldWriter::text(_qo_html* node, const std::string& name) {
+std::string_view FieldWriter::text(std::size_t match, const std::string& name) {
   const Field& field = *find_field(name);
-  if (field.text != nullptr) return field.text(*this, node);
-  return field.number != nullptr ? std::to_string(field.number(*this, node))
-                                 : field.object(*this, node).text();
-}
-
-Place FieldWriter::place(_qo_html* node) {
-  if (!lines_) lines_.emplace(view_.page()->source());
-  return lines_->place(view_.page()->extent(node).begin);
+  if (field.text != nullptr) return field.text(*this, match);
+  buffer_ = field.number != nullptr ? std::to_string(field.number(*this, match))
+                                    : field.object(*this, match).text();
+  return buffer_;
 }
 
 }  // namespace cli

@@ -3,14 +3,13 @@
 #ifndef QO_CLI_COMMANDS_FIELDS_H
 #define QO_CLI_COMMANDS_FIELDS_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "commands/node_path.h"
-#include "io/json_text.h"
-#include "io/line_index.h"
-#include "page_view.h"
+#include "pages/matches.h"
 
 namespace cli {
 
@@ -26,24 +25,23 @@ void check_fields(const std::string& option, const std::vector<std::string>& fie
 class FieldWriter {
  public:
   // Both must stay.
-  FieldWriter(const std::string& file, const PageView& view) : file_(file), view_(view) {}
+  FieldWriter(const std::string& file, Matches& matches) : file_(file), matches_(matches) {}
 
   // A line of JSON.
-  std::string line(_qo_html* node, const std::vector<std::string>& fields);
+  std::string line(std::size_t match, const std::vector<std::string>& fields);
 
-  // One field as text.
-  std::string text(_qo_html* node, const std::string& field);
-
-  Place place(_qo_html* node);
+  // One field as text, and an attribute. The views are good until the next call.
+  std::string_view text(std::size_t match, const std::string& field);
+  std::optional<std::string_view> attribute(std::size_t match, const std::string& name) {
+    return matches_.attribute(match, name, buffer_);
+  }
 
  private:
-  friend struct Field;
   friend struct FieldValues;
 
   const std::string& file_;
-  const PageView& view_;
-  std::optional<LineIndex> lines_;
-  std::optional<NodePaths> paths_;
+  Matches& matches_;
+  std::string buffer_;
 };
 
 }  // namespace cli

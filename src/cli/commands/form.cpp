@@ -1,53 +1,29 @@
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <qo_page/form_data.h>
+#include <qo_page/selector.h>
 
 #include "commands/commands.h"
 #include "commands/form_json.h"
+#include "commands/own_selector.h"
+#include "host/host_forms.h"
 #include "io/failure.h"
 #include "io/json_text.h"
 #include "io/text.h"
-#include "page_view.h"
+#include "pages/read_page.h"
 #include "session.h"
 
 namespace cli {
 
 namespace {
 
-// A control's value, or the values of several by position or key.
-Json::Value valid_member(const Json::Value& value) {
-  if (value.isString()) return json_string(value.asString());
-  Json::Value valid(value.type());
-  MemberNames names;
-  for (auto item = value.begin(); item != value.end(); ++item) {
-    if (value.isArray()) {
-      valid.append(json_string(item->asString()));
-    } else {
-      valid[names.unique(item.name())] = json_string(item->asString());
-    }
-  }
-  return valid;
-}
-
-Json::Value host_values(_qo_html& form) {
-  Json::Value values;
-  try {
-    form.get_form_values(values);
-  } catch (const Json::Exception&) {
-    throw Failure("controls of one name are plain, in [] or in [key], not several");
-  }
-  Json::Value valid(Json::objectValue);
-  MemberNames names;
-  for (auto member = values.begin(); member != values.end(); ++member) {
-    valid[names.unique(member.name())] = valid_member(*member);
-  }
-  return valid;
-}
-
 class FormPrinter {
  public:
   explicit FormPrinter(const Options& options)
-      : options_(options),
-        session_(options),
-        read_(make_reader(options, options.selector, qo::TextForm::decoded)) {}
+      : options_(options), session_(options), selector_(own_selector(options)) {}
 
   int run() {
     return session_.run([this](Input& input, Output& out) {
@@ -61,17 +37,19 @@ class FormPrinter {
 
  private:
   Found page(Input& input, Output& out) {
-    const std::unique_ptr<PageView> view = read_(input);
-    const std::vector<_qo_html*> forms = view->matches(options_.all ? SIZE_MAX : 1);
-    if (forms.empty() && !prints_empty_pages()) return Found::nothing;
-    std::optional<qo::FormControls> controls;
-    if (view->page() != nullptr) controls.emplace(*view->page());
-    if (options_.form_shape == FormShape::urlencoded) {
-      for (_qo_html* form : forms) print_line(input, qo::urlencoded(entries(*controls, form)), out);
-    } else {
-      print_json(input, forms, controls ? &*controls : nullptr, out);
+    const std::size_t most = options_.all ? SIZE_MAX : 1;
+    if (options_.host) return print_json(input, host_form_values(input, options_, most), out);
+    const qo::Page page = read_page(input, options_);
+    const std::vector<qo::Node> forms = page.select(*selector_, most);
+    if (forms.empty()) return print_json(input, {}, out);
+    const qo::FormControls controls(page);
+    if (options_.form_shape != FormShape::urlencoded) {
+      return print_json(input, values(controls, forms), out);
     }
-    return forms.empty() ? Found::nothing : Found::something;
+    for (const qo::Node form : forms) {
+      print_line(input, qo::urlencoded(entries(controls, form)), out);
+    }
+    return Found::something;
   }
 
   // "[]" of the one page that was asked for.
@@ -79,14 +57,14 @@ class FormPrinter {
     return options_.all && options_.form_shape != FormShape::urlencoded && !session_.shows_names();
   }
 
-  void print_json(const Input& input, const std::vector<_qo_html*>& forms,
-                  const qo::FormControls* controls, Output& out) const {
-    Json::Value result;
+  // `forms`: the values of each.
+  Found print_json(const Input& input, std::vector<Json::Value> forms, Output& out) const {
+    if (forms.empty() && !prints_empty_pages()) return Found::nothing;
+    Json::Value result(Json::arrayValue);
     if (options_.all) {
-      result = Json::Value(Json::arrayValue);
-      for (_qo_html* form : forms) result.append(values(controls, *form));
+      for (Json::Value& form : forms) result.append(std::move(form));
     } else {
-      result = values(controls, *forms.front());
+      result = std::move(forms.front());
     }
     const bool one_line = options_.compact || session_.shows_names();
     if (session_.shows_names()) {
@@ -96,15 +74,21 @@ class FormPrinter {
       result = std::move(named);
     }
     out.write(JsonWriter(one_line ? "" : "  ").write(result) + "\n");
+    return forms.empty() ? Found::nothing : Found::something;
   }
 
-  Json::Value values(const qo::FormControls* controls, _qo_html& form) const {
-    if (controls == nullptr) return host_values(form);
-    const std::vector<qo::FormEntry> found = entries(*controls, &form);
-    return options_.form_shape == FormShape::pairs ? pairs_of(found) : nested_values(found);
+  std::vector<Json::Value> values(const qo::FormControls& controls,
+                                  const std::vector<qo::Node>& forms) const {
+    std::vector<Json::Value> all;
+    for (const qo::Node form : forms) {
+      const std::vector<qo::FormEntry> found = entries(controls, form);
+      all.push_back(options_.form_shape == FormShape::pairs ? pairs_of(found)
+                                                            : nested_values(found));
+    }
+    return all;
   }
 
-  std::vector<qo::FormEntry> entries(const qo::FormControls& controls, _qo_html* form) const {
+  std::vector<qo::FormEntry> entries(const qo::FormControls& controls, qo::Node form) const {
     if (options_.submitter && !options_.all && !controls.has_button(form, *options_.submitter)) {
       throw Failure("the form has no button " + quoted(*options_.submitter, 60) + " to press");
     }
@@ -122,7 +106,7 @@ class FormPrinter {
 
   const Options& options_;
   Session session_;
-  PageReader read_;
+  std::optional<qo::Selector> selector_;
 };
 
 }  // namespace

@@ -1,9 +1,20 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <qo_page/selector.h>
+
 #include "commands/columns.h"
 #include "commands/commands.h"
 #include "commands/fields.h"
+#include "commands/own_selector.h"
+#include "host/host_matches.h"
 #include "io/cells.h"
 #include "io/text.h"
-#include "page_view.h"
+#include "pages/own_matches.h"
+#include "pages/read_page.h"
 #include "session.h"
 
 namespace cli {
@@ -20,7 +31,7 @@ class Selecting {
   explicit Selecting(const Options& options)
       : options_(options),
         session_(options),
-        read_(make_reader(options, options.selector, text_form(options))),
+        selector_(own_selector(options)),
         columns_(options),
         fields_(options.fields) {
     if (fields_.empty()) fields_ = default_fields(options.host, session_.shows_names());
@@ -49,40 +60,45 @@ class Selecting {
     }
   }
 
+  std::unique_ptr<Matches> read(Input& input) const {
+    if (options_.host) return std::make_unique<HostMatches>(input, options_, most());
+    return std::make_unique<OwnMatches>(read_page(input, options_), *selector_, most(),
+                                        text_form(options_));
+  }
+
   Found page(Input& input, Output& out) {
-    const std::unique_ptr<PageView> view = read_(input);
-    std::vector<_qo_html*> matches = view->matches(most());
-    if (matches.size() > most()) matches.resize(most());
-    const Found found = matches.empty() ? Found::nothing : Found::something;
+    const std::unique_ptr<Matches> matches = read(input);
+    const bool is_empty = matches->size() == 0;
+    const Found found = is_empty ? Found::nothing : Found::something;
     switch (*options_.show) {
       case Show::nothing:
-        return matches.empty() ? Found::nothing : Found::enough;
+        return is_empty ? Found::nothing : Found::enough;
       case Show::count:
         if (session_.shows_names()) name(input, ":", out);
-        out.write(std::to_string(matches.size()) + end());
+        out.write(std::to_string(matches->size()) + end());
         return found;
       case Show::names:
       case Show::names_without:
-        if (matches.empty() != (options_.show == Show::names_without)) return Found::nothing;
+        if (is_empty != (options_.show == Show::names_without)) return Found::nothing;
         name(input, "", out);
         out.write(end());
         return Found::something;
       default:
-        print(input, *view, matches, out);
+        print(input, *matches, out);
         return found;
     }
   }
 
-  void print(const Input& input, const PageView& view, const std::vector<_qo_html*>& matches,
-             Output& out) const {
-    FieldWriter writer(input.name, view);
-    for (_qo_html* node : matches) {
-      const std::optional<std::string> shown = result(writer, view, node);
+  void print(const Input& input, Matches& matches, Output& out) const {
+    FieldWriter writer(input.name, matches);
+    std::string buffer;
+    for (std::size_t match = 0; match < matches.size(); ++match) {
+      const std::optional<std::string_view> shown = result(writer, matches, match, buffer);
       if (!shown) continue;
       if (options_.csv) {
-        write_first_cells(input, writer, node, out);
+        write_first_cells(input, matches, match, out);
       } else if (options_.show != Show::json) {
-        write_prefix(input, writer, node, out);
+        write_prefix(input, matches, match, out);
       }
       out.write(*shown);
       out.write(end());
@@ -91,36 +107,41 @@ class Selecting {
   }
 
   // What is in front of a result, as grep has it.
-  void write_prefix(const Input& input, FieldWriter& writer, _qo_html* node, Output& out) const {
+  void write_prefix(const Input& input, Matches& matches, std::size_t match, Output& out) const {
     if (session_.shows_names()) name(input, ":", out);
     if (!options_.line_numbers) return;
-    out.paint("32", std::to_string(writer.place(node).line));
+    out.paint("32", std::to_string(matches.position(match).line));
     out.paint("36", ":");
   }
 
-  void write_first_cells(const Input& input, FieldWriter& writer, _qo_html* node,
+  void write_first_cells(const Input& input, Matches& matches, std::size_t match,
                          Output& out) const {
     std::string cells;
     if (session_.shows_names()) append_cell(input.name, true, CellForm::commas, cells);
     if (options_.line_numbers) {
-      append_cell(std::to_string(writer.place(node).line), cells.empty(), CellForm::commas, cells);
+      append_cell(std::to_string(matches.position(match).line), cells.empty(), CellForm::commas,
+                  cells);
     }
-    out.write(cells.empty() ? cells : cells + ",");
+    if (cells.empty()) return;
+    out.write(cells);
+    out.write(",");
   }
 
-  std::optional<std::string> result(FieldWriter& writer, const PageView& view,
-                                    _qo_html* node) const {
+  // A view of the page or of `buffer`.
+  std::optional<std::string_view> result(FieldWriter& writer, const Matches& matches,
+                                         std::size_t match, std::string& buffer) const {
     switch (*options_.show) {
       case Show::json:
-        return writer.line(node, fields_);
+        return buffer = writer.line(match, fields_);
       case Show::columns:
-        return columns_.line(writer, view, node);
+        if (!columns_.write(writer, match, buffer)) return std::nullopt;
+        return buffer;
       case Show::inner:
-        return view.inner_html(node);
+        return matches.inner_html(match, buffer);
       case Show::text:
-        return view.text(node);
+        return matches.text(match, buffer);
       default:
-        return view.html(node);
+        return matches.html(match, buffer);
     }
   }
 
@@ -133,7 +154,7 @@ class Selecting {
 
   const Options& options_;
   Session session_;
-  PageReader read_;
+  std::optional<qo::Selector> selector_;
   Columns columns_;
   std::vector<std::string> fields_;
 };

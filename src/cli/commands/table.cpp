@@ -9,7 +9,7 @@
 #include "io/failure.h"
 #include "io/json_text.h"
 #include "io/text.h"
-#include "page_view.h"
+#include "pages/read_page.h"
 #include "session.h"
 
 namespace cli {
@@ -17,18 +17,18 @@ namespace cli {
 namespace {
 
 // The tables among the matches, and those in matches that are none; each once, in their order.
-std::vector<_qo_html*> find_tables(const qo::Page& page, const qo::Selector& selector) {
+std::vector<qo::Node> find_tables(const qo::Page& page, const qo::Selector& selector) {
   static const qo::Selector all("table");
-  const std::vector<_qo_html*> matches = page.select(selector);
-  std::vector<_qo_html*> found;
+  const std::vector<qo::Node> matches = page.select(selector);
+  std::vector<qo::Node> found;
   std::size_t container_end = 0;
   auto match = matches.begin();
-  for (_qo_html* table : page.select(all)) {
-    const std::size_t begin = page.extent(table).begin;
+  for (const qo::Node table : page.select(all)) {
+    const std::size_t begin = table.extent().begin;
     bool is_match = false;
-    for (; match != matches.end() && page.extent(*match).begin <= begin; ++match) {
+    for (; match != matches.end() && match->extent().begin <= begin; ++match) {
       is_match = *match == table;
-      if (!is_match) container_end = std::max(container_end, page.extent(*match).end);
+      if (!is_match) container_end = std::max(container_end, match->extent().end);
     }
     if (is_match || begin < container_end) found.push_back(table);
   }
@@ -112,11 +112,11 @@ int run_table(const Options& options) {
   Session session(options);
   return session.run([&](Input& input, Output& out) {
     const qo::Page page = read_page(input, options);
-    std::vector<_qo_html*> tables = find_tables(page, selector);
+    std::vector<qo::Node> tables = find_tables(page, selector);
     if (options.first_only && tables.size() > 1) tables.resize(1);
     const std::string name = session.shows_names() ? printable(input.name) : std::string();
     TablePrinter printer(options, name, out);
-    for (_qo_html* node : tables) {
+    for (const qo::Node node : tables) {
       const qo::Table table(node);
       if (options.show) {
         printer.print_json(table);

@@ -3,30 +3,25 @@
 #include <algorithm>
 #include <numeric>
 
-#include "io/text.h"
-
 namespace cli {
 
-bool is_element(const _qo_html& node) {
-  return !node.isText && !node.isComment && !node.isCdata && !node.isDeclaration && !node.isRoot;
+bool is_element(const PlacedNode& node) {
+  return node.kind == PlacedKind::element;
 }
 
-bool is_blank_text(const _qo_html& node) {
-  return node.isText && is_blank(node.text);
+bool is_text(const PlacedNode& node) {
+  return node.kind == PlacedKind::text;
 }
 
-bool has_end_tag(const PlacedNode& placed) {
-  return is_element(*placed.node) && placed.extent.content_end < placed.extent.end;
+bool has_end_tag(const PlacedNode& node) {
+  return is_element(node) && node.extent.content_end < node.extent.end;
 }
 
 ComparedReading::ComparedReading(const Reading& reading)
-    : reading_(reading),
-      twins_(reading.size(), none),
-      told_(reading.size()),
-      above_(reading.size()) {
+    : reading_(reading), twins_(size(), none), told_(size()), above_(size()) {
   std::iota(above_.begin(), above_.end(), std::size_t{0});
-  for (std::size_t i = 0; i < reading.size(); ++i) {
-    if (has_end_tag(reading[i])) end_tags_.emplace_back(reading[i].extent.content_end, i);
+  for (std::size_t i = 0; i < size(); ++i) {
+    if (has_end_tag((*this)[i])) end_tags_.emplace_back((*this)[i].extent.content_end, i);
   }
   std::sort(end_tags_.begin(), end_tags_.end());
 }
@@ -34,15 +29,15 @@ ComparedReading::ComparedReading(const Reading& reading)
 void ComparedReading::advance() {
   do {
     ++next_;
-  } while (next_ < size() && is_blank_text(*reading_[next_].node));
+  } while (next_ < size() && (*this)[next_].is_blank);
 }
 
 std::size_t ComparedReading::next_offset(std::size_t end) const {
-  return next_ < size() ? std::min(end, reading_[next_].extent.begin) : end;
+  return next_ < size() ? std::min(end, (*this)[next_].extent.begin) : end;
 }
 
 bool ComparedReading::contains(std::size_t outer, std::size_t inner) const {
-  return outer <= inner && reading_[inner].extent.begin < reading_[outer].extent.end;
+  return outer <= inner && (*this)[inner].extent.begin < (*this)[outer].extent.end;
 }
 
 std::size_t ComparedReading::closed_at(std::size_t offset) const {
@@ -53,29 +48,23 @@ std::size_t ComparedReading::closed_at(std::size_t offset) const {
 
 std::size_t ComparedReading::around(std::size_t offset) const {
   const auto after = std::upper_bound(
-      reading_.begin(), reading_.end(), offset,
-      [](std::size_t at, const PlacedNode& placed) { return at < placed.extent.begin; });
-  std::size_t i = static_cast<std::size_t>(after - reading_.begin()) - 1;
-  const _qo_html& parent = *reading_[reading_[i].parent].node;
-  if (parent.isComment || parent.isCdata) i = reading_[i].parent;
-  if (reading_[i].node->isRoot) return none;
-  const qo::Extent& extent = reading_[i].extent;
-  const bool is_tag = is_element(*reading_[i].node);
-  return offset < (is_tag ? extent.content_begin : extent.end) ? i : none;
+      reading_.nodes.begin(), reading_.nodes.end(), offset,
+      [](std::size_t at, const PlacedNode& node) { return at < node.extent.begin; });
+  const std::size_t i = static_cast<std::size_t>(after - reading_.nodes.begin()) - 1;
+  if (i == 0) return none;
+  const PlacedNode& node = (*this)[i];
+  return offset < (is_element(node) ? node.extent.content_begin : node.extent.end) ? i : none;
 }
 
 bool ComparedReading::tell_within(std::size_t i) {
   const bool before = told_[i];
   told_[i] = true;
-  const std::size_t child = i + 1;
-  if (child < size() && reading_[child].parent == i && reading_[child].node->isText) {
-    told_[child] = true;
-  }
+  if (has_children(i) && is_text((*this)[i + 1])) told_[i + 1] = true;
   return before;
 }
 
 void ComparedReading::discount(std::size_t i) {
-  if (i != 0) above_[i] = reading_[i].parent;
+  if (i != 0) above_[i] = (*this)[i].parent;
 }
 
 std::size_t ComparedReading::counted(std::size_t i) {

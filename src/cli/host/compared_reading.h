@@ -11,12 +11,9 @@
 
 namespace cli {
 
-bool is_element(const _qo_html& node);
-
-// White space between tags may be anywhere.
-bool is_blank_text(const _qo_html& node);
-
-bool has_end_tag(const PlacedNode& placed);
+bool is_element(const PlacedNode& node);
+bool is_text(const PlacedNode& node);
+bool has_end_tag(const PlacedNode& node);
 
 // The nodes of a reading, and what was told of them by now.
 class ComparedReading {
@@ -25,10 +22,19 @@ class ComparedReading {
 
   explicit ComparedReading(const Reading& reading);
 
-  const PlacedNode& operator[](std::size_t i) const { return reading_[i]; }
-  std::size_t size() const { return reading_.size(); }
+  const PlacedNode& operator[](std::size_t i) const { return reading_.nodes[i]; }
+  std::size_t size() const { return reading_.nodes.size(); }
+  bool has_children(std::size_t i) const { return i + 1 < size() && (*this)[i + 1].parent == i; }
 
-  // Goes on to the next node that is no white space; at first, from the document.
+  const PlacedAttribute* attributes_begin(std::size_t i) const {
+    return reading_.attributes.data() + (*this)[i].attributes_begin;
+  }
+  const PlacedAttribute* attributes_end(std::size_t i) const {
+    return reading_.attributes.data() + (*this)[i].attributes_end;
+  }
+
+  // Goes on to the next node that is no white space, which may be anywhere between tags; at first,
+  // from the document.
   void advance();
   std::size_t next() const { return next_; }
 

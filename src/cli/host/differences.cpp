@@ -19,25 +19,32 @@ constexpr char for_qo[] = " for qo";
 
 // --- Nodes ---
 
-// Of a node of the host's reading.
-bool is_raw_element(const _qo_html& node) {
-  return is_element(node) &&
-         (node.tag == "script" || node.tag == "SCRIPT" || node.tag == "style" ||
-          node.tag == "STYLE") &&
-         !node.children.empty();
+// Whether it is an element of which a host reads the content as text, if it has any.
+bool is_raw_element(const PlacedNode& node) {
+  return is_element(node) && (node.name == "script" || node.name == "SCRIPT" ||
+                              node.name == "style" || node.name == "STYLE");
 }
 
-const char* kind_name(const _qo_html& node) {
-  if (node.isText) return "text";
-  if (node.isComment) return "a comment";
-  if (node.isCdata) return "a CDATA section";
-  if (!node.isDeclaration) return "an element";
-  return node.tag[0] == '!' || node.tag == "?xml" ? "a declaration" : "template code";
+const char* kind_name(const PlacedNode& node) {
+  switch (node.kind) {
+    case PlacedKind::text:
+      return "text";
+    case PlacedKind::comment:
+      return "a comment";
+    case PlacedKind::section:
+      return "a CDATA section";
+    case PlacedKind::declaration:
+      return "a declaration";
+    case PlacedKind::code:
+      return "template code";
+    default:
+      return "an element";
+  }
 }
 
 // What markup is that lies within the node.
-std::string part_of(const _qo_html& node) {
-  if (node.isText) return "text";
+std::string part_of(const PlacedNode& node) {
+  if (is_text(node)) return "text";
   return std::string("part of ") + (is_element(node) ? "a tag" : kind_name(node));
 }
 
@@ -50,26 +57,28 @@ std::string joined(std::initializer_list<std::string_view> parts) {
 // Finds the attributes of a node by name.
 class AttributesByName {
  public:
-  explicit AttributesByName(const std::vector<Attribute>& attributes) : attributes_(attributes) {
-    if (attributes.size() < many) return;
-    for (const Attribute& attribute : attributes) index_.emplace(attribute.name, &attribute);
+  AttributesByName(const PlacedAttribute* begin, const PlacedAttribute* end)
+      : begin_(begin), end_(end) {
+    if (!has_many()) return;
+    for (const PlacedAttribute* one = begin; one != end; ++one) index_.emplace(one->name, one);
   }
 
-  const Attribute* find(const std::string& name) const {
-    if (attributes_.size() >= many) {
+  // Null for none.
+  const PlacedAttribute* find(std::string_view name) const {
+    if (has_many()) {
       const auto found = index_.find(name);
       return found == index_.end() ? nullptr : found->second;
     }
-    const auto found = std::find_if(attributes_.begin(), attributes_.end(),
-                                    [&](const Attribute& other) { return other.name == name; });
-    return found == attributes_.end() ? nullptr : &*found;
+    const auto found = std::find_if(
+        begin_, end_, [name](const PlacedAttribute& other) { return other.name == name; });
+    return found == end_ ? nullptr : found;
   }
 
  private:
-  static constexpr std::size_t many = 16;
+  bool has_many() const { return end_ - begin_ >= 16; }
 
-  const std::vector<Attribute>& attributes_;
-  std::unordered_map<std::string_view, const Attribute*> index_;
+  const PlacedAttribute *begin_, *end_;
+  std::unordered_map<std::string_view, const PlacedAttribute*> index_;
 };
 
 // --- Comparing ---
@@ -77,7 +86,7 @@ class AttributesByName {
 class Comparison {
  public:
   Comparison(const Reading& page, const Reading& host, std::string_view source,
-             const LineIndex& lines)
+             const qo::LineIndex& lines)
       : page_(page), host_(host), source_(source), lines_(lines) {}
 
   std::vector<Difference> run() {
@@ -94,10 +103,9 @@ class Comparison {
     page_.set_twin(0, 0);
     std::size_t p = 1;
     for (std::size_t h = 1; h < host_.size(); ++h) {
-      if (is_blank_text(*host_[h].node)) continue;
+      if (host_[h].is_blank) continue;
       const std::size_t begin = std::min(host_[h].extent.begin, end);
-      while (p < page_.size() && (is_blank_text(*page_[p].node) || page_[p].extent.begin < begin))
-        ++p;
+      while (p < page_.size() && (page_[p].is_blank || page_[p].extent.begin < begin)) ++p;
       if (p == page_.size() || page_[p].extent.begin != begin) continue;
       host_.set_twin(h, p);
       page_.set_twin(p, h);
@@ -128,12 +136,12 @@ class Comparison {
   // --- A node of both readings ---
 
   void both(std::size_t h, std::size_t p) {
-    const _qo_html& ours = *page_[p].node;
-    const _qo_html& theirs = *host_[h].node;
-    if (std::string_view(kind_name(theirs)) != kind_name(ours)) return other_kind(h, p);
-    if (is_element(theirs) && theirs.tag != ours.tag) {
-      tell(page_[p], {" is called ", quoted(theirs.tag, excerpt_length), for_host});
-    } else if (!theirs.isText && token_end(h, h, host_) != token_end(p, h, page_)) {
+    const PlacedNode& ours = page_[p];
+    const PlacedNode& theirs = host_[h];
+    if (theirs.kind != ours.kind) return other_kind(h, p);
+    if (is_element(theirs) && theirs.name != ours.name) {
+      tell(page_[p], {" is called ", quoted(theirs.name, excerpt_length), for_host});
+    } else if (!is_text(theirs) && token_end(h, h, host_) != token_end(p, h, page_)) {
       tell(page_[p], {" ends at ", place(token_end(h, h, host_)), for_host, ", at ",
                       place(token_end(p, h, page_)), for_qo});
       tell_within(h, p);
@@ -145,9 +153,8 @@ class Comparison {
   }
 
   void other_kind(std::size_t h, std::size_t p) {
-    const _qo_html& theirs = *host_[h].node;
-    tell(theirs.isText ? page_[p] : host_[h],
-         {" is ", kind_name(theirs), for_host, ", ", kind_name(*page_[p].node), for_qo});
+    tell(is_text(host_[h]) ? page_[p] : host_[h],
+         {" is ", kind_name(host_[h]), for_host, ", ", kind_name(page_[p]), for_qo});
     tell_within(h, p);
     host_.discount(h);
     page_.discount(p);
@@ -161,8 +168,8 @@ class Comparison {
   // The end of the node's one token, or of what is no markup in it.
   std::size_t token_end(std::size_t i, std::size_t h, const ComparedReading& side) const {
     const qo::Extent& extent = side[i].extent;
-    if (is_raw_element(*host_[h].node)) return extent.content_end;
-    return is_element(*side[i].node) ? extent.content_begin : extent.end;
+    if (is_raw_element(host_[h]) && host_.has_children(h)) return extent.content_end;
+    return is_element(side[i]) ? extent.content_begin : extent.end;
   }
 
   void content(std::size_t h, std::size_t p) {
@@ -180,17 +187,17 @@ class Comparison {
   }
 
   void attributes(std::size_t h, std::size_t p) {
-    const AttributesByName theirs(host_[h].node->attributes);
-    for (const Attribute& ours : page_[p].node->attributes) {
-      const Attribute* const found = theirs.find(ours.name);
-      if (found != nullptr && found->value == ours.value) continue;
-      const std::string name = quoted(ours.name, excerpt_length);
+    const AttributesByName theirs(host_.attributes_begin(h), host_.attributes_end(h));
+    for (auto ours = page_.attributes_begin(p); ours != page_.attributes_end(p); ++ours) {
+      const PlacedAttribute* const found = theirs.find(ours->name);
+      if (found != nullptr && found->value == ours->value) continue;
+      const std::string name = quoted(ours->name, excerpt_length);
       const std::size_t begin = page_[p].extent.begin;
       if (found == nullptr) {
         tell(begin, joined({name, " is missing", for_host}));
       } else {
         tell(begin, joined({name, " is ", quoted(found->value, excerpt_length), for_host, ", ",
-                            quoted(ours.value, excerpt_length), for_qo}));
+                            quoted(ours->value, excerpt_length), for_qo}));
       }
     }
   }
@@ -223,21 +230,21 @@ class Comparison {
   // --- A node of one reading ---
 
   void only_host(std::size_t h) {
-    if (host_[h].node->isText) return;
+    if (is_text(host_[h])) return;
     const std::size_t offset = host_[h].extent.begin;
     const std::size_t around = page_.around(offset);
     const std::size_t closed = page_.closed_at(offset);
     if (around != none) {
       if (!page_.tell_within(around)) {
-        tell(host_[h], {" is ", kind_name(*host_[h].node), for_host, ", ",
-                        part_of(*page_[around].node), for_qo});
+        tell(host_[h],
+             {" is ", kind_name(host_[h]), for_host, ", ", part_of(page_[around]), for_qo});
       }
     } else if (closed != none) {
       end_tag_of_page(h, closed);
     } else if (source_.substr(offset, 2) == "</") {
       tell(host_[h], {" closes nothing, and is an element", for_host});
     } else {
-      tell(host_[h], {" is ", kind_name(*host_[h].node), for_host, " only"});
+      tell(host_[h], {" is ", kind_name(host_[h]), for_host, " only"});
     }
     host_.discount(h);
   }
@@ -259,13 +266,13 @@ class Comparison {
   }
 
   void only_page(std::size_t p) {
-    if (page_[p].node->isText) return;
+    if (is_text(page_[p])) return;
     const std::size_t offset = page_[p].extent.begin;
     const std::size_t around = host_.around(offset);
     const std::size_t closed = host_.closed_at(offset);
     if (around != none) {
       if (!host_.tell_within(around)) {
-        tell(page_[p], {" is ", part_of(*host_[around].node), for_host});
+        tell(page_[p], {" is ", part_of(host_[around]), for_host});
       }
     } else if (closed != none) {
       tell(page_[p], {" closes ", element(host_, closed), for_host});
@@ -283,34 +290,34 @@ class Comparison {
   }
 
   std::string element(const ComparedReading& side, std::size_t i) const {
-    return quoted("<" + side[i].node->tag + ">", excerpt_length) + " (" +
+    return quoted(joined({"<", side[i].name, ">"}), excerpt_length) + " (" +
            place(side[i].extent.begin) + ")";
   }
 
-  std::string place(std::size_t offset) const { return lines_.place(offset).text(); }
+  std::string place(std::size_t offset) const { return shown_place(lines_.position(offset)); }
 
   void tell(std::size_t offset, std::string what) {
     differences_.push_back({offset, std::move(what)});
   }
 
   // What is so of a node.
-  void tell(const PlacedNode& placed, std::initializer_list<std::string_view> what) {
-    const qo::Extent& extent = placed.extent;
-    const std::size_t end = is_element(*placed.node) ? extent.content_begin : extent.end;
+  void tell(const PlacedNode& node, std::initializer_list<std::string_view> what) {
+    const qo::Extent& extent = node.extent;
+    const std::size_t end = is_element(node) ? extent.content_begin : extent.end;
     tell(extent.begin, token(extent.begin, end) + joined(what));
   }
 
   ComparedReading page_;
   ComparedReading host_;
   std::string_view source_;
-  const LineIndex& lines_;
+  const qo::LineIndex& lines_;
   std::vector<Difference> differences_;
 };
 
 }  // namespace
 
 std::vector<Difference> find_differences(const Reading& page, const Reading& host,
-                                         std::string_view source, const LineIndex& lines) {
+                                         std::string_view source, const qo::LineIndex& lines) {
   return Comparison(page, host, source, lines).run();
 }
 

@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include <qo_page/line_index.h>
+
 #include "host/reading.h"
-#include "io/line_index.h"
 
 namespace cli {
 
@@ -23,7 +24,7 @@ struct Difference {
 // nests otherwise, too. `host` may have read the beginning of the source alone; then only that is
 // compared. Time grows with the source.
 std::vector<Difference> find_differences(const Reading& page, const Reading& host,
-                                         std::string_view source, const LineIndex& lines);
+                                         std::string_view source, const qo::LineIndex& lines);
 
 }  // namespace cli
 

@@ -166,6 +166,12 @@ Refusal find_refusal(const std::string& html) {
   return {tag, "refused: " + reason_of_refusal(host_tag_name(html, tag))};
 }
 
+std::string decode_as_host(std::string text) {
+  qo_decode_html_entities(text);
+  require_memory();
+  return text;
+}
+
 Document parse_page(const Input& input, bool drop_comments) {
   Document document = try_to_parse(input.text, drop_comments);
   if (document != nullptr) return document;

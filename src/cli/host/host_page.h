@@ -35,6 +35,9 @@ struct Refusal {
 // Of a page that the parser refuses.
 Refusal find_refusal(const std::string& html);
 
+// The text with its references replaced as the library does it.
+std::string decode_as_host(std::string text);
+
 // Throws Failure with place and reason when the parser refuses the page, and std::bad_alloc.
 Document parse_page(const Input& input, bool drop_comments);
 

@@ -6,51 +6,44 @@
 #include <qo_html/qo_html_walk.h>
 
 #include "host/host_tags.h"
+#include "io/text.h"
+#include "pages/attributes.h"
 
 namespace cli {
 
 namespace {
 
-// Lists nodes as a walk enters and leaves them.
-class ReadingList {
- public:
-  PlacedNode& add(_qo_html& node, const qo::Extent& extent) {
-    const std::size_t parent = path_.empty() ? 0 : path_.back();
-    reading_.push_back({&node, parent, extent, false});
-    if (!node.children.empty()) path_.push_back(reading_.size() - 1);
-    return reading_.back();
-  }
+PlacedKind declaration_kind(std::string_view name) {
+  return name.substr(0, 1) == "!" || name == "?xml" ? PlacedKind::declaration : PlacedKind::code;
+}
 
-  // The node of which all children were added.
-  PlacedNode& leave() {
-    PlacedNode& left = reading_[path_.back()];
-    path_.pop_back();
-    return left;
-  }
+// --- The library's reading ---
 
-  Reading take() { return std::move(reading_); }
-
- private:
-  Reading reading_;
-  std::vector<std::size_t> path_;
-};
+PlacedKind kind_of(const _qo_html& node) {
+  if (node.isRoot) return PlacedKind::document;
+  if (node.isText) return PlacedKind::text;
+  if (node.isComment) return PlacedKind::comment;
+  if (node.isCdata) return PlacedKind::section;
+  return node.isDeclaration ? declaration_kind(node.tag) : PlacedKind::element;
+}
 
 // Goes over the page's text and its tree side by side.
 class HostPlaces {
  public:
   HostPlaces(_qo_html* document, std::string_view source) : walk_(document), source_(source) {}
 
-  Reading run() {
+  HostReading run() {
     for (;;) {
       switch (walk_.step()) {
         case TreeWalk::Event::enter:
           enter(*walk_.node());
           break;
         case TreeWalk::Event::leave:
-          end(list_.leave());
+          end(path_.back());
+          path_.pop_back();
           break;
         case TreeWalk::Event::end:
-          return list_.take();
+          return std::move(reading_);
       }
     }
   }
@@ -66,13 +59,39 @@ class HostPlaces {
       slash = tag.slash;
       move_to(tag.end);
     }
-    PlacedNode& placed = list_.add(node, {begin, position_, position_, position_});
-    placed.is_closed_at_once = slash && !node.isVoid && node.children.empty();
-    if (node.children.empty()) end(placed);
+    const std::size_t i = reading_.nodes.size();
+    add(node, {begin, position_, position_, position_});
+    reading_.places.nodes[i].is_closed_at_once = slash && !node.isVoid && node.children.empty();
+    if (node.isComment || node.isCdata) {
+      skip_content(node);
+      end(i);
+    } else if (node.children.empty()) {
+      end(i);
+    } else {
+      path_.push_back(i);
+    }
   }
 
-  void end(PlacedNode& placed) {
-    const _qo_html& node = *placed.node;
+  void add(_qo_html& node, const qo::Extent& extent) {
+    std::vector<PlacedAttribute>& attributes = reading_.places.attributes;
+    const std::size_t first = attributes.size();
+    for (const Attribute& attribute : node.attributes) {
+      attributes.push_back({attribute.name, attribute.value});
+    }
+    reading_.places.nodes.push_back({kind_of(node), node.isText && is_blank(node.text), false,
+                                     node.tag, path_.empty() ? 0 : path_.back(), extent, first,
+                                     attributes.size()});
+    reading_.nodes.push_back(&node);
+  }
+
+  void skip_content(const _qo_html& section) {
+    for (const _qo_html* text : section.children) move_to(position_ + text->text.size());
+    walk_.skip_children();
+  }
+
+  void end(std::size_t i) {
+    const _qo_html& node = *reading_.nodes[i];
+    PlacedNode& placed = reading_.places.nodes[i];
     placed.extent.content_end = position_;
     if (node.isComment || node.isCdata) {
       move_to(position_ + 3);
@@ -95,30 +114,50 @@ class HostPlaces {
   TreeWalk walk_;
   std::string_view source_;
   std::size_t position_ = 0;
-  ReadingList list_;
+  std::vector<std::size_t> path_;  // the nodes that have children to come
+  HostReading reading_;
 };
+
+// --- The page's own ---
+
+PlacedKind kind_of(qo::Node node) {
+  switch (node.kind()) {
+    case qo::NodeKind::document:
+      return PlacedKind::document;
+    case qo::NodeKind::text:
+      return PlacedKind::text;
+    case qo::NodeKind::comment:
+      return PlacedKind::comment;
+    case qo::NodeKind::cdata:
+      return PlacedKind::section;
+    case qo::NodeKind::element:
+      return PlacedKind::element;
+    default:
+      return declaration_kind(node.name());
+  }
+}
 
 }  // namespace
 
-Reading host_reading(_qo_html* document, std::string_view source) {
+HostReading host_reading(_qo_html* document, std::string_view source) {
   return HostPlaces(document, source).run();
 }
 
 Reading page_reading(const qo::Page& page) {
-  ReadingList list;
-  TreeWalk walk(page.document());
-  for (;;) {
-    switch (walk.step()) {
-      case TreeWalk::Event::enter:
-        list.add(*walk.node(), page.extent(walk.node()));
-        break;
-      case TreeWalk::Event::leave:
-        list.leave();
-        break;
-      case TreeWalk::Event::end:
-        return list.take();
+  Reading reading;
+  reading.nodes.reserve(page.node_count());
+  for (std::size_t i = 0; i < page.node_count(); ++i) {
+    const qo::Node node = page.node_at(i);
+    const PlacedKind kind = kind_of(node);
+    const std::size_t first = reading.attributes.size();
+    for (const qo::Attribute& attribute : first_attributes(node)) {
+      reading.attributes.push_back({attribute.name(), attribute.value_range().in(page.source())});
     }
+    reading.nodes.push_back({kind, kind == PlacedKind::text && is_blank(node.html()), false,
+                             node.name(), i == 0 ? 0 : node.parent().index(), node.extent(), first,
+                             reading.attributes.size()});
   }
+  return reading;
 }
 
 }  // namespace cli

@@ -8,8 +8,8 @@
 #include <qo_html/qo_html_walk.h>
 
 #include "io/failure.h"
+#include "io/messages.h"
 #include "io/text.h"
-#include "session.h"
 
 namespace cli {
 

@@ -31,8 +31,7 @@ class WrittenForms {
   WrittenForms(std::string_view source, std::vector<Difference>& out)
       : source_(source), out_(out) {}
 
-  void add(const PlacedNode& placed) {
-    _qo_html& node = *placed.node;
+  void add(const PlacedNode& placed, _qo_html& node) {
     const qo::Extent& extent = placed.extent;
     if (node.isText || node.isRoot) return;
     if (node.isComment || node.isCdata) {
@@ -44,13 +43,14 @@ class WrittenForms {
   }
 
   // The end tags of what only the end of the page closes; the innermost is the last of the reading.
-  void add_end(const Reading& host) {
+  void add_end(const HostReading& host) {
     std::string added;
-    for (auto placed = host.rbegin(); placed != host.rend(); ++placed) {
-      const _qo_html& node = *placed->node;
+    for (std::size_t i = host.nodes.size(); i-- > 0;) {
+      const _qo_html& node = *host.nodes[i];
+      const PlacedNode& placed = host.places.nodes[i];
       const bool is_open = !node.isText && !node.isRoot && !node.isVoid && !node.isComment &&
-                           !node.isCdata && !placed->is_closed_at_once &&
-                           placed->extent.content_end == placed->extent.end;
+                           !node.isCdata && !placed.is_closed_at_once &&
+                           placed.extent.content_end == placed.extent.end;
       if (is_open) added += end_tag(node);
       if (added.size() > excerpt_length) break;
     }
@@ -75,10 +75,11 @@ class WrittenForms {
 
 }  // namespace
 
-void add_written_forms(const Reading& host, std::string_view source, bool is_all,
+void add_written_forms(const HostReading& host, std::string_view source, bool is_all,
                        std::vector<Difference>& out) {
   WrittenForms forms(source, out);
-  for (const PlacedNode& placed : host) forms.add(placed);
+  for (std::size_t i = 0; i < host.nodes.size(); ++i)
+    forms.add(host.places.nodes[i], *host.nodes[i]);
   if (is_all) forms.add_end(host);
 }
 

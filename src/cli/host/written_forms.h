@@ -13,7 +13,7 @@ namespace cli {
 
 // Adds to `out` each tag and comment of `source` that the library would write otherwise, and, if it
 // has read all of the page, the end tags that it would add at the end.
-void add_written_forms(const Reading& host, std::string_view source, bool is_all,
+void add_written_forms(const HostReading& host, std::string_view source, bool is_all,
                        std::vector<Difference>& out);
 
 }  // namespace cli

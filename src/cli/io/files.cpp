@@ -41,13 +41,19 @@ class Descriptor {
   int number_;
 };
 
-std::string read_all(int descriptor, const std::string& name) {
+struct stat status_of(int descriptor, const std::string& name) {
   struct stat status;
   if (fstat(descriptor, &status) != 0) fail(name);
-  std::string text;
+  return status;
+}
+
+// One read gives all of a regular file. A file that turns out to be longer than it said is read on.
+std::string read_all(int descriptor, const struct stat& status, const std::string& name) {
+  const std::size_t expected =
+      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
+  std::string text(expected == 0 ? 65536 : expected + 1, '\0');
   std::size_t size = 0;
-  text.resize(S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536);
-  for (;;) {
+  while (expected == 0 || size != expected) {
     const ssize_t count = ::read(descriptor, &text[size], text.size() - size);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) fail(name);
@@ -96,6 +102,7 @@ class Replacement {
   // Gives the file the owner and group of another, as far as the user may. Returns the bits of the
   // mode that go with what was given.
   static mode_t kept_owner(int number, const struct stat& like) {
+    if (fchown(number, like.st_uid, like.st_gid) == 0) return S_ISUID | S_ISGID | S_ISVTX;
     const bool owner = fchown(number, like.st_uid, static_cast<gid_t>(-1)) == 0;
     const bool group = fchown(number, static_cast<uid_t>(-1), like.st_gid) == 0;
     return (owner ? S_ISUID : 0u) | (group ? S_ISGID : 0u) | S_ISVTX;
@@ -135,11 +142,6 @@ std::string resolved(const std::string& path) {
   return target == nullptr ? path : target.get();
 }
 
-std::size_t count_names(const std::string& path) {
-  struct stat status;
-  return stat(path.c_str(), &status) == 0 ? static_cast<std::size_t>(status.st_nlink) : 0;
-}
-
 bool is_regular_file(const std::string& path) {
   struct stat status;
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
@@ -151,13 +153,12 @@ std::string shown_path(const std::string& path) {
 
 Input read_input(const std::string& path) {
   const std::string name = shown_path(path);
-  if (path == "-") return {name, read_all(STDIN_FILENO, name), 0};
+  if (path == "-") return {name, read_all(STDIN_FILENO, status_of(STDIN_FILENO, name), name), 0};
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (file.number() < 0) fail(path);
-  struct stat status;
-  const bool is_folder = fstat(file.number(), &status) == 0 && S_ISDIR(status.st_mode);
-  if (is_folder) throw Failure(path + ": is a folder; -r reads the pages in it");
-  return {path, read_all(file.number(), path), 0};
+  const struct stat status = status_of(file.number(), path);
+  if (S_ISDIR(status.st_mode)) throw Failure(path + ": is a folder; -r reads the pages in it");
+  return {path, read_all(file.number(), status, path), 0};
 }
 
 void write_all(int descriptor, std::string_view text, const std::string& name) {
@@ -179,6 +180,16 @@ void replace_file(const std::string& path, std::string_view text, Flush flush) {
   if (!S_ISREG(status.st_mode)) return write_directly(path, text);
   if (access(path.c_str(), W_OK) != 0) fail(path);
   write_replacement(resolved(path), text, &status, flush);
+}
+
+std::size_t write_back(const std::string& target, const std::string& name, std::string_view text,
+                       Flush flush) {
+  struct stat status;
+  if (lstat(target.c_str(), &status) != 0) fail(target);
+  if (!S_ISREG(status.st_mode)) throw Failure(name + ": is no regular file");
+  if (access(target.c_str(), W_OK) != 0) fail(target);
+  write_replacement(target, text, &status, flush);
+  return static_cast<std::size_t>(status.st_nlink);
 }
 
 void back_up_file(const std::string& path, const std::string& suffix, std::string_view text,

@@ -29,9 +29,6 @@ bool is_regular_file(const std::string& path);
 // Writes all of `text` to a file descriptor; `name` is for the message. Throws Failure.
 void write_all(int descriptor, std::string_view text, const std::string& name);
 
-// How many names a file has.
-std::size_t count_names(const std::string& path);
-
 // Whether a new file is on the disk before it takes the place of the old one. Without that, a power
 // cut is up to the file system: most bring back the old file or keep the new one.
 enum class Flush { no, yes };
@@ -40,6 +37,11 @@ enum class Flush { no, yes };
 // of its old or all of its new content: a file in the same folder is written and renamed. Links are
 // followed and the mode stays; what is no regular file is written directly. Throws Failure.
 void replace_file(const std::string& path, std::string_view text, Flush flush);
+
+// The same for a regular file whose links were resolved() before; `name` is what the user calls it.
+// Returns how many names the old file had. Throws Failure for what is no regular file, too.
+std::size_t write_back(const std::string& target, const std::string& name, std::string_view text,
+                       Flush flush);
 
 // Copies the file at `path` to `path` + `suffix`, in the same way.
 void back_up_file(const std::string& path, const std::string& suffix, std::string_view text,

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "io/messages.h"
+#include "io/text.h"
 
 namespace cli {
 
@@ -40,8 +41,8 @@ struct Entry {
 
 class Search {
  public:
-  Search(const Options& options, std::vector<std::string>& found, std::size_t& failed)
-      : options_(options), found_(found), failed_(failed) {}
+  Search(const FileChoice& choice, std::vector<std::string>& found, std::size_t& failed)
+      : choice_(choice), found_(found), failed_(failed) {}
 
   // `top` is in front of all that is found.
   void search(const std::string& top) {
@@ -92,16 +93,16 @@ class Search {
   }
 
   bool is_wanted_folder(const std::string& name, const std::string& path) const {
-    return name[0] != '.' && name != "node_modules" && !matches(options_.exclude, name, path);
+    return name[0] != '.' && name != "node_modules" && !matches(choice_.exclude, name, path);
   }
 
   bool is_wanted_file(const std::string& name, const std::string& path) const {
     const bool is_included =
-        options_.include.empty() ? has_page_ending(name) : matches(options_.include, name, path);
-    return is_included && !matches(options_.exclude, name, path);
+        choice_.include.empty() ? has_page_ending(name) : matches(choice_.include, name, path);
+    return is_included && !matches(choice_.exclude, name, path);
   }
 
-  const Options& options_;
+  const FileChoice& choice_;
   std::vector<std::string>& found_;
   std::size_t& failed_;
 };
@@ -116,23 +117,22 @@ bool is_folder(const std::string& path) {
 bool has_page_ending(const std::string& name) {
   const std::size_t dot = name.rfind('.');
   if (dot == std::string::npos) return false;
-  std::string ending = name.substr(dot + 1);
-  for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  const std::string ending = lower(std::string_view(name).substr(dot + 1));
   return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
 }
 
-std::vector<std::string> find_files(const Options& options, std::size_t& failed) {
+std::vector<std::string> find_files(const FileChoice& choice, std::size_t& failed) {
   std::vector<std::string> found;
-  Search search(options, found, failed);
-  if (options.recursive && options.files.empty()) search.search("");
-  for (const std::string& file : options.files) {
-    if (options.recursive && file != "-" && is_folder(file)) {
+  Search search(choice, found, failed);
+  if (choice.recursive && choice.files.empty()) search.search("");
+  for (const std::string& file : choice.files) {
+    if (choice.recursive && file != "-" && is_folder(file)) {
       search.search(file.back() == '/' ? file : file + "/");
     } else {
       found.push_back(file);
     }
   }
-  if (!options.recursive && found.empty()) found.emplace_back("-");
+  if (!choice.recursive && found.empty()) found.emplace_back("-");
   return found;
 }
 

@@ -6,9 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "args/options.h"
-
 namespace cli {
+
+// Which files are read.
+struct FileChoice {
+  std::vector<std::string> files;  // "-" is standard input
+  bool recursive = false;
+  std::vector<std::string> include, exclude;  // globs
+};
 
 // Whether a name ends as those of pages and templates do.
 bool has_page_ending(const std::string& name);
@@ -16,7 +21,7 @@ bool has_page_ending(const std::string& name);
 // The files to read: those that were named and, with -r, for each folder in its place the pages
 // below it, in the order of their names. Hidden folders, node_modules and links are left out there.
 // What cannot be looked into is complained of. `failed` counts these.
-std::vector<std::string> find_files(const Options& options, std::size_t& failed);
+std::vector<std::string> find_files(const FileChoice& choice, std::size_t& failed);
 
 }  // namespace cli
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <exception>
 
 #include "io/failure.h"
 #include "io/files.h"
@@ -12,15 +13,19 @@ namespace cli {
 
 namespace {
 
-constexpr std::size_t buffer_size = 1 << 16;
+constexpr std::size_t block_size = 1 << 16;
+
+void write_to_standard_output(std::string_view text) {
+  write_all(STDOUT_FILENO, text, "standard output");
+}
 
 // "auto": on a terminal, unless the user's environment says no.
-bool wants_color(const Options& options) {
-  if (options.color != "auto") return options.color == "always";
+bool wants_color(const std::string& color, bool is_terminal) {
+  if (color != "auto") return color == "always";
   const char* const no_color = std::getenv("NO_COLOR");
   const char* const terminal = std::getenv("TERM");
-  return options.output.empty() && (no_color == nullptr || *no_color == '\0') &&
-         terminal != nullptr && std::string_view(terminal) != "dumb" && isatty(STDOUT_FILENO) == 1;
+  return is_terminal && (no_color == nullptr || *no_color == '\0') && terminal != nullptr &&
+         std::string_view(terminal) != "dumb";
 }
 
 bool is_standard_output(const std::string& path) {
@@ -33,29 +38,52 @@ bool is_standard_output(const std::string& path) {
 
 }  // namespace
 
-Sink::Sink(const Options& options) : path_(options.output), colored_(wants_color(options)) {
+Sink::Sink(const std::string& path, const std::string& color)
+    : path_(path), is_terminal_(path.empty() && isatty(STDOUT_FILENO) == 1) {
+  colored_ = wants_color(color, is_terminal_);
   if (!path_.empty() && is_standard_output(path_)) {
     throw Failure("-o: " + path_ + " is where standard output goes");
   }
 }
 
-void Sink::write(std::string_view text) {
-  if (path_.empty()) {
-    write_all(STDOUT_FILENO, text, "standard output");
-  } else {
-    kept_ += text;
+Sink::~Sink() {
+  try {
+    flush();
+  } catch (const std::exception&) {
+    // The run has failed already, and said why.
   }
 }
 
+void Sink::write(std::string_view text) {
+  if (path_.empty() && text.size() >= block_size) {
+    flush();
+    write_to_standard_output(text);
+    return;
+  }
+  kept_ += text;
+  if (path_.empty() && kept_.size() >= block_size) flush();
+}
+
+void Sink::flush() {
+  if (!path_.empty() || kept_.empty()) return;
+  std::string block;
+  block.swap(kept_);  // what cannot be written is not tried again
+  write_to_standard_output(block);
+  block.clear();
+  block.swap(kept_);
+}
+
 void Sink::finish() {
+  flush();
   if (!kept_.empty()) replace_file(path_, kept_, Flush::yes);
 }
 
 void Output::write(std::string_view text) {
-  kept_ += text;
-  if (sink_ == nullptr || kept_.size() < buffer_size) return;
-  sink_->write(kept_);
-  kept_.clear();
+  if (sink_ == nullptr) {
+    kept_ += text;
+  } else {
+    sink_->write(text);
+  }
 }
 
 void Output::paint(const char* color, std::string_view text) {

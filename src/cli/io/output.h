@@ -5,21 +5,33 @@
 
 #include <string>
 #include <string_view>
-
-#include "args/options.h"
+#include <utility>
 
 namespace cli {
 
 // Where the results of a run go.
 class Sink {
  public:
-  // Throws Failure when they would replace the file that standard output is.
-  explicit Sink(const Options& options);
+  // `path`: a file; empty: standard output. `color`: "always", "never", or "auto". Throws Failure
+  // when results would replace the file that standard output is.
+  Sink(const std::string& path, const std::string& color);
+
+  // Writes what is still kept for standard output.
+  ~Sink();
+  Sink(const Sink&) = delete;
+  Sink& operator=(const Sink&) = delete;
 
   bool is_colored() const { return colored_; }
 
-  // Passes results on at once or, for a file, keeps them.
+  // Passes results on in large blocks or, for a file, keeps them. Throws Failure when they cannot
+  // be written.
   void write(std::string_view text);
+
+  // Passes on what is kept; a file is only written in the end.
+  void flush();
+
+  // Whether somebody at a terminal waits for what is kept.
+  bool is_due() const { return is_terminal_ && !kept_.empty(); }
 
   // After the last results: writes the file, if there is any result.
   void finish();
@@ -27,10 +39,11 @@ class Sink {
  private:
   std::string path_;
   bool colored_;
+  bool is_terminal_;
   std::string kept_;
 };
 
-// The results of one file of a run. They are kept, or passed on when there are many of them.
+// The results of one file of a run, which are passed on or kept.
 class Output {
  public:
   // `sink`: null keeps all.
@@ -43,7 +56,7 @@ class Output {
   void paint(const char* color, std::string_view text);
 
   // What was kept.
-  const std::string& kept() const { return kept_; }
+  std::string take() { return std::move(kept_); }
 
  private:
   bool colored_;

@@ -35,11 +35,15 @@ bool is_c1_control(std::string_view text, std::size_t i) {
 
 }  // namespace
 
+std::string shown_place(qo::Position position) {
+  return std::to_string(position.line) + ":" + std::to_string(position.column);
+}
+
 std::string place_of(std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, offset);
-  const auto lines = std::count(before.begin(), before.end(), '\n');
+  const auto lines = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
   const std::size_t line_start = before.rfind('\n') + 1;  // npos + 1 is 0
-  return std::to_string(lines + 1) + ":" + std::to_string(before.size() - line_start + 1);
+  return shown_place({lines + 1, before.size() - line_start + 1});
 }
 
 std::string printable(std::string_view text) {
@@ -84,6 +88,12 @@ std::string valid_utf8(std::string_view text) {
 void drop_byte_order_mark(std::string& text) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";
   if (text.compare(0, mark.size(), mark) == 0) text.erase(0, mark.size());
+}
+
+std::string lower(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return out;
 }
 
 bool is_blank(char c) {

@@ -7,9 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include <qo_page/line_index.h>
+
 namespace cli {
 
-// "LINE:COLUMN" of an offset, both from 1, columns in bytes.
+// "LINE:COLUMN", both from 1, columns in bytes; also that of an offset in a text.
+std::string shown_place(qo::Position position);
 std::string place_of(std::string_view text, std::size_t offset);
 
 // The text on one line: control characters and bytes that are not UTF-8 are shown as escapes.
@@ -27,6 +30,9 @@ std::string_view first_character(std::string_view text);
 std::string valid_utf8(std::string_view text);
 
 void drop_byte_order_mark(std::string& text);
+
+// The text with its ASCII letters in lower case.
+std::string lower(std::string_view text);
 
 // White space of any kind.
 bool is_blank(char c);

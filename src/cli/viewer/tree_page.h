@@ -3,22 +3,24 @@
 #ifndef QO_CLI_VIEWER_TREE_PAGE_H
 #define QO_CLI_VIEWER_TREE_PAGE_H
 
-#include <optional>
 #include <string>
-
-#include <qo_page/selector.h>
-
-#include "args/options.h"
-#include "io/files.h"
+#include <string_view>
 
 namespace cli {
 
-// A self-contained HTML page that shows the tree that qo, a host, and the browser make of `input`,
-// two at a time, with the matches of the selector highlighted in the first or, by --host, in the
-// second. `selector`: the one for the first. Nothing of the input is ever run or loaded. Throws
-// Failure. Takes the text of the input along.
-std::string tree_page(Input& input, const Options& options,
-                      const std::optional<qo::Selector>& selector);
+// What the page shows. The trees are JSON that may be in a script.
+struct TreePage {
+  std::string_view name;  // of the input
+  std::string_view selector;
+  bool host_selects;  // the selector is one of the host's, not of the page's own reading
+  std::string_view source;
+  std::string page;  // rows
+  std::string host;  // rows, or a string that tells why there are none
+};
+
+// A self-contained HTML page that shows the tree that qo, a host, and the browser make of the
+// source, two at a time. Nothing of the source is ever run or loaded.
+std::string shown(const TreePage& trees);
 
 }  // namespace cli
 

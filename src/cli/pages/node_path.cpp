@@ -1,19 +1,14 @@
-#include "commands/node_path.h"
+#include "pages/node_path.h"
 
 #include <algorithm>
 #include <string_view>
 #include <vector>
 
-#include <qo_html/qo_html_walk.h>
+#include "io/text.h"
 
 namespace cli {
 
 namespace {
-
-std::string lower(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  return text;
-}
 
 bool is_name_character(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
@@ -44,29 +39,28 @@ std::string id_step(const std::string& id) {
 
 }  // namespace
 
-NodePaths::NodePaths(const qo::Page& page) : page_(page) {
-  TreeWalk walk(page.document());
-  while (_qo_html* node = walk.next()) {
-    if (page.kind(node) != qo::NodeKind::element) continue;
-    ++names_[lower(node->tag)];
-    if (const std::optional<std::string> id = page.attribute(node, "id")) ++ids_[lower(*id)];
+NodePaths::NodePaths(const qo::Page& page) {
+  for (const qo::Node node : page.document().descendants()) {
+    if (!node.is_element()) continue;
+    ++names_[lower(node.name())];
+    if (const std::optional<std::string> id = node.attribute("id")) ++ids_[lower(*id)];
   }
 }
 
-bool NodePaths::has_own_id(const _qo_html* element, std::string& id) const {
-  id = page_.attribute(element, "id").value_or("");
+bool NodePaths::has_own_id(qo::Node element, std::string& id) const {
+  id = element.attribute("id").value_or("");
   return !id.empty() && ids_.at(lower(id)) == 1 && fits_in_quotes(id);
 }
 
-std::string NodePaths::path(const _qo_html* element) {
+std::string NodePaths::path(qo::Node element) {
   std::vector<std::string> steps;
-  for (; !element->isRoot; element = element->parent) {
+  for (; element.is_element(); element = element.parent()) {
     std::string id;
     if (has_own_id(element, id)) {
       steps.push_back(id_step(id));
       break;
     }
-    const std::string name = lower(element->tag);
+    const std::string name = lower(element.name());
     if (names_.at(name) == 1 && is_plain(name)) {
       steps.push_back(name);
       break;
@@ -80,33 +74,33 @@ std::string NodePaths::path(const _qo_html* element) {
   return path;
 }
 
-std::string NodePaths::step(const _qo_html* element) {
-  const std::string name = lower(element->tag);
+std::string NodePaths::step(qo::Node element) {
+  const std::string name = lower(element.name());
   const bool has_name = is_plain(name);
   const Position position = this->position(element);
   std::string step = has_name ? name : std::string();
   const bool may_be_elsewhere = !has_name || names_.at(name) > 1;
-  if (element->parent->isRoot && may_be_elsewhere) step += ":root";
+  if (!element.parent().is_element() && may_be_elsewhere) step += ":root";
   if (!has_name) return step + ":nth-child(" + std::to_string(position.place) + ")";
   if (position.count > 1) step += ":nth-of-type(" + std::to_string(position.index) + ")";
   return step;
 }
 
-NodePaths::Position NodePaths::position(const _qo_html* element) {
-  if (positions_.count(element) == 0) count_children(element->parent);
+NodePaths::Position NodePaths::position(qo::Node element) {
+  if (positions_.count(element) == 0) count_children(element.parent());
   return positions_.at(element);
 }
 
-void NodePaths::count_children(const _qo_html* parent) {
+void NodePaths::count_children(qo::Node parent) {
   std::unordered_map<std::string, std::size_t> counts;
   std::size_t place = 0;
-  for (const _qo_html* child : parent->children) {
-    if (page_.kind(child) != qo::NodeKind::element) continue;
-    positions_[child] = {++place, ++counts[lower(child->tag)], 0};
+  for (const qo::Node child : parent.children()) {
+    if (!child.is_element()) continue;
+    positions_[child] = {++place, ++counts[lower(child.name())], 0};
   }
-  for (const _qo_html* child : parent->children) {
-    if (page_.kind(child) != qo::NodeKind::element) continue;
-    positions_[child].count = counts[lower(child->tag)];
+  for (const qo::Node child : parent.children()) {
+    if (!child.is_element()) continue;
+    positions_[child].count = counts[lower(child.name())];
   }
 }
 

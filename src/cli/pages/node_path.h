@@ -1,7 +1,7 @@
 // Selectors that find just one element.
 
-#ifndef QO_CLI_COMMANDS_NODE_PATH_H
-#define QO_CLI_COMMANDS_NODE_PATH_H
+#ifndef QO_CLI_PAGES_NODE_PATH_H
+#define QO_CLI_PAGES_NODE_PATH_H
 
 #include <cstddef>
 #include <string>
@@ -19,7 +19,7 @@ class NodePaths {
   // Goes over the page once.
   explicit NodePaths(const qo::Page& page);
 
-  std::string path(const _qo_html* element);
+  std::string path(qo::Node element);
 
  private:
   // From 1.
@@ -28,15 +28,14 @@ class NodePaths {
     std::size_t index, count;  // among those of its name
   };
 
-  bool has_own_id(const _qo_html* element, std::string& id) const;
-  std::string step(const _qo_html* element);
-  Position position(const _qo_html* element);
-  void count_children(const _qo_html* parent);
+  bool has_own_id(qo::Node element, std::string& id) const;
+  std::string step(qo::Node element);
+  Position position(qo::Node element);
+  void count_children(qo::Node parent);
 
-  const qo::Page& page_;
   // How often each is there, in lower case: ids compare so on some pages.
   std::unordered_map<std::string, std::size_t> ids_, names_;
-  std::unordered_map<const _qo_html*, Position> positions_;
+  std::unordered_map<qo::Node, Position> positions_;
 };
 
 }  // namespace cli

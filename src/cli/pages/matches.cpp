@@ -1,0 +1,25 @@
+#include "pages/matches.h"
+
+#include "io/failure.h"
+
+namespace cli {
+
+namespace {
+
+[[noreturn]] void fail() {
+  throw Failure("the library keeps no places");
+}
+
+}  // namespace
+
+qo::Range Matches::range(std::size_t /*match*/) const {
+  fail();
+}
+qo::Position Matches::position(std::size_t /*match*/) {
+  fail();
+}
+std::string Matches::path(std::size_t /*match*/) {
+  fail();
+}
+
+}  // namespace cli

@@ -1,0 +1,17 @@
+#include "pages/read_page.h"
+
+#include <utility>
+
+#include "io/failure.h"
+
+namespace cli {
+
+qo::Page read_page(Input& input, const Options& options) {
+  try {
+    return qo::Page(std::move(input.text), qo::PageOptions{options.templates});
+  } catch (const qo::Error& error) {
+    throw Failure(input.name + ": " + error.what());
+  }
+}
+
+}  // namespace cli
