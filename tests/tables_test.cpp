@@ -85,7 +85,7 @@ TEST(Table, HasCellsThatFillTheirPlaces) {
     std::string source = "<table>";
     for (unsigned row = 0; row < 1 + below(5); ++row) {
       source += below(5) == 0 ? "<tbody><tr>" : "<tr>";
-      for (unsigned cell = below(4); cell > 0; --cell) {
+      for (std::size_t cell = below(4); cell > 0; --cell) {
         source += "<td rowspan=" + std::to_string(below(4)) + " colspan=" + std::to_string(below(4)) + ">x";
       }
     }
