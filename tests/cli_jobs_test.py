@@ -100,6 +100,17 @@ class Jobs(Cli):
             (["select", "--csv", "-nHa", "t", "a"], "<a t='x,y'>", '(standard input),1,"x,y"\n'),
         ])
 
+    def test_paths_find_their_element_again(self):
+        pages = ["<a{{ x }}>b</a{{ x }}><{{ t }}>c</{{ t }}><{{ t }}>d</{{ t }}>",
+                 """<p id="a{{ x }}"><p id="it's"><p id='a"b'><p id='"&#39;'><p id="a\\b"><p id="1a"><p id="a&#9;b"><p id="-">""",
+                 "<c:if>a</c:if><div><c:if>b</c:if><c:if><i>c</i></c:if></div><x.y>d</x.y>",
+                 "<p id=A><p id=a><p id=é><p id='a b'><p id='a&amp;b'><p id='{% if x %}c{% endif %}'>"]
+        for page in pages:
+            for line in qo("select", "-a", ":path,:start", "*", stdin=page)[1].decode().splitlines():
+                path, start = line.split("\t")
+                with self.subTest(page=page, path=path):
+                    self.assertEqual(qo("select", "-a", ":start", path, stdin=page)[1].decode(), start + "\n")
+
     def test_a_path_finds_one_element(self):
         random.seed(11)
         for _ in range(40):

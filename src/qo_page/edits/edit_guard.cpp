@@ -41,6 +41,11 @@ bool is_only_in_front(const NodeEdits& edits) {
   return are_all(edits, {Kind::insert_before});
 }
 
+bool keeps_tags(const NodeEdits& edits) {
+  return are_all(edits, {Kind::insert_before, Kind::insert_after, Kind::prepend, Kind::append,
+                         Kind::set_text, Kind::set_html, Kind::wrap, Kind::replace, Kind::remove});
+}
+
 bool is_only_on_attributes(const NodeEdits& edits) {
   return are_all(
       edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
@@ -48,12 +53,24 @@ bool is_only_on_attributes(const NodeEdits& edits) {
 }
 
 // An element with "/>" and an end tag of its own ends there for both.
-bool is_same_end(const AuthorReading& author, const NodeRecord& node) {
+bool is_closed_twice(const AuthorReading& author, const NodeRecord& node,
+                     const NodeRecord& authors) {
+  return !authors.has_content && node.content_end < node.end &&
+         !author.has_end_tag(node.content_end);
+}
+
+enum class Part { whole, content };
+
+bool is_same(const AuthorReading& author, const NodeRecord& node, Part part) {
   const NodeRecord* const authors = author.node_at(node.begin);
   if (authors == nullptr || authors->content_begin != node.content_begin) return false;
-  if (authors->content_end == node.content_end && authors->end == node.end) return true;
-  return node.is_self_closing && node.content_end < node.end &&
-         !author.has_end_tag(node.content_end);
+  if (is_closed_twice(author, node, *authors)) return true;
+  return authors->content_end == node.content_end && authors->end == node.end &&
+         (part == Part::whole || authors->has_content == node.has_content);
+}
+
+bool is_on_content(const NodeEdits& edits) {
+  return edits.find({Kind::set_text, Kind::set_html, Kind::prepend, Kind::append}) != nullptr;
 }
 
 std::string where_it_ends(const AuthorReading& author, const Tree& tree, NodeIndex node) {
@@ -89,13 +106,19 @@ void EditGuard::check_place(const NodeEdits& edits) {
                     shortened(odd->tag.in(tree_.source)),
                 node.begin);
   }
-  if (odd != nullptr && !is_only_in_front(edits)) {
-    throw Error("the tag may end elsewhere, since a bracket is left open: " +
+  if (odd != nullptr && !is_only_in_front(edits) && !keeps_odd_tag(edits)) {
+    throw Error("the tag may be another for its author, since a browser leaves a bracket open: " +
                     shortened(odd->bracket.in(tree_.source)),
                 node.begin);
   }
   if (node.kind == NodeKind::text) return check_text_place(edits.node);
   check_extent(edits);
+}
+
+bool EditGuard::keeps_odd_tag(const NodeEdits& edits) const {
+  const NodeRecord& node = tree_[edits.node];
+  const OddTag* const odd = author_ ? author_->odd_tag_at(node.begin) : nullptr;
+  return odd != nullptr && odd->tag.end == node.content_begin && keeps_tags(edits);
 }
 
 // What is no markup for a browser may be some for the author.
@@ -104,7 +127,7 @@ void EditGuard::check_text_place(NodeIndex text) const {
   const NodeRecord& around = tree_[parent];
   const bool is_markup = content_model(around) == ContentModel::data;
   if (is_markup || around.kind != NodeKind::element) return;
-  if (is_same_end(*author_, around)) return;
+  if (is_same(*author_, around, Part::content)) return;
   throw Error(where_it_ends(*author_, tree_, parent), tree_[text].begin);
 }
 
@@ -115,7 +138,8 @@ void EditGuard::check_extent(const NodeEdits& edits) const {
   const bool is_same_tag = authors != nullptr && authors->content_begin == node.content_begin;
   if (authors != nullptr && is_only_in_front(edits)) return;
   if (is_same_tag && is_only_on_attributes(edits)) return;
-  if (is_same_tag && is_same_end(*author_, node)) return;
+  const Part part = is_on_content(edits) ? Part::content : Part::whole;
+  if (is_same(*author_, node, part)) return;
   throw Error(where_it_ends(*author_, tree_, edits.node), node.begin);
 }
 

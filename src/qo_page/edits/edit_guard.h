@@ -25,6 +25,10 @@ class EditGuard {
   // content, or comes after it, read otherwise than before.
   void check(const NodeEdits& edits);
 
+  // Whether the start tag stays as it is, and ends for the author where it does for a browser,
+  // although its brackets look odd. To be asked after the check.
+  bool keeps_odd_tag(const NodeEdits& edits) const;
+
  private:
   void check_place(const NodeEdits& edits);
   void check_text_place(NodeIndex text) const;

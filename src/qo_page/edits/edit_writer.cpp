@@ -178,7 +178,9 @@ void EditWriter::write_replaced(NodeIndex node, const NodeEdits& edits) {
 
 void EditWriter::write_start_tag(NodeIndex node, const NodeEdits& edits) {
   const NodeRecord& record = tree_[node];
-  if (record.kind != NodeKind::element) return copy_until(record.content_begin);
+  if (record.kind != NodeKind::element || guard_.keeps_odd_tag(edits)) {
+    return copy_until(record.content_begin);
+  }
   if (edits.find({Kind::unwrap}) != nullptr) {
     written_.gone.push_back({node, node + 1});
     return skip_until(record.content_begin);

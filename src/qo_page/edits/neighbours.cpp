@@ -45,12 +45,18 @@ bool is_after_first_operand(const Tree& tree, NodeIndex text) {
   return first != no_node && operator_at_end(text_before(tree, first)) == "?";
 }
 
+// A text such as ") : (".
+bool ends_other_operand(std::string_view text) {
+  const std::string_view rest = without_leading(text, blanks);
+  return begins_with(rest, ")") && without_leading(rest.substr(1), blanks).substr(0, 1) == ":";
+}
+
 // That in front of an element, in the text beside it: "{a ? (" has one, and so has ") : (" after
 // the element that is the operand of the first.
 std::string_view operator_in_front(const Tree& tree, NodeIndex element) {
   const std::string_view before = text_before(tree, element);
   const std::string_view found = operator_at_end(before);
-  if (found.empty()) return found;
+  if (found.empty() || (found == ":" && ends_other_operand(before))) return found;
   const bool is_operator = found == ":"
                                ? is_after_first_operand(tree, tree.previous_sibling(element))
                                : before.find('{') != before.npos;
@@ -68,6 +74,35 @@ void check_operand(const Tree& tree, const NodeEdits& edits) {
   throw Error(named(tree, edits.node) + " may be an operand of an expression, after " +
                   shortened(operator_before),
               tree[edits.node].begin);
+}
+
+// Whether a text ends within a string of an expression: {@html "
+bool opens_string(std::string_view text) {
+  const std::size_t brace = text.rfind('{');
+  if (brace == text.npos || brace + 1 == text.size()) return false;
+  if (!is_letter(text[brace + 1]) && text[brace + 1] != '@') return false;
+  char quote = '\0';
+  for (std::size_t i = brace; i < text.size(); ++i) {
+    if (quote == '\0' && text[i] == '}') return false;
+    const bool may_open =
+        (text[i] == '"' || text[i] == '\'' || text[i] == '`') && !is_word_character(text[i - 1]);
+    if (quote == '\0' && may_open) {
+      quote = text[i];
+    } else if (text[i] == '\\') {
+      ++i;
+    } else if (text[i] == quote) {
+      quote = '\0';
+    }
+  }
+  return quote != '\0';
+}
+
+// Markup in a string of an expression is a part of a program.
+void check_string(const Tree& tree, NodeIndex node) {
+  for (const NodeIndex at : {node, tree.parent(node)}) {
+    if (!opens_string(text_before(tree, at))) continue;
+    throw Error(named(tree, node) + " may lie within a string of an expression", tree[node].begin);
+  }
 }
 
 bool has_branch(const Tree& tree, NodeIndex element,
@@ -91,12 +126,20 @@ bool decides_on_next(const Tree& tree, NodeIndex element) {
   return next != no_node && is_other_branch(tree, next);
 }
 
+bool takes_condition(const Operation* operation) {
+  return (operation->kind == Kind::remove_attribute ||
+          operation->kind == Kind::set_bare_attribute) &&
+         (operation->name == "v-if" || operation->name == "v-else-if");
+}
+
 void check_branches(const Tree& tree, const NodeEdits& edits) {
   const NodeIndex node = edits.node;
   const bool is_taken = edits.find({Kind::remove, Kind::unwrap, Kind::wrap, Kind::replace,
                                     Kind::insert_after}) != nullptr;
   const bool is_parted = edits.find({Kind::insert_before, Kind::wrap, Kind::unwrap}) != nullptr;
-  if (is_taken && decides_on_next(tree, node)) {
+  const bool is_unconditioned =
+      std::any_of(edits.operations.begin(), edits.operations.end(), takes_condition);
+  if ((is_taken || is_unconditioned) && decides_on_next(tree, node)) {
     throw Error("the element after " + named(tree, node) + " depends on its condition",
                 tree[node].begin);
   }
@@ -110,6 +153,7 @@ void check_branches(const Tree& tree, const NodeEdits& edits) {
 
 void check_neighbours(const Tree& tree, const NodeEdits& edits) {
   if (!tree.is_element(edits.node)) return;
+  check_string(tree, edits.node);
   check_operand(tree, edits);
   check_branches(tree, edits);
 }

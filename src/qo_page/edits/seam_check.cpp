@@ -16,6 +16,11 @@ namespace {
               seam.old_offset);
 }
 
+// Some engines take what follows a backslash for text.
+bool is_escaped(std::string_view source, std::size_t offset) {
+  return offset > 0 && source[offset - 1] == '\\' && source.substr(offset, 2) == "{{";
+}
+
 // The first seam within a stretch; `last` when there is none. The next stretch comes after it.
 template <class Iterator>
 Iterator seam_within(std::size_t begin, std::size_t end, Iterator& seam, Iterator last) {
@@ -101,6 +106,10 @@ void SeamCheck::references(Range text, Iterator seam, Iterator last) const {
 
 void SeamCheck::code_after(const Seam& seam) {
   if (!seam.is_end || source_[seam.offset] != '{') return;
+  if (is_escaped(source_, seam.offset) != is_escaped(old_source_, seam.old_offset)) {
+    throw Error("the edit would change whether a backslash is in front of template code",
+                seam.old_offset);
+  }
   const std::size_t end = code_after_.end_of(seam.offset, CodeScanner::Place::text);
   const std::size_t old_end = old_code_.end_of(seam.old_offset, CodeScanner::Place::text);
   const std::size_t length = end == 0 ? 0 : end - seam.offset;

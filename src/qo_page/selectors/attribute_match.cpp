@@ -3,16 +3,12 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/decode.h>
+#include <qo_page/text/attribute_value.h>
+#include <qo_page/text/class_tokens.h>
 
 namespace qo::selectors {
 
 namespace {
-
-std::string_view decoded(const std::string& written, std::string& buffer) {
-  if (written.find('&') == written.npos) return written;
-  return buffer = decode(written, DecodeMode::attribute);
-}
 
 bool has_word(std::string_view text, std::string_view word) {
   for (std::size_t i = 0; i < text.size();) {
@@ -57,52 +53,55 @@ bool compares(AttributeTest::Operator op, std::string_view value, std::string_vi
   return false;
 }
 
-}  // namespace
-
-const Attribute* find_attribute(const Node& node, std::string_view name) {
-  for (const Attribute& attribute : node.attributes) {
-    if (equals_without_case(attribute.name, name)) return &attribute;
-  }
-  return nullptr;
+bool may_have_code(const Tree& tree, std::string_view value) {
+  return tree.options.templates && value.find_first_of("{<") != value.npos;
 }
 
-std::string_view value_of(const Attribute& attribute, std::string& buffer) {
-  return decoded(attribute.value, buffer);
-}
-
-bool has_value(const Node& node, std::string_view name, std::string_view value) {
-  const Attribute* attribute = find_attribute(node, name);
-  std::string buffer;
-  return attribute != nullptr && equals_without_case(value_of(*attribute, buffer), value);
-}
-
-bool matches(const NameTest& test, const Node& node) {
-  return node.name == Tag::unknown && equals_without_case(node.tag, test.name);
-}
-
-// A reference in a token may stand for a blank.
-bool matches(const ClassTest& test, const Node& node) {
-  std::string buffer;
-  return std::any_of(node.classes.begin(), node.classes.end(), [&](const std::string& token) {
-    return token == test.name ||
-           (token.find('&') != token.npos && has_word(decoded(token, buffer), test.name));
+// Code in a value ends in it, whatever comes later. A reference in a token may stand for a blank.
+bool has_class_beside_code(const Tree& tree, Range value, const std::string& name) {
+  const std::string_view source = std::string_view(tree.source).substr(0, value.end);
+  CodeScanner code(source, true);
+  const std::vector<ClassToken> tokens = class_tokens(source, value, code);
+  return std::any_of(tokens.begin(), tokens.end(), [&](const ClassToken& token) {
+    const std::string_view written = token.range.in(source);
+    if (!token.is_whole) return false;
+    return written == name || (written.find('&') != written.npos &&
+                               has_word(decode(written, DecodeMode::attribute), name));
   });
 }
 
-bool matches(const IdTest& test, const Node& node) {
-  const Attribute* attribute = find_attribute(node, "id");
-  std::string buffer;
-  return attribute != nullptr && value_of(*attribute, buffer) == test.id;
+}  // namespace
+
+bool matches(const NameTest& test, const Tree& tree, NodeIndex node) {
+  return tree[node].tag == Tag::unknown && equals_without_case(tree.name(node), test.name);
 }
 
-bool matches(const AttributeTest& test, const Node& node) {
-  const Attribute* attribute = find_attribute(node, test.name);
+bool matches(const ClassTest& test, const Tree& tree, NodeIndex node) {
+  const AttributeRecord* const attribute = tree.find_attribute(node, "class");
+  if (attribute == nullptr) return false;
+  const Range value = {tree.value_begin(*attribute), attribute->value_end};
+  const std::string_view written = value.in(tree.source);
+  const bool has_references = written.find('&') != written.npos;
+  if (!has_references && written.find(test.name) == written.npos) return false;
+  if (may_have_code(tree, written)) return has_class_beside_code(tree, value, test.name);
+  std::string buffer;
+  return has_word(decoded_value(tree, *attribute, buffer), test.name);
+}
+
+bool matches(const IdTest& test, const Tree& tree, NodeIndex node) {
+  const AttributeRecord* const attribute = tree.find_attribute(node, "id");
+  std::string buffer;
+  return attribute != nullptr && decoded_value(tree, *attribute, buffer) == test.id;
+}
+
+bool matches(const AttributeTest& test, const Tree& tree, NodeIndex node) {
+  const AttributeRecord* const attribute = tree.find_attribute(node, test.name);
   if (attribute == nullptr) return false;
   if (test.op == AttributeTest::Operator::exists) return true;
   std::string buffer;
-  const std::string_view value = value_of(*attribute, buffer);
+  const std::string_view value = decoded_value(tree, *attribute, buffer);
   const bool ignores_case =
-      test.ignores_case || (test.ignores_case_in_html && node.space == Space::html);
+      test.ignores_case || (test.ignores_case_in_html && tree[node].space == Namespace::html);
   return ignores_case ? compares(test.op, lower(value), lower(test.value))
                       : compares(test.op, value, test.value);
 }

@@ -1,14 +1,17 @@
 #include <qo_page/selectors/default_buttons.h>
 
-#include <qo_page/forms/form_controls.h>
+#include <unordered_set>
+
+#include <qo_page/text/form_controls.h>
 
 namespace qo::selectors {
 
-std::unordered_set<const Node*> find_default_buttons(const Node& document) {
-  std::unordered_set<const Node*> buttons, served;
-  for (const FormControl& control : find_form_controls(as_document(document))) {
-    if (control.form == nullptr || !is_submit_button(*control.node)) continue;
-    if (served.insert(control.form).second) buttons.insert(control.node);
+std::vector<NodeIndex> find_default_buttons(const Tree& tree) {
+  std::vector<NodeIndex> buttons;
+  std::unordered_set<NodeIndex> served;
+  for (const OwnedControl& control : find_form_controls(tree)) {
+    if (control.form == no_node || !is_submit_button(tree, control.node)) continue;
+    if (served.insert(control.form).second) buttons.push_back(control.node);
   }
   return buttons;
 }

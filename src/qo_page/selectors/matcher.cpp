@@ -6,24 +6,22 @@
 #include <qo_page/selectors/attribute_match.h>
 #include <qo_page/selectors/default_buttons.h>
 #include <qo_page/selectors/languages.h>
+#include <qo_page/text/attribute_value.h>
+#include <qo_page/text/direction.h>
 #include <qo_page/text/node_text.h>
 
 namespace qo::selectors {
 
 namespace {
 
-bool is_at_top(const Node& node) {
-  return node.parent == nullptr || as_node(node.parent)->kind == NodeKind::document;
-}
-
 // Comments and code are no content; neither is a line break that a browser drops.
-bool is_empty(const Node& node) {
-  std::string text;
-  return std::all_of(node.children.begin(), node.children.end(), [&](const _qo_html* child) {
-    const Node& below = *as_node(child);
-    if (below.isText) text += characters_of(below);
-    return text.empty() && below.kind != NodeKind::element && below.kind != NodeKind::cdata;
-  });
+bool is_empty(const Tree& tree, NodeIndex node) {
+  for (NodeIndex child = node + 1; child < tree[node].subtree_end; ++child) {
+    const NodeKind kind = tree[child].kind;
+    if (kind == NodeKind::element || kind == NodeKind::cdata) return false;
+    if (kind == NodeKind::text && !characters_of(tree, child).empty()) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -38,20 +36,20 @@ bool Matcher::matches_tests(const Compound& compound, const Here& here) {
 // Names, classes, ids and attributes.
 template <class LocalTest>
 bool Matcher::matches_one(const LocalTest& test, const Here& here) {
-  return selectors::matches(test, *here.node);
+  return selectors::matches(test, tree_, here.node);
 }
 
 bool Matcher::matches_one(const PositionTest& test, const Here& here) {
-  if (here.node->isComment) return false;
+  if (!tree_.is_element(here.node)) return false;
   const auto mirrored = [&] {
-    if (*here.siblings == 0) *here.siblings = SiblingPositions::count(*here.node->parent);
+    if (*here.siblings == 0) *here.siblings = positions_.count(tree_.parent(here.node));
     return *here.siblings - here.place + 1;
   };
   if (!test.of_type) {
     return test.nth.contains(test.from_end == here.is_backward ? here.place : mirrored());
   }
   const std::uint32_t place = here.is_backward ? mirrored() : here.place;
-  const Position position = positions_.among_type(*here.node, here.depth, place);
+  const Position position = positions_.among_type(here.node, here.depth, place);
   return test.nth.contains(test.from_end ? position.from_end : position.from_start);
 }
 
@@ -63,19 +61,19 @@ bool Matcher::matches_one(const AnyTest& test, const Here& here) {
 }
 
 PageText& Matcher::page_text() {
-  if (!text_) text_.emplace(document_);
+  if (!text_) text_.emplace(tree_);
   return *text_;
 }
 
 bool Matcher::matches_one(const TextTest& test, const Here& here) {
-  return page_text().contains(*here.node, test);
+  return page_text().contains(here.node, test);
 }
 
 bool Matcher::matches_one(const PatternTest& test, const Here& here) {
   std::string buffer;
   if (!budget_) budget_.emplace(page_text().size());
   try {
-    return test.pattern->find(page_text().of(*here.node, buffer), *budget_) != std::string::npos;
+    return test.pattern->find(page_text().of(here.node, buffer), *budget_) != std::string::npos;
   } catch (const PatternBudget::Exceeded&) {
     throw SelectorError("the regular expression takes too many steps on this page", test.offset,
                         program_.text);
@@ -83,13 +81,13 @@ bool Matcher::matches_one(const PatternTest& test, const Here& here) {
 }
 
 bool Matcher::matches_one(const LanguageTest& test, const Here& here) {
-  const Attribute* attribute = language_attribute(*here.node);
   std::string buffer;
-  return selectors::matches(test, std::string(value_of(*attribute, buffer)));
+  const AttributeRecord& attribute = *language_attribute(tree_, here.node);
+  return selectors::matches(test, decoded_value(tree_, attribute, buffer));
 }
 
 bool Matcher::matches_one(const DirectionTest& test, const Here& here) {
-  return is_rtl(*here.node) == test.rtl;
+  return is_rtl(tree_, here.node) == test.rtl;
 }
 
 bool Matcher::matches_page(const Compound& compound) {
@@ -99,35 +97,36 @@ bool Matcher::matches_page(const Compound& compound) {
 
 bool Matcher::matches_page(const Test& test) {
   if (const auto* language = std::get_if<LanguageTest>(&test)) {
-    return selectors::matches(*language, page_language(document_));
+    return selectors::matches(*language, page_language(tree_));
   }
   if (const auto* direction = std::get_if<DirectionTest>(&test)) return !direction->rtl;
   return false;
 }
 
 bool Matcher::matches_one(const Fact& fact, const Here& here) {
-  const Node& node = *here.node;
+  const NodeIndex node = here.node;
+  const bool is_element = tree_.is_element(node);
   switch (fact) {
     case Fact::html:
-      return node.space == Space::html && !node.isComment;
+      return is_element && tree_[node].space == Namespace::html;
     case Fact::root:
-      return !node.isComment && is_at_top(node);
+      return is_element && is_at_top(node);
     case Fact::scope:
-      return !node.isComment && (scope_ != nullptr ? &node == scope_ : is_at_top(node));
+      return is_element && (scope_ == no_node ? is_at_top(node) : node == scope_);
     case Fact::empty:
-      return !node.isComment && is_empty(node);
+      return is_element && is_empty(tree_, node);
     case Fact::textless: {
       std::string buffer;
       return page_text().of(node, buffer).empty();
     }
     case Fact::comment:
-      return node.isComment;
+      return !is_element;
     case Fact::default_button:
       return is_default_button(node);
     case Fact::has_language:
-      return language_attribute(node) != nullptr;
+      return language_attribute(tree_, node) != nullptr;
     case Fact::has_direction:
-      return has_direction(node);
+      return has_direction(tree_, node);
   }
   return false;
 }
@@ -136,10 +135,10 @@ bool Matcher::matches_one(const SlotTest& test, const Here& here) {
   return (here.slots & slot_bit(test.slot)) != 0;
 }
 
-bool Matcher::is_default_button(const Node& node) {
-  if (node.name != Tag::button_ && node.name != Tag::input_) return false;
-  if (!default_buttons_) default_buttons_ = find_default_buttons(document_);
-  return default_buttons_->count(&node) != 0;
+bool Matcher::is_default_button(NodeIndex node) {
+  if (tree_[node].tag != Tag::button_ && tree_[node].tag != Tag::input_) return false;
+  if (!default_buttons_) default_buttons_ = find_default_buttons(tree_);
+  return std::binary_search(default_buttons_->begin(), default_buttons_->end(), node);
 }
 
 }  // namespace qo::selectors

@@ -7,18 +7,18 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 #include <qo_page/selectors/page_text.h>
 #include <qo_page/selectors/program.h>
 #include <qo_page/selectors/sibling_positions.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo::selectors {
 
 // A node as a walk has come to it.
 struct Here {
-  const Node* node;
+  NodeIndex node;
   std::size_t depth = 0;
   Slots slots = 0;
   std::uint32_t place = 0;            // among the elements beside it, from where the walk began
@@ -29,14 +29,17 @@ struct Here {
 // One for each run: it remembers what it has found out about the page.
 class Matcher {
  public:
-  // With `scope`, that is what :scope means; otherwise the elements at the top of the page.
-  Matcher(const Program& program, const Node& document, const Node* scope)
-      : program_(program), document_(document), scope_(scope) {}
+  // `scope` is what :scope means; no_node: the elements at the top of the page.
+  Matcher(const Program& program, const Tree& tree, NodeIndex scope)
+      : program_(program), tree_(tree), scope_(scope), positions_(tree) {}
 
   bool matches(const Compound& compound, const Here& here) {
-    const Node& node = *here.node;
-    if (compound.tag != Tag::unknown && compound.tag != node.name) return false;
-    if (node.kind != NodeKind::element && !(compound.of_comments && node.isComment)) return false;
+    const NodeRecord& record = tree_[here.node];
+    if (compound.tag != Tag::unknown && compound.tag != record.tag) return false;
+    if (record.kind != NodeKind::element &&
+        !(compound.of_comments && record.kind == NodeKind::comment)) {
+      return false;
+    }
     return matches_tests(compound, here);
   }
 
@@ -62,15 +65,16 @@ class Matcher {
   bool matches_one(const NearestTest&, const Here&) { return false; }  // likewise
 
   PageText& page_text();
-  bool is_default_button(const Node& node);
+  bool is_default_button(NodeIndex node);
+  bool is_at_top(NodeIndex node) const { return tree_.parent(node) == document_index; }
 
   const Program& program_;
-  const Node& document_;
-  const Node* scope_;
+  const Tree& tree_;
+  NodeIndex scope_;
   SiblingPositions positions_;
   std::optional<PatternBudget> budget_;
   std::optional<PageText> text_;
-  std::optional<std::unordered_set<const Node*>> default_buttons_;
+  std::optional<std::vector<NodeIndex>> default_buttons_;
 };
 
 }  // namespace qo::selectors

@@ -2,53 +2,46 @@
 
 #include <algorithm>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/text/node_text.h>
 
 namespace qo::selectors {
 
 namespace {
 
-std::string own_text(const Node& node) {
+// That of a comment is what it holds.
+std::string own_text(const Tree& tree, NodeIndex node) {
+  if (!tree.is_element(node)) return text_of(tree, node, TextForm::decoded);
   std::string out;
-  for (const _qo_html* child : node.children) {
-    if (child->isText) out += characters_of(*as_node(child));
+  for (NodeIndex child = tree.first_child(node); child != no_node;
+       child = tree.next_sibling(child)) {
+    if (is_text(tree[child])) out += characters_of(tree, child);
   }
   return out;
 }
 
 }  // namespace
 
-PageText::PageText(const Node& document) {
-  TreeWalk walk(const_cast<Node*>(&document));
-  while (const _qo_html* found = walk.next()) {
-    const Node& node = *as_node(found);
-    if (node.isText) {
-      starts_.push_back({node.extent.begin, text_.size()});
-      text_ += characters_of(node);
-    } else if (is_hidden(node)) {
-      walk.skip_children();
-    }
+PageText::PageText(const Tree& tree) : tree_(tree), begins_(tree.size() + std::size_t{1}) {
+  NodeIndex hidden_end = 0;
+  for (NodeIndex node = document_index; node < tree.size(); ++node) {
+    begins_[node] = text_.size();
+    if (node < hidden_end) continue;
+    if (is_text(tree[node])) text_ += characters_of(tree, node);
+    if (is_hidden(tree[node])) hidden_end = tree[node].subtree_end;
   }
+  begins_.back() = text_.size();
 }
 
-// Where the texts begin that begin at `in_source` or after it.
-std::size_t PageText::place_of(std::size_t in_source) const {
-  const auto start =
-      std::lower_bound(starts_.begin(), starts_.end(), in_source,
-                       [](const Start& a, std::size_t offset) { return a.in_source < offset; });
-  return start == starts_.end() ? text_.size() : start->in_text;
+Range PageText::range_of(NodeIndex node) const {
+  return {begins_[node], begins_[tree_[node].subtree_end]};
 }
 
-PageText::Range PageText::range_of(const Node& node) const {
-  return {place_of(node.extent.begin), place_of(node.extent.end)};
-}
-
-bool PageText::contains(const Node& node, const TextTest& test) {
+bool PageText::contains(NodeIndex node, const TextTest& test) {
   const std::string& wanted = test.needle.text();
-  if (test.own) return own_text(node).find(wanted) != std::string::npos;
-  if (is_hidden(node)) return text_of(node, TextForm::decoded).find(wanted) != std::string::npos;
+  if (test.own) return own_text(tree_, node).find(wanted) != std::string::npos;
+  if (is_hidden(tree_[node])) {
+    return text_of(tree_, node, TextForm::decoded).find(wanted) != std::string::npos;
+  }
   const auto [entry, is_new] = places_.try_emplace(&test);
   std::vector<std::size_t>& places = entry->second;
   if (is_new) places = test.needle.places_in(text_);
@@ -57,10 +50,9 @@ bool PageText::contains(const Node& node, const TextTest& test) {
   return first != places.end() && *first + wanted.size() <= range.end;
 }
 
-std::string_view PageText::of(const Node& node, std::string& buffer) const {
-  if (is_hidden(node)) return buffer = text_of(node, TextForm::decoded);
-  const Range range = range_of(node);
-  return std::string_view(text_).substr(range.begin, range.end - range.begin);
+std::string_view PageText::of(NodeIndex node, std::string& buffer) const {
+  if (is_hidden(tree_[node])) return buffer = text_of(tree_, node, TextForm::decoded);
+  return range_of(node).in(text_);
 }
 
 }  // namespace qo::selectors

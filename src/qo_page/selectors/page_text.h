@@ -10,36 +10,29 @@
 #include <vector>
 
 #include <qo_page/selectors/syntax.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo::selectors {
 
 class PageText {
  public:
-  explicit PageText(const Node& document);
+  explicit PageText(const Tree& tree);
 
   std::size_t size() const { return text_.size(); }
 
   // Whether the needle is in the text of the node, or with `own`, in that of its own texts, one
   // after the other. Together, these take as long as one search through the page for each test.
-  bool contains(const Node& node, const TextTest& test);
+  bool contains(NodeIndex node, const TextTest& test);
 
   // The text of a node, in `buffer` where it has to be put together.
-  std::string_view of(const Node& node, std::string& buffer) const;
+  std::string_view of(NodeIndex node, std::string& buffer) const;
 
  private:
-  struct Range {
-    std::size_t begin, end;
-  };
-  struct Start {
-    std::size_t in_source, in_text;
-  };
+  Range range_of(NodeIndex node) const;
 
-  Range range_of(const Node& node) const;
-  std::size_t place_of(std::size_t in_source) const;
-
+  const Tree& tree_;
   std::string text_;
-  std::vector<Start> starts_;                                             // of the text nodes
+  std::vector<std::size_t> begins_;  // of the stretch of each node; last the end of the text
   std::unordered_map<const TextTest*, std::vector<std::size_t>> places_;  // of the needles
 };
 

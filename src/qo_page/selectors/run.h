@@ -6,15 +6,16 @@
 #include <cstddef>
 #include <vector>
 
-#include <qo_html/qo_html.h>
-
 #include <qo_page/selectors/program.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo::selectors {
 
-std::vector<_qo_html*> select(const Program& program, _qo_html* root, std::size_t most);
+// The nodes below `root` that the program finds, in document order.
+std::vector<NodeIndex> select(const Program& program, const Tree& tree, NodeIndex root,
+                              std::size_t most);
 
-bool matches(const Program& program, _qo_html* node);
+bool matches(const Program& program, const Tree& tree, NodeIndex node);
 
 }  // namespace qo::selectors
 

@@ -2,6 +2,7 @@
 
 #include <qo_page/selectors/program.h>
 #include <qo_page/selectors/run.h>
+#include <qo_page/tree/node_access.h>
 
 namespace qo {
 
@@ -31,21 +32,25 @@ std::string show(const std::string& text, std::size_t offset) {
 
 SelectorError::SelectorError(const std::string& message, std::size_t offset,
                              const std::string& selector)
-    : Error(message, offset), shown_(std::make_shared<const std::string>(show(selector, offset))) {}
+    : Error(message, offset, Place::selector),
+      shown_(std::make_shared<const std::string>(show(selector, offset))) {}
 
-Selector::Selector(const std::string& text)
-    : program_(std::make_shared<const selectors::Program>(selectors::compile(text))) {}
+Selector::Selector(std::string_view text)
+    : program_(std::make_shared<const selectors::Program>(selectors::compile(std::string(text)))) {}
 
 const std::string& Selector::text() const {
   return program_->text;
 }
 
-std::vector<_qo_html*> Selector::select(_qo_html* root, std::size_t most) const {
-  return selectors::select(*program_, root, most);
+std::vector<Node> Selector::select(Node root, std::size_t most) const {
+  const Tree& tree = NodeAccess::tree(root);
+  return NodeAccess::nodes(
+      tree, selectors::select(*program_, tree, NodeAccess::index_in(tree, root), most));
 }
 
-bool Selector::matches(_qo_html* node) const {
-  return selectors::matches(*program_, node);
+bool Selector::matches(Node node) const {
+  const Tree& tree = NodeAccess::tree(node);
+  return selectors::matches(*program_, tree, NodeAccess::index_in(tree, node));
 }
 
 }  // namespace qo

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/tree.h>
 
 namespace qo::selectors {
 
@@ -20,25 +20,29 @@ struct Position {
 
 class SiblingPositions {
  public:
+  explicit SiblingPositions(const Tree& tree) : tree_(tree) {}
+
   // The elements among the children.
-  static std::uint32_t count(const _qo_html& parent);
+  std::uint32_t count(NodeIndex parent) const;
 
   // Among the siblings of its name, for the element at `depth` that is at `place` among all of
   // them.
-  Position among_type(const Node& node, std::size_t depth, std::uint32_t place);
+  Position among_type(NodeIndex node, std::size_t depth, std::uint32_t place);
 
  private:
   using Type = std::uint32_t;
 
   struct Family {
-    const _qo_html* parent = nullptr;
+    NodeIndex parent = no_node;
     std::vector<Position> positions;  // of its elements
   };
 
-  Type type_of(const Node& node);
+  Type type_of(NodeIndex node);
   void count_types(Family& family);
 
+  const Tree& tree_;
   std::vector<Family> families_;       // one at each depth
+  std::vector<Type> types_;            // of the elements that are being counted
   std::vector<std::uint32_t> counts_;  // by type; zero while nothing is counted
   std::unordered_map<std::string, Type> unknown_;
 };

@@ -4,47 +4,78 @@
 
 namespace qo::selectors {
 
-Walker::Walker(const Program& program, Matcher& matcher, std::size_t pass)
+Walker::Walker(const Program& program, const Tree& tree, Matcher& matcher, std::vector<Slots>& kept,
+               std::size_t pass)
     : program_(program),
+      tree_(tree),
       matcher_(matcher),
+      kept_(kept),
       steps_(program.passes[pass].steps),
       is_backward_(pass % 2 != 0),
       is_last_(pass + 1 == program.passes.size()),
       keeps_levels_(program.has_links || program.has_positions) {
   if (!keeps_levels_) return;
-  make_level(0);
+  push_level(document_index);
   for (const Step& step : steps_) {
     const bool holds = step.kind == Step::Kind::inherit && matcher_.matches_page(step.compound);
     if (holds) levels_[0].self |= slot_bit(step.slot);
   }
 }
 
-void Walker::make_level(std::size_t depth) {
-  if (depth < levels_.size()) return;
-  levels_.resize(2 * depth + 1);
-  counts_.resize(levels_.size() * program_.counters);
-}
-
-bool Walker::visit_level(Here& here, Slots& slots) {
-  make_level(here.depth);
-  if (here.depth == 0) return false;  // the document
-  Level& around = levels_[here.depth - 1];
-  if (!here.node->isComment) ++around.place;
+bool Walker::visit_level(Here& here) {
+  const Level own = is_backward_ ? take_own_level(here.node) : Level();
+  is_backward_ ? go_back_to(here.node) : go_to(here.node);
+  Level& around = levels_.back();
+  if (tree_.is_element(here.node)) ++around.place;
+  here.depth = levels_.size();
   here.place = around.place;
   here.siblings = &around.siblings;
-  const Links linked = links(here.depth);
+  if (!kept_.empty()) here.slots = kept_[here.node];
+  const Links linked = links(own);
   for (const Step& step : steps_) {
     if (holds(step, here, linked)) here.slots |= slot_bit(step.slot);
   }
-  slots = here.slots;
+  if (!kept_.empty()) kept_[here.node] = here.slots;
   const bool is_found = is_last_ && is_output(here, linked);
-  is_backward_ ? leave_backward(here) : leave_forward(here);
+  is_backward_ ? leave_backward(here, own) : leave_forward(here);
   return is_found;
 }
 
-Walker::Links Walker::links(std::size_t depth) const {
-  const Level& around = levels_[depth - 1];
-  const Level& own = levels_[depth];
+void Walker::push_level(NodeIndex node) {
+  Level& level = levels_.emplace_back();
+  level.node = node;
+  level.end = tree_[node].subtree_end;
+  counts_.resize(levels_.size() * program_.counters);
+}
+
+void Walker::pop_level() {
+  levels_.pop_back();
+  counts_.resize(levels_.size() * program_.counters);
+}
+
+// Out of the elements that end before the node.
+void Walker::go_to(NodeIndex node) {
+  while (levels_.back().end <= node) pop_level();
+}
+
+// What is known of the children, which have been visited.
+Walker::Level Walker::take_own_level(NodeIndex node) {
+  if (levels_.back().node != node) return Level();
+  const Level own = levels_.back();
+  pop_level();
+  return own;
+}
+
+// Into the elements around the node that begin before it and were not visited yet.
+void Walker::go_back_to(NodeIndex node) {
+  const std::size_t known = levels_.size();
+  const NodeIndex innermost = levels_.back().node;
+  for (NodeIndex at = tree_.parent(node); at != innermost; at = tree_.parent(at)) push_level(at);
+  std::reverse(levels_.begin() + static_cast<std::ptrdiff_t>(known), levels_.end());
+}
+
+Walker::Links Walker::links(const Level& own) const {
+  const Level& around = levels_.back();
   if (is_backward_) return {~Slots{0}, own.below, own.beside, around.neighbour, around.beside};
   return {~Slots{0}, around.above, around.self, around.neighbour, around.beside};
 }
@@ -54,7 +85,7 @@ bool Walker::follows(const Step& step, const Links& links) const {
 }
 
 bool Walker::holds(const Step& step, const Here& here, const Links& links) {
-  const Slots above = levels_[here.depth - 1].self;
+  const Slots above = levels_.back().self;
   switch (step.kind) {
     case Step::Kind::match:
       return follows(step, links) && matcher_.matches(step.compound, here);
@@ -76,30 +107,23 @@ bool Walker::is_output(const Here& here, const Links& links) {
 
 // The children come next.
 void Walker::leave_forward(const Here& here) {
-  if (here.node->isComment) return;
-  Level& around = levels_[here.depth - 1];
+  if (!tree_.is_element(here.node)) return;
+  Level& around = levels_.back();
+  const Slots above = around.above | here.slots;
   around.neighbour = here.slots;
   around.beside |= here.slots;
-  Level& own = levels_[here.depth] = Level();
-  own.self = here.slots;
-  own.above = around.above | here.slots;
-  clear_counts(here.depth);
+  if (tree_.first_child(here.node) == no_node) return;
+  push_level(here.node);
+  levels_.back().self = here.slots;
+  levels_.back().above = above;
 }
 
 // The children have been visited. A comment is beside the same elements as the one after it.
-void Walker::leave_backward(const Here& here) {
-  Level& around = levels_[here.depth - 1];
-  Level& own = levels_[here.depth];
-  around.neighbour = here.node->isComment ? around.neighbour | here.slots : here.slots;
+void Walker::leave_backward(const Here& here, const Level& own) {
+  Level& around = levels_.back();
+  around.neighbour = tree_.is_element(here.node) ? here.slots : around.neighbour | here.slots;
   around.beside |= here.slots;
   around.below |= here.slots | own.below;
-  own = Level();
-  clear_counts(here.depth);
-}
-
-void Walker::clear_counts(std::size_t depth) {
-  std::fill_n(counts_.begin() + static_cast<std::ptrdiff_t>(depth * program_.counters),
-              program_.counters, 0u);
 }
 
 }  // namespace qo::selectors

@@ -15,20 +15,26 @@ namespace qo::selectors {
 
 class Walker {
  public:
-  Walker(const Program& program, Matcher& matcher, std::size_t pass);
+  // `kept` has the slots of each node from one walk to the next one; empty where there is one only.
+  Walker(const Program& program, const Tree& tree, Matcher& matcher, std::vector<Slots>& kept,
+         std::size_t pass);
 
-  // The walk is at that node, and has been at all that it visits before. Elements count, and
-  // comments where the program looks at these. Completes the slots, and tells whether the program
-  // finds the node, if this is its last walk.
-  bool visit(const Node& node, std::size_t depth, Slots& slots) {
-    Here here{&node, depth, slots, 0, nullptr, is_backward_};
-    if (!keeps_levels_) return is_output(here, Links{~Slots{0}});
-    return visit_level(here, slots);
+  bool is_backward() const { return is_backward_; }
+
+  // The walk is at that element, or that comment where the program looks at these. Forward, it has
+  // been at the elements around it, and at those beside these and it that come before; backward, at
+  // all that come after. Completes the slots, and tells whether the program finds the node, if this
+  // is its last walk.
+  bool visit(NodeIndex node) {
+    Here here{node, 0, 0, 0, nullptr, is_backward_};
+    return keeps_levels_ ? visit_level(here) : is_output(here, Links{~Slots{0}});
   }
 
  private:
-  // What is known at a node while its children are visited.
+  // What is known of an element around, or of the document, while its children are visited.
   struct Level {
+    NodeIndex node = document_index;
+    NodeIndex end = 0;           // of its subtree
     Slots self = 0;              // the slots of the node, when the walk goes forward
     Slots above = 0;             // those, and those of all nodes above
     Slots below = 0;             // of all nodes below that were visited, when it goes backward
@@ -41,21 +47,26 @@ class Walker {
   // For each combinator, the slots of the nodes that it leads to.
   using Links = std::array<Slots, 5>;
 
-  bool visit_level(Here& here, Slots& slots);
-  void make_level(std::size_t depth);
-  Links links(std::size_t depth) const;
+  bool visit_level(Here& here);
+  void go_to(NodeIndex node);
+  void go_back_to(NodeIndex node);
+  Level take_own_level(NodeIndex node);
+  void push_level(NodeIndex node);
+  void pop_level();
+  Links links(const Level& own) const;
   bool follows(const Step& step, const Links& links) const;
   bool holds(const Step& step, const Here& here, const Links& links);
   bool is_output(const Here& here, const Links& links);
   void leave_forward(const Here& here);
-  void leave_backward(const Here& here);
-  void clear_counts(std::size_t depth);
+  void leave_backward(const Here& here, const Level& own);
 
   const Program& program_;
+  const Tree& tree_;
   Matcher& matcher_;
+  std::vector<Slots>& kept_;
   const std::vector<Step>& steps_;
   bool is_backward_, is_last_, keeps_levels_;
-  std::vector<Level> levels_;
+  std::vector<Level> levels_;          // from the document down to the parent of the node
   std::vector<std::uint32_t> counts_;  // of each level, one for each counter
 };
 

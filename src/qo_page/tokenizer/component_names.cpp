@@ -6,21 +6,32 @@
 
 namespace qo {
 
+namespace {
+
+bool is_small(char c) {
+  return is_letter(c) && lower(c) == c;
+}
+
+}  // namespace
+
 bool may_name_component(std::string_view name) {
-  const auto is_small = [](char c) { return is_letter(c) && lower(c) == c; };
-  return !name.empty() && lower(name[0]) != name[0] &&
-         std::any_of(name.begin(), name.end(), is_small) && find_tag(name) != Tag::unknown;
+  const bool has_capital = !name.empty() && lower(name[0]) != name[0];
+  if (!has_capital || find_tag(name) == Tag::unknown) return false;
+  return name.size() == 1 || std::any_of(name.begin(), name.end(), is_small);
 }
 
 ComponentNames::ComponentNames(std::string_view source) {
   for (std::size_t at = source.find("</"); at != source.npos; at = source.find("</", at + 2)) {
     const std::string_view name = first_word(source.substr(at + 2, 16));
     if (may_name_component(name)) ended_.insert(name);
+    has_capitals_ =
+        has_capitals_ || (name.size() > 1 && std::none_of(name.begin(), name.end(), is_small));
   }
 }
 
 Tag ComponentNames::tag_of(std::string_view name) const {
-  return ended_.count(name) == 0 ? find_tag(name) : Tag::unknown;
+  const bool is_component = ended_.count(name) != 0 && !(name.size() == 1 && has_capitals_);
+  return is_component ? Tag::unknown : find_tag(name);
 }
 
 }  // namespace qo

@@ -10,7 +10,7 @@
 
 namespace qo {
 
-// Whether a name of HTML has both a capital at its start and small letters.
+// Whether a name of HTML begins with a capital and has small letters, or has no other letter.
 bool may_name_component(std::string_view name);
 
 class ComponentNames {
@@ -24,6 +24,7 @@ class ComponentNames {
 
  private:
   std::unordered_set<std::string_view> ended_;
+  bool has_capitals_ = false;  // the page has end tags in capitals: a single one is no component
 };
 
 }  // namespace qo

@@ -37,7 +37,7 @@ std::size_t next_angle(std::string_view source, std::size_t from, std::size_t li
 // Gives the end tag of the outer one, or `limit`.
 std::size_t end_in_comment(std::string_view source, std::size_t begin, std::size_t limit,
                            CodeScanner& code) {
-  const std::string_view name = name_of(Tag::script_);
+  constexpr std::string_view name = "script";
   bool in_inner = false;
   std::size_t at = begin;
   while ((at = next_angle(source, at, limit, code)) < limit) {
@@ -54,7 +54,7 @@ std::size_t end_in_comment(std::string_view source, std::size_t begin, std::size
 
 std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& code,
                        Finder& comment_ends) {
-  const std::string_view name = name_of(Tag::script_);
+  constexpr std::string_view name = "script";
   std::size_t at = begin;
   while ((at = next_angle(source, at, source.size(), code)) < source.size()) {
     if (is_end_tag(source, at, name)) return at;
@@ -72,13 +72,13 @@ std::size_t script_end(std::string_view source, std::size_t begin, CodeScanner& 
 
 }  // namespace
 
-std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name, CodeScanner& code,
-                            Finder& comment_end) {
-  if (name == Tag::plaintext_) return source.size();
-  if (name == Tag::script_) return script_end(source, begin, code, comment_end);
+std::size_t raw_content_end(std::string_view source, std::size_t begin, const RawElement& element,
+                            CodeScanner& code, Finder& comment_end) {
+  if (element.is_plaintext) return source.size();
+  if (element.is_script) return script_end(source, begin, code, comment_end);
   std::size_t at = begin;
   while ((at = next_angle(source, at, source.size(), code)) < source.size()) {
-    if (is_end_tag(source, at, name_of(name))) return at;
+    if (is_end_tag(source, at, element.name)) return at;
     ++at;
   }
   return source.size();

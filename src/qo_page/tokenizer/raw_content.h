@@ -7,15 +7,21 @@
 #include <string_view>
 
 #include <qo_page/base/finder.h>
-#include <qo_page/base/tags.h>
 #include <qo_page/template/template_code.h>
 
 namespace qo {
 
-// Where the content from `begin` on of an element of that name ends: at the "<" of its end tag, or
-// with the source. `comment_end` finds "-->".
-std::size_t raw_content_end(std::string_view source, std::size_t begin, Tag name, CodeScanner& code,
-                            Finder& comment_end);
+// An element whose content is no markup.
+struct RawElement {
+  std::string_view name;
+  bool is_script = false;     // its comments may hold whole scripts
+  bool is_plaintext = false;  // it never ends
+};
+
+// Where the content from `begin` on ends: at the "<" of the element's end tag, or with the source.
+// `comment_end` finds "-->".
+std::size_t raw_content_end(std::string_view source, std::size_t begin, const RawElement& element,
+                            CodeScanner& code, Finder& comment_end);
 
 }  // namespace qo
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/tokenizer/raw_content.h>
 #include <qo_page/tokenizer/tag_reader.h>
 
 namespace qo {
@@ -18,7 +17,7 @@ bool Tokenizer::next(Token& token) {
   if (position_ >= source_.size()) return false;
   token.extent = {position_, position_};
   token.is_cut_off = false;
-  const bool is_text = raw_ == Tag::unknown ? front_matter(token) : raw_content(token);
+  const bool is_text = raw_.name.empty() ? front_matter(token) : raw_content(token);
   if (!is_text) {
     if (markup(token) == Markup::none) text(token);
   }
@@ -29,7 +28,7 @@ bool Tokenizer::next(Token& token) {
 // The content of an element that has no markup, as a text; false when it is empty.
 bool Tokenizer::raw_content(Token& token) {
   const std::size_t end = raw_content_end(source_, position_, raw_, code_, comment_end_);
-  raw_ = Tag::unknown;
+  raw_ = RawElement();
   if (end == position_) return false;
   token.kind = TokenKind::text;
   token.extent.end = end;

@@ -12,6 +12,7 @@
 #include <qo_page/base/tags.h>
 #include <qo_page/range.h>
 #include <qo_page/template/template_code.h>
+#include <qo_page/tokenizer/raw_content.h>
 
 namespace qo {
 
@@ -57,8 +58,8 @@ class Tokenizer {
   // Reads the next token; false at the end of the source.
   bool next(Token& token);
 
-  // After a start tag of that name: its content is not markup.
-  void begin_raw_content(Tag name) { raw_ = name; }
+  // After the start tag of such an element.
+  void begin_raw_content(const RawElement& element) { raw_ = element; }
 
   // Whether <![CDATA[ begins a section, or a comment.
   void allow_cdata(bool allowed) { cdata_ = allowed; }
@@ -89,7 +90,7 @@ class Tokenizer {
   Reader reader_;
   Finder comment_end_{"-->"};
   std::size_t position_ = 0;
-  Tag raw_ = Tag::unknown;
+  RawElement raw_;  // whose content comes next; without a name: none
   bool cdata_ = false;
 };
 

@@ -105,7 +105,9 @@ void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
   }
   open(token, type);
   tree_.has_odd_tags = tree_.has_odd_tags || token.self_closing;
-  if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) tokenizer_.begin_raw_content(tag);
+  if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) {
+    tokenizer_.begin_raw_content({type.name, tag == Tag::script_, tag == Tag::plaintext_});
+  }
 }
 
 // What a browser only takes attributes from, or nothing at all: a second html, head or body, a form

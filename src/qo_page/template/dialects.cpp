@@ -1,0 +1,181 @@
+// The table of dialects, and how a file's own is found.
+
+#include <iterator>
+
+#include <qo_page/base/words.h>
+#include <qo_page/template/dialect.h>
+
+namespace qo {
+
+namespace {
+
+using namespace code_places;
+
+// A component's file: elements nest as they are written, and "/>" ends each.
+constexpr Dialect component(std::string_view name, std::string_view endings) {
+  Dialect row{name, endings, ""};
+  row.self_closing = SelfClosing::all;
+  row.has_case = true;
+  row.has_known_marks = false;
+  row.is_exact = true;
+  return row;
+}
+
+constexpr Dialect vue = [] {
+  Dialect row = component("vue", "vue");
+  row.is_strict = true;
+  row.has_raw_blocks = true;
+  row.marks[0] = {"{{", "}}", text, CodeUse::output};
+  return row;
+}();
+
+constexpr Dialect angular = [] {
+  Dialect row = component("angular", "component.html ng.html");
+  row.self_closing = SelfClosing::custom;
+  row.marks[0] = {"{{", "}}", text, CodeUse::output, escaped_strings};
+  row.words = {'@',
+               text,
+               false,
+               true,
+               "if else for empty switch case default defer placeholder loading error",
+               javascript};
+  return row;
+}();
+
+constexpr Dialect svelte = [] {
+  Dialect row = component("svelte", "svelte");
+  row.marks[0] = {"{", "}", not_raw, CodeUse::words, javascript};
+  return row;
+}();
+
+constexpr Dialect astro = [] {
+  Dialect row = component("astro", "astro");
+  row.has_front_matter = true;
+  row.quotes_keep_code = false;
+  row.marks[0] = {"{", "}", tag | unquoted, CodeUse::output, javascript};
+  return row;
+}();
+
+constexpr Dialect xml = [] {
+  Dialect row{"xml", "xml xsl xslt svg", ""};
+  row.self_closing = SelfClosing::all;
+  row.has_case = true;
+  row.is_strict = true;
+  row.is_xml = true;
+  return row;
+}();
+
+// Browsers read it as HTML, but for the elements that its authors close.
+constexpr Dialect xhtml = [] {
+  Dialect row{"xhtml", "xhtml xht", "<?xml"};
+  row.self_closing = SelfClosing::all;
+  return row;
+}();
+
+constexpr Dialect plain = [] {
+  Dialect row{"plain", "", ""};
+  row.has_known_marks = false;
+  return row;
+}();
+
+// One more mark beside those that all pages are looked through for.
+constexpr Dialect with_mark(std::string_view name, std::string_view endings, CodeMark mark) {
+  Dialect row{name, endings, ""};
+  row.marks[0] = mark;
+  return row;
+}
+
+// Marks of a language alone.
+constexpr Dialect with_only(std::string_view name, std::string_view endings, CodeMark first,
+                            CodeMark second = {}, CodeMark third = {}, CodeMark fourth = {}) {
+  Dialect row{name, endings, ""};
+  row.has_known_marks = false;
+  row.marks[0] = first;
+  row.marks[1] = second;
+  row.marks[2] = third;
+  row.marks[3] = fourth;
+  return row;
+}
+
+constexpr Dialect dialects[] = {
+    {"html", "html htm", ""},
+    plain,
+    vue,
+    angular,
+    svelte,
+    astro,
+    xhtml,
+    xml,
+    {"php", "php phtml php5 inc", ""},
+    {"erb", "erb rhtml", ""},
+    {"ejs", "ejs", ""},
+    {"asp", "asp", ""},
+    {"aspx", "aspx ascx master", ""},
+    {"django", "djhtml", ""},
+    {"jinja", "jinja jinja2 j2", ""},
+    {"twig", "twig", ""},
+    {"nunjucks", "njk nunjucks", ""},
+    {"liquid", "liquid", ""},
+    {"handlebars", "hbs handlebars", ""},
+    {"mustache", "mustache", ""},
+    {"go", "tmpl gohtml", ""},
+    with_mark("tt", "tt tt2", {"[%", "%]", anywhere, CodeUse::words}),
+    with_only("smarty", "tpl", {"{*", "*}", anywhere, CodeUse::silent},
+              {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f"},
+              {"<?php", "?>", anywhere, CodeUse::words}),
+    with_only("latte", "latte", {"{*", "*}", anywhere, CodeUse::silent},
+              {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f\"'"}),
+};
+
+bool has_word(std::string_view words, std::string_view wanted) {
+  while (!words.empty()) {
+    const std::size_t end = words.find(' ');
+    if (words.substr(0, end) == wanted) return true;
+    words.remove_prefix(end == words.npos ? words.size() : end + 1);
+  }
+  return false;
+}
+
+// The longest ending that a row has counts: "component.html" before "html".
+const Dialect* find_by_ending(std::string_view path) {
+  const std::size_t slash = path.find_last_of('/');
+  std::string_view name = slash == path.npos ? path : path.substr(slash + 1);
+  for (std::size_t dot; (dot = name.find('.')) != name.npos;) {
+    name.remove_prefix(dot + 1);
+    for (const Dialect& row : dialects) {
+      if (has_word(row.endings, name)) return &row;
+    }
+  }
+  return nullptr;
+}
+
+const Dialect* find_by_start(std::string_view source) {
+  if (begins_with(source, "\xEF\xBB\xBF")) source.remove_prefix(3);
+  for (const Dialect& row : dialects) {
+    if (!row.starts.empty() && begins_with(source, row.starts)) return &row;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+const Dialect* find_dialect(std::string_view name) {
+  for (const Dialect& row : dialects) {
+    if (row.name == name) return &row;
+  }
+  return nullptr;
+}
+
+const Dialect& dialect_of_file(std::string_view path, std::string_view source) {
+  const Dialect* const by_ending = find_by_ending(path);
+  const bool is_open = by_ending == nullptr || by_ending == &dialects[0];
+  const Dialect* const by_start = is_open ? find_by_start(source) : nullptr;
+  if (by_start != nullptr) return *by_start;
+  return by_ending == nullptr ? dialects[0] : *by_ending;
+}
+
+Dialects all_dialects() {
+  return {std::begin(dialects), std::end(dialects)};
+}
+
+}  // namespace qo
