@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check fuzz bench pages compare docs package format clean
+.PHONY: demo test check fuzz bench pages templates compare docs package format clean
 
 # How long each fuzz target runs.
 FUZZ_SECONDS ?= 60
@@ -52,13 +52,21 @@ pages:
 	scripts/install_packages.sh bench
 	scripts/fetch_pages.py build/pages
 
-# Trees beside parse5's, selectors beside Chromium's and cheerio's, on real pages.
-compare: pages build/dev/configured
+# Templates of languages that have a compiler, in build/templates.
+templates:
 	scripts/install_packages.sh compare
-	npm install --silent --prefix build/compare parse5 cheerio
+	scripts/fetch_templates.py build/templates
+
+# Trees beside parse5's, selectors beside Chromium's and cheerio's, on real pages; edits of templates beside what
+# their compilers read.
+compare: pages templates build/dev/configured
+	scripts/install_packages.sh compare
+	npm install --silent --prefix build/compare parse5 cheerio \
+	  svelte @vue/compiler-sfc @angular/compiler @astrojs/compiler @babel/parser nunjucks handlebars ejs twig php-parser
 	cmake --build build/dev -j $(JOBS)
 	scripts/compare_trees.mjs build/pages/documentation
 	scripts/compare_selectors.mjs build/pages/documentation
+	scripts/compare_edits.mjs build/templates
 
 # The API reference, in build/docs/html.
 docs:

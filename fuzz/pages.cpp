@@ -5,6 +5,7 @@
 #include <qo_page/decode.h>
 #include <qo_page/edits.h>
 #include <qo_page/page.h>
+#include <qo_page/template/code_blocks.h>
 #include <qo_page/tokenizer/tokenizer.h>
 
 #include <qo_html/qo_html_walk.h>
@@ -185,12 +186,22 @@ void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operati
   }
 }
 
+// No edit leaves a half of a block, unless it brings pieces of code in itself.
+void check_blocks(const qo::Page& page, const qo::Operation& operation, const std::string& after) {
+  const bool brings_code = operation.value.find_first_of("{<&") != std::string::npos;
+  if (!page.options().templates || brings_code || operation.substitution) return;
+  require(
+      qo::CodeBlocks(after).unmatched_count() <= qo::CodeBlocks(page.source()).unmatched_count(),
+      "halves of blocks");
+}
+
 void check_edit(const qo::Page& page, _qo_html* node, const qo::Operation& operation) {
   try {
     qo::Edits edits(page);
     edits.add(node, {operation});
     const qo::EditedSource edited = edits.apply();
     check_changes(page.source(), edited);
+    check_blocks(page, operation, edited.source);
     check_asked(page, node, operation, qo::Page(edited.source, page.options()));
   } catch (const qo::Error& error) {
     require(error.offset() <= page.source().size(), "place of an error");

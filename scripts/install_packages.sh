@@ -5,7 +5,7 @@ set -eu
 
 build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev libmimalloc-dev libpcre2-dev make binutils pkgconf python3-minimal scdoc libpython3-stdlib"
 check="chromium clang clang-format git libclang-rt-dev"
-compare="chromium"
+compare="chromium python3"
 command -v npm > /dev/null || compare="$compare nodejs npm"  # Node.js may have come from elsewhere
 docs="doxygen"
 package="dpkg-dev file"

@@ -55,6 +55,23 @@ TEST(CodeBlocks, AreJoinedByTheRulesOfTheirLanguage) {
       {"<% if (a) { %><% } else if (b) { %><% } %><%# } %><%-- { --%>", "012"},
       {"<%= link begin %><% if (a) { %><% } %><% end %>", "12 03"},
       {"<?lsmb IF a ?><?lsmb ELSE ?><?lsmb END ?>", "012!"},
+      {"<% For Each a In b %><% If c Then d %><% Exit For %><% Next %>", "01*"},
+      {"<% if a then %><% If b Then %><% End If %><% else %><% end if %>", "12 034!"},
+      {"<% do while a %><% loop %><% Select Case a %><% Case Else %><% End Select %>", "01* 234!"},
+      {"<% a.each do |b| %><% next if b %><% next %><% loop do %><% end %><% end %>", "23* 04*"},
+      {"<% if (/[{\\/]/.test(a / b)) { %><% } %>", "01"},
+      // Marks that are plain text to the reader.
+      {"{if $a}{include b}{else}{/if} {b} {/c}", "023!"},
+      {"{#each a as b}{:else if c}{:else}{/each}", "0123*!"},
+      {"a { color: red } {x} {y", ""},
+      {"@if ($a)\n @guest\n@endguest\n@else @section('b', c)@endif a@if.b", "12 035!"},
+      {" * @code\n * @endcode @media (a) {}", ""},
+      {"#foreach ($a in $b)#if($c)#else#{end}#set($d = 1)#end #if (X) a.html#end", "123! 04*"},
+      {"<#list a as b><@c d/><@e></@><#else></#list></#if>", "12 034!"},
+      {"[% FOREACH a IN b %][% c IF d %][% IF e; f; END %][% END %]%][%|g%][%END%]", "02* 34"},
+      {"<!-- IF a -->{B}<!-- ELSE --><!-- BEGIN c --><!-- END c --><!-- ENDIF -->", "23* 014!"},
+      {"<!-- IF a --><!-- ENDIF --><!-- BEGIN c --><!-- END c -->", ""},
+      {"<c:if a='b > c'><c:out d/></c:if><TMPL_IF a><TMPL_ELSE></TMPL_IF>", "01 234!"},
       // Brackets of several kinds do not see each other.
       {"<% if a %>{{#a}}{% if b %}<% end %>{{/a}}{% endif %}", "03 14 25"},
   };
@@ -73,7 +90,8 @@ TEST(CodeBlocks, AreCutByRangesThatHoldAPart) {
       ASSERT_EQ(cut.has_value(), is_cut) << from << ' ' << to;
       if (!cut) continue;
       EXPECT_TRUE(cut->within.begin >= from && cut->within.begin < to);
-      EXPECT_TRUE(cut->outside.begin < from || cut->outside.begin >= to);
+      ASSERT_TRUE(cut->outside);
+      EXPECT_TRUE(cut->outside->begin < from || cut->outside->begin >= to);
     }
   }
 }

@@ -3,22 +3,17 @@
 #include <qo_page/edits.h>
 
 #include <gtest/gtest.h>
-#include <qo_html/qo_html_walk.h>
-
-#include "test_host.h"
 
 namespace {
 
 using Kind = qo::Operation::Kind;
 
 // The first node that starts with `start` in the source.
-_qo_html* find(const qo::Page& page, const std::string& start) {
-  TreeWalk walk(page.document());
-  walk.next();
-  while (_qo_html* node = walk.next()) {
-    if (page.html(node).substr(0, start.size()) == start) return node;
+qo::Node find(const qo::Page& page, const std::string& start) {
+  for (const qo::Node node : page.document().descendants()) {
+    if (node.html().substr(0, start.size()) == start) return node;
   }
-  return nullptr;
+  return qo::Node();
 }
 
 // The new source, or the offset and text of the error.
@@ -233,7 +228,7 @@ TEST(Edits, TellTheirChanges) {
   const qo::Page page("<p class=\"a b\">c</p>");
   qo::Edits edits(page);
   EXPECT_TRUE(edits.apply().changes.empty());
-  _qo_html* const p = find(page, "<p");
+  const qo::Node p = find(page, "<p");
   edits.add(p, {{Kind::add_class, "", "a"}, {Kind::set_text, "", "c"}, {Kind::remove_attribute, "id", ""}});
   EXPECT_TRUE(edits.apply().changes.empty());
   edits.add(p, {{Kind::remove_class, "", "a"}, {Kind::append, "", "d"}});

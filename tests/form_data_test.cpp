@@ -3,9 +3,6 @@
 #include <qo_page/form_data.h>
 
 #include <gtest/gtest.h>
-#include <qo_page/selector.h>
-
-#include "test_host.h"
 
 namespace {
 
@@ -20,7 +17,7 @@ std::string shown(const std::vector<qo::FormEntry>& entries) {
 std::string sent(const std::string& html, const std::string& selector = "form",
                  std::optional<std::string_view> submitter = std::nullopt) {
   const qo::Page page(html);
-  return shown(qo::FormControls(page).entries(page.select(qo::Selector(selector)).at(0), submitter));
+  return shown(qo::FormControls(page).entries(page.first(selector), submitter));
 }
 
 struct Row {
@@ -43,6 +40,9 @@ TEST(FormData, HasTheControlsOfTheForm) {
       {"<form id='&amp;'><input name=a form></form><input form=& name=b><input form=F name=c>", "b="},
       {"<b id=f></b><form id=f></form><input form=f name=a>", ""},
       {"<form id=f></form><template><input form=f name=a></template>", ""},
+      {"<form id=-1></form><input form=-1 name=a><form id='&#45;1'><input form='&#45;1' name=b>", "a=,b="},
+      // What is in a template is in no form outside it.
+      {"<form id=f><template><form><input name=a></form><input form=f name=b></template><input name=c></form>", "c="},
       // Disabled ones and those of a list.
       {"<form><input name=a disabled=false><input name=b readonly><datalist><input name=c></datalist>", "b="},
       {"<form><fieldset disabled><p><legend><input name=a></legend></p><legend><input name=b><input disabled name=c>"
@@ -54,6 +54,7 @@ TEST(FormData, HasTheControlsOfTheForm) {
       {"<FORM><INPUT NAME=a VALUE=1><Select Name=b><OPTION>2</Select><TEXTAREA NAME=c>3</TEXTAREA>", "a=1,b=2,c=3"},
   };
   for (const Row& row : rows) EXPECT_EQ(sent(row.html), row.sent) << row.html;
+  EXPECT_EQ(sent("<form><template><form><input name=a></form><input name=b></template></form>", "template form"), "a=");
   EXPECT_EQ(sent("<template><form></template><form><input name=a></form>", "template + form"), "a=");
   EXPECT_EQ(sent("<table><form></table></form><form id=f><input name=a></form>", "#f"), "a=");
   EXPECT_EQ(sent("<template><b id=f></b></template><input name=a form=f><form id=f></form>"), "a=");
@@ -71,6 +72,8 @@ TEST(FormData, HasTheCheckedTheSelectedAndThePressed) {
        "a=2,A=on"},
       {"<form><input type=radio name=a value=1 checked><input type=radio name=a checked disabled></form>", ""},
       {"<form><input type=radio name=a checked></form><form><input type=radio name=a checked></form>", "a=on"},
+      {"<form><input type=radio name=a value=1 checked><template><input type=radio name=a checked></template></form>",
+       "a=1"},
       // The option that a select shows.
       {"<form><select name=a><option disabled>1<optgroup disabled><option>2</optgroup><option>3<option>4", "a=3"},
       {"<form><select name=a><option selected>1<option selected>2<option>3", "a=2"},
@@ -104,7 +107,7 @@ TEST(FormData, HasTheCheckedTheSelectedAndThePressed) {
   const qo::Page page(form);
   for (const auto& row : pressed) {
     EXPECT_EQ(sent(form, "form", row.submitter), row.sent) << row.submitter;
-    EXPECT_EQ(qo::FormControls(page).has_button(page.document()->children[0], row.submitter),
+    EXPECT_EQ(qo::FormControls(page).has_button(page.document().first_child(), row.submitter),
               std::string(row.sent) != "a=");
   }
 }
@@ -127,7 +130,7 @@ TEST(FormData, HasValuesAsABrowserReadsThem) {
   };
   for (const Row& row : rows) EXPECT_EQ(sent(row.html), row.sent) << row.html;
   const qo::Page plain("<form><input type=number name=a value='{{ x }}'>", qo::PageOptions{false});
-  EXPECT_EQ(shown(qo::FormControls(plain).entries(plain.document()->children[0])), "a=");
+  EXPECT_EQ(shown(qo::FormControls(plain).entries(plain.document().first_child())), "a=");
 }
 
 TEST(FormData, SanitizesValuesByType) {

@@ -1,16 +1,40 @@
 // Pages: tokens, trees, extents, texts. docs/pages.md holds the plain cases.
 
 #include <qo_page/page.h>
+#include <qo_page/template/code_steps.h>
 
+#include <algorithm>
+#include <cctype>
 #include <fstream>
+#include <functional>
+#include <unordered_set>
 
 #include <gtest/gtest.h>
+#include <qo_page/selector.h>
 #include <qo_page/template/template_code.h>
 
 #include "doc_rows.h"
-#include "test_host.h"
+#include "page_dump.h"
 
 namespace {
+
+// What is wrong with the links of the nodes; empty when nothing is.
+std::string broken_links(const qo::Page& page) {
+  std::size_t count = 1;
+  for (std::size_t i = 0; i < page.node_count(); ++i) {
+    const qo::Node node = page.node_at(i);
+    qo::Node previous;
+    for (const qo::Node child : node.children()) {
+      ++count;
+      if (child.parent() != node) return "parent of " + label(child);
+      if (child.previous_sibling() != previous) return "previous_sibling of " + label(child);
+      if (previous && previous.next_sibling() != child) return "next_sibling of " + label(previous);
+      previous = child;
+    }
+    if (previous && previous.next_sibling()) return "next_sibling of " + label(previous);
+  }
+  return count == page.node_count() ? "" : "nodes that are no children";
+}
 
 TEST(Page, DoesWhatTheDocumentationSays) {
   std::ifstream file(QO_HTML_DOCS_DIR "/pages.md");
@@ -21,15 +45,22 @@ TEST(Page, DoesWhatTheDocumentationSays) {
     ++rows;
     const qo::Page page(unescaped(row[0]));
     EXPECT_EQ(dump(page.document()), row[1]) << row[0];
-    EXPECT_EQ(broken_links(page.document()), "") << row[0];
+    EXPECT_EQ(broken_links(page), "") << row[0];
   }
   EXPECT_GT(rows, 60);
 }
 
-_qo_html* find(_qo_html* below, const std::string& tag) {
-  std::vector<_qo_html*> found;
-  below->getElementsByTagName(tag, found, nullptr);
-  return found.empty() ? nullptr : found[0];
+qo::Node find(const qo::Page& page, std::string_view name) {
+  const auto nodes = page.document().descendants();
+  const auto found = std::find_if(nodes.begin(), nodes.end(), [&](qo::Node node) { return node.name() == name; });
+  return found == nodes.end() ? qo::Node() : *found;
+}
+
+qo::Node first_child(const qo::Page& page) { return page.document().first_child(); }
+
+// "!--": the first comment.
+qo::Node node_of(const qo::Page& page, const std::string& tag) {
+  return tag == "!--" ? page.first(":comment") : find(page, tag);
 }
 
 TEST(Page, TellsWhereNodesAre) {
@@ -54,16 +85,16 @@ TEST(Page, TellsWhereNodesAre) {
   };
   for (const auto& test : cases) {
     const qo::Page page(test.source);
-    const qo::Extent found = page.extent(find(page.document(), test.tag));
+    const qo::Extent found = node_of(page, test.tag).extent();
     EXPECT_EQ(found.begin, test.extent.begin) << test.source;
     EXPECT_EQ(found.content_begin, test.extent.content_begin) << test.source;
     EXPECT_EQ(found.content_end, test.extent.content_end) << test.source;
     EXPECT_EQ(found.end, test.extent.end) << test.source;
   }
   const qo::Page page("x<p a>y</p>");
-  EXPECT_EQ(page.html(page.document()->children[1]), "<p a>y</p>");
-  EXPECT_EQ(page.inner_html(page.document()->children[1]), "y");
-  EXPECT_EQ(page.html(page.document()), page.source());
+  EXPECT_EQ(find(page, "p").html(), "<p a>y</p>");
+  EXPECT_EQ(find(page, "p").inner_html(), "y");
+  EXPECT_EQ(page.document().html(), page.source());
 }
 
 TEST(Page, GivesTextsAsUsersSeeThem) {
@@ -87,16 +118,23 @@ TEST(Page, GivesTextsAsUsersSeeThem) {
   };
   for (const auto& test : cases) {
     const qo::Page page(test.source);
-    _qo_html* const node = page.document()->children[0];
-    EXPECT_EQ(page.text(node), test.text) << test.source;
-    EXPECT_EQ(page.text(node, qo::TextForm::written), test.written) << test.source;
+    const qo::Node node = first_child(page);
+    EXPECT_EQ(node.text(), test.text) << test.source;
+    EXPECT_EQ(node.text(qo::TextForm::written), test.written) << test.source;
   }
   const qo::Page page("<a HREF='?a&lt=1&amp;b' b>");
-  _qo_html* const a = page.document()->children[0];
-  EXPECT_EQ(page.attribute(a, "href"), "?a&lt=1&b");
-  EXPECT_EQ(page.attribute(a, "href", qo::TextForm::written), "?a&lt=1&amp;b");
-  EXPECT_EQ(page.attribute(a, "b"), "");
-  EXPECT_EQ(page.attribute(a, "c"), std::nullopt);
+  const qo::Node a = first_child(page);
+  EXPECT_EQ(a.attribute("href"), "?a&lt=1&b");
+  EXPECT_EQ(a.attribute("href", qo::TextForm::written), "?a&lt=1&amp;b");
+  EXPECT_EQ(a.attribute("b"), "");
+  EXPECT_EQ(a.attribute("c"), std::nullopt);
+}
+
+// As a name in a selector.
+std::string escaped(const std::string& name) {
+  std::string out;
+  for (const char c : name) out += std::string(std::isalnum(c) || c == '-' ? "" : "\\") + c;
+  return out;
 }
 
 TEST(Page, ReadsClassesAroundCode) {
@@ -125,7 +163,11 @@ TEST(Page, ReadsClassesAroundCode) {
   };
   for (const auto& test : cases) {
     const qo::Page page(std::string("<p class='") + test.value + "'>");
-    EXPECT_EQ(page.document()->children[0]->classes, test.classes) << test.value;
+    for (const char* name : {"a", "b", "c", "d", "b-c", "cd", "ab", "{{", "x"}) {
+      const bool is_class = std::count(test.classes.begin(), test.classes.end(), name) != 0;
+      EXPECT_EQ(!page.select(std::string(".") + escaped(name)).empty(), is_class) << test.value << " " << name;
+    }
+    for (const std::string& name : test.classes) EXPECT_TRUE(page.first("." + escaped(name))) << test.value;
   }
 }
 
@@ -183,7 +225,8 @@ TEST(Page, KnowsWhoseTablesEndAParagraph) {
   };
   for (const auto& [doctype, ends] : cases) {
     const qo::Page page(doctype + "<p><table>");
-    EXPECT_EQ(page.document()->children.size(), ends ? 3u : 2u) << doctype;
+    const auto children = page.document().children();
+    EXPECT_EQ(std::distance(children.begin(), children.end()), ends ? 3 : 2) << doctype;
   }
 }
 
@@ -222,6 +265,116 @@ TEST(Page, RefusesOnlyEncodingsBeyondAscii) {
         << test.source;
   }
   EXPECT_EQ(dump(qo::Page("<p>\0\xFF"s).document()), "p{'\0\xFF'}"s);
+}
+
+TEST(Node, OfNoPageHasNothing) {
+  const qo::Node none;
+  EXPECT_FALSE(none);
+  EXPECT_EQ(none, qo::Node());
+  const std::function<void()> calls[] = {
+      [&] { none.kind(); },       [&] { none.name(); },           [&] { none.extent(); },
+      [&] { none.html(); },       [&] { none.text(); },           [&] { none.parent(); },
+      [&] { none.children(); },   [&] { none.descendants(); },    [&] { none.previous_sibling(); },
+      [&] { none.attributes(); }, [&] { none.attribute("a"); },   [&] { qo::Selector("a").select(none); },
+      [&] { qo::Page("").closest(none, "a"); }, [&] { qo::Selector("a").matches(none); },
+  };
+  for (const auto& call : calls) EXPECT_THROW(call(), qo::Error);
+}
+
+TEST(Node, LivesAsLongAsItsPageWhereverThatIs) {
+  qo::Page page("<p>a</p>");
+  const qo::Node p = find(page, "p");
+  qo::Page moved = std::move(page);
+  EXPECT_EQ(p.text(), "a");
+  EXPECT_EQ(p, moved.first("p"));
+  EXPECT_EQ(moved.closest(p, "p"), p);
+  for (const std::function<void()>& call : std::vector<std::function<void()>>{
+           [&] { page.source(); }, [&] { page.document(); }, [&] { page.node_count(); }, [&] { page.select("p"); },
+           [&] { page.position_of(0); }, [&] { page.closest(p, "p"); }}) {
+    EXPECT_THROW(call(), qo::Error);
+  }
+  const qo::Page other("<p>a</p>");
+  EXPECT_THROW(other.closest(p, "p"), qo::Error);
+  EXPECT_NE(find(other, "p"), p);
+  EXPECT_NE(find(other, "p") < p, p < find(other, "p"));
+  page = qo::Page("<b>");
+  EXPECT_EQ(dump(page.document()), "b");
+}
+
+TEST(Node, IsOneOfAnOrderedRange) {
+  const qo::Page page("<ul><li>a<b>c</b><li><!--d--></ul><p>");
+  const qo::Node ul = find(page, "ul"), b = find(page, "b"), p = find(page, "p");
+  const auto names = [](auto range) {
+    std::string out;
+    for (const qo::Node node : range) out += (out.empty() ? "" : " ") + std::string(node.name());
+    return out;
+  };
+  EXPECT_EQ(names(ul.children()), "li li");
+  EXPECT_EQ(names(b.ancestors()), "li ul ");  // the document has no name
+  EXPECT_EQ(names(ul.descendants()), "li  b  li ");
+  EXPECT_TRUE(p.children().empty() && p.descendants().empty() && page.document().ancestors().empty());
+  EXPECT_EQ(b.children().begin()->kind(), qo::NodeKind::text);
+  EXPECT_EQ(p.previous_sibling(), ul);
+  EXPECT_EQ(b.previous_sibling().html(), "a");
+  EXPECT_FALSE(ul.previous_sibling());
+  EXPECT_FALSE(page.document().previous_sibling());
+  EXPECT_TRUE(page.document() < ul && ul < b && b <= b && p > b && p >= p);
+  std::unordered_set<qo::Node> set;
+  for (std::size_t i = 0; i < page.node_count(); ++i) {
+    EXPECT_EQ(page.node_at(i).index(), i);
+    set.insert(page.node_at(i));
+  }
+  EXPECT_EQ(set.size(), page.node_count());
+  EXPECT_EQ(set.count(ul), 1u);
+  EXPECT_EQ(set.count(find(qo::Page("<ul>"), "ul")), 0u);
+  EXPECT_THROW(page.node_at(page.node_count()), qo::Error);
+}
+
+TEST(Node, HasAllAttributesThatAreWritten) {
+  const qo::Page page("<p a=1 A='2' {% if x %}b=\"&amp;\"{% else %}b{% endif %} c = d><i>");
+  struct {
+    const char* name;
+    const char* value;
+    char quote;
+    const char* written;
+  } const expected[] = {{"a", "1", '\0', "a=1"},
+                        {"A", "2", '\'', "A='2'"},
+                        {"b", "&", '"', "b=\"&amp;\""},
+                        {"b", "", '\0', "b"},
+                        {"c", "d", '\0', "c = d"}};
+  const qo::Node p = find(page, "p");
+  ASSERT_EQ(p.attributes().size(), 5u);
+  const auto* row = expected;
+  for (const qo::Attribute attribute : p.attributes()) {
+    EXPECT_EQ(attribute.name(), row->name);
+    EXPECT_EQ(attribute.value(), row->value);
+    EXPECT_EQ(attribute.quote(), row->quote);
+    EXPECT_EQ(attribute.range().in(page.source()), row->written);
+    EXPECT_EQ(attribute.has_value(), std::string(row->written) != row->name);
+    ++row;
+  }
+  EXPECT_EQ(p.attribute("A"), "1");
+  EXPECT_TRUE(find(page, "i").attributes().empty() && page.document().attributes().empty());
+}
+
+// Longer than the numbers that records have for lengths.
+TEST(Node, MayHaveLongNamesAndValues) {
+  for (const std::size_t size : {254u, 255u, 256u, 65534u, 65535u, 65536u, 70000u}) {
+    const std::string x(size, 'x'), blanks(size, ' ');
+    const qo::Page page("<a" + x + " b" + x + blanks + "=" + blanks + "'" + x + "' c><!" + x + "><?" + x + " y?>");
+    const qo::Node node = first_child(page);
+    EXPECT_EQ(node.name(), "a" + x);
+    ASSERT_EQ(node.attributes().size(), 2u);
+    const qo::Attribute attribute = *node.attributes().begin();
+    EXPECT_EQ(attribute.name(), "b" + x);
+    EXPECT_EQ(attribute.value(), x);
+    EXPECT_EQ(attribute.quote(), '\'');
+    EXPECT_EQ(attribute.range().end, node.extent().content_begin - 3);
+    EXPECT_EQ(node.attribute("B" + x), x);
+    EXPECT_EQ(page.first("[b" + x + "]"), node);
+    EXPECT_EQ(page.first("A" + x + "[c]"), node);
+    EXPECT_EQ(find(page, "?" + x).kind(), qo::NodeKind::code);
+  }
 }
 
 TEST(Page, ReadsCodeAsTextWhenTold) {

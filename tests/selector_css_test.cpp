@@ -9,15 +9,15 @@
 #include <gtest/gtest.h>
 
 #include "doc_rows.h"
-#include "test_host.h"
 
 namespace {
 
 // The ids of the nodes, or their names where they have none.
-std::string shown(const qo::Page& page, const std::vector<_qo_html*>& nodes) {
+std::string shown(const std::vector<qo::Node>& nodes) {
   std::string out;
-  for (const _qo_html* node : nodes) {
-    const std::string name = node->isComment ? "*comment*" : page.attribute(node, "id").value_or(node->tag);
+  for (const qo::Node node : nodes) {
+    const bool is_comment = node.kind() == qo::NodeKind::comment;
+    const std::string name = is_comment ? "*comment*" : node.attribute("id").value_or(std::string(node.name()));
     out += (out.empty() ? "" : " ") + name;
   }
   return out.empty() ? "*nothing*" : out;
@@ -25,7 +25,7 @@ std::string shown(const qo::Page& page, const std::vector<_qo_html*>& nodes) {
 
 std::string found(const qo::Page& page, const std::string& selector) {
   try {
-    return shown(page, page.select(qo::Selector(selector)));
+    return shown(page.select(selector));
   } catch (const qo::SelectorError& error) {
     return "*" + std::string(error.what()) + "*";
   }
@@ -81,7 +81,7 @@ void expect_rows(const std::vector<Row>& rows) {
     EXPECT_EQ(found(page, row.selector), row.found) << row.selector << " in " << row.html;
     try {
       const qo::Selector selector(row.selector);
-      for (_qo_html* node : page.select(selector)) EXPECT_TRUE(selector.matches(node)) << row.selector;
+      for (const qo::Node node : page.select(selector)) EXPECT_TRUE(selector.matches(node)) << row.selector;
       EXPECT_FALSE(selector.matches(page.document()));
     } catch (const qo::SelectorError&) {
     }
@@ -165,14 +165,14 @@ TEST(CssSelector, FollowsCombinators) {
       {"* :root", "*nothing*"},
   };
   for (const auto& [selector, expected] : cases) EXPECT_EQ(found(page, selector), expected) << selector;
-  _qo_html* const second = page.select(qo::Selector("div + div")).at(0);
+  const qo::Node second = page.first("div + div");
   for (const auto& [selector, expected] :
        std::vector<std::pair<const char*, const char*>>{{"div b", "6"},
                                                         {":scope > p", "5"},
                                                         {".a ~ div > p", "5"},
                                                         {"div", "*nothing*"},
                                                         {"b:not(:has(i)):nth-last-child(2)", "6"}}) {
-    EXPECT_EQ(shown(page, qo::Selector(selector).select(second)), expected) << selector;
+    EXPECT_EQ(shown(qo::Selector(selector).select(second)), expected) << selector;
   }
 }
 

@@ -8,57 +8,49 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <unordered_map>
 
 #include <json/json.h>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <qo_page/base/ascii.h>
 #include <qo_page/selector.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/tree/node_access.h>
 
 namespace {
 
-using Positions = std::unordered_map<const _qo_html*, int>;
-
-Json::Value described(const qo::Page& page, const qo::Node& node) {
+Json::Value described(qo::Node node) {
   static const char* const kinds[] = {"document", "element", "text", "comment", "doctype", "cdata", "code"};
   static const char* const spaces[] = {"html", "svg", "math"};
   Json::Value out;
-  out["kind"] = kinds[static_cast<int>(node.kind)];
-  if (node.kind != qo::NodeKind::element) {
-    if (node.kind != qo::NodeKind::document) out["text"] = page.text(&node);
+  out["kind"] = kinds[static_cast<int>(node.kind())];
+  if (!node.is_element()) {
+    if (node.kind() != qo::NodeKind::document) out["text"] = node.text();
     return out;
   }
-  out["tag"] = qo::lower(node.tag);
-  out["space"] = spaces[static_cast<int>(node.space)];
+  out["tag"] = qo::lower(node.name());
+  out["space"] = spaces[static_cast<int>(qo::NodeAccess::record(node).space)];
   out["attrs"] = Json::objectValue;
-  for (const Attribute& attribute : node.attributes) {
-    const std::string name = qo::lower(attribute.name);
-    out["attrs"][name] = *page.attribute(&node, name);
+  for (const qo::Attribute attribute : node.attributes()) {
+    const std::string name = qo::lower(attribute.name());
+    out["attrs"][name] = *node.attribute(name);
   }
   return out;
 }
 
-// The texts of comments and CDATA sections go with these.
-Json::Value tree(const qo::Page& page, Positions& positions) {
+Json::Value tree(const qo::Page& page) {
   Json::Value out(Json::arrayValue);
-  TreeWalk walk(page.document());
-  while (const _qo_html* node = walk.next()) {
-    Json::Value described_node = described(page, *qo::as_node(node));
-    if (node->parent != nullptr) described_node["parent"] = positions.at(node->parent);
-    positions[node] = static_cast<int>(out.size());
+  for (std::size_t i = 0; i < page.node_count(); ++i) {
+    const qo::Node node = page.node_at(i);
+    Json::Value described_node = described(node);
+    if (i != 0) described_node["parent"] = static_cast<Json::UInt64>(node.parent().index());
     out.append(described_node);
-    if (node->isComment || node->isCdata) walk.skip_children();
   }
   return out;
 }
 
-Json::Value found(const qo::Page& page, const std::string& selector, const Positions& positions) {
+Json::Value found(const qo::Page& page, const std::string& selector) {
   Json::Value out(Json::arrayValue);
   try {
-    for (const _qo_html* node : page.select(qo::Selector(selector))) out.append(positions.at(node));
+    for (const qo::Node node : page.select(selector)) out.append(static_cast<Json::UInt64>(node.index()));
   } catch (const qo::SelectorError& error) {
     out = Json::objectValue;
     out["error"] = error.what();
@@ -74,9 +66,8 @@ int main(int, char** argv) {
   const qo::Page page(std::string(std::istreambuf_iterator<char>(file), {}));
   Json::StreamWriterBuilder writer;
   writer["indentation"] = "";
-  Positions positions;
-  std::cout << Json::writeString(writer, tree(page, positions)) << '\n';
+  std::cout << Json::writeString(writer, tree(page)) << '\n';
   for (std::string selector; std::getline(std::cin, selector);) {
-    std::cout << Json::writeString(writer, found(page, selector, positions)) << '\n';
+    std::cout << Json::writeString(writer, found(page, selector)) << '\n';
   }
 }

@@ -1,11 +1,9 @@
-// Substitutions in texts and values, and tables as grids.
+// Substitutions in texts and values.
 
 #include <gtest/gtest.h>
 #include <qo_page/edits.h>
 #include <qo_page/selector.h>
-#include <qo_page/tables.h>
 
-#include "test_host.h"
 
 namespace {
 
@@ -98,49 +96,6 @@ TEST(Substitution, IsRefusedOrBounded) {
   const qo::Page page("<p>");
   qo::Edits edits(page);
   EXPECT_THROW(edits.add(page.select(qo::Selector("p")), {{Kind::substitute_text, "", ""}}), qo::Error);
-}
-
-// Rows with "|" between cells and "/" after each.
-std::string grid(const std::string& source) {
-  const qo::Page page(source);
-  const qo::Table table(page.select(qo::Selector("table")).front());
-  std::string out = std::to_string(table.header_rows()) + ":";
-  for (std::size_t row = 0; row < table.rows(); ++row) {
-    for (std::size_t column = 0; column < table.columns(); ++column) out += table.text(row, column) + "|";
-    out += "/";
-  }
-  return out;
-}
-
-TEST(Table, IsTheGridOfTheStandard) {
-  struct {
-    const char* source;
-    const char* grid;
-  } const cases[] = {
-      {"<table>", "0:"},
-      {"<table><tr><tr><td>a", "0:|/a|/"},
-      {"<table><tr><th>a<th>b<tr><th>c<td>d</table>", "1:a|b|/c|d|/"},
-      {"<table><tr><th>a<td>b</table>", "0:a|b|/"},
-      {"<table><thead><tr><td>a<tr><td>b<tbody><tr><td>c</table>", "2:a|/b|/c|/"},
-      {"<table><tfoot><tr><td>f<tbody><tr><td>a</table>", "0:a|/f|/"},
-      {"<table><tr><td rowspan=2>a<td>b<tr><td>c<tr><td>d</table>", "0:a|b|/a|c|/d||/"},
-      {"<table><tr><td colspan=2>a<td>b<tr><td>c</table>", "0:a|a|b|/c|||/"},
-      {"<table><tr><td>a<td rowspan=3>b<tr><td colspan=3>c<tr><td>d</table>", "0:a|b||/c|b|c|/d|b||/"},
-      {"<table><tr><td rowspan=0>a<td>b<tr><td>c<tbody><tr><td>d</table>", "0:a|b|/a|c|/d||/"},
-      {"<table><tr><td rowspan=-1 colspan=' &#50;x'>a<td colspan=0>b", "0:a|a|b|/"},
-      {"<table><td>a<td>b<tr><td>c</table>", "0:a|b|/c||/"},
-      {"<table><caption>x<col><tr><td>a <p> b<table><tr><td>in</table> c</table>", "0:a b c|/"},
-      {"<TABLE><form><TR><TD>a</form></TABLE>", "0:a|/"},
-      {"<table>{% for x in y %}<tr><td>{{ x }}</td></tr>{% endfor %}</table>", "0:{{ x }}|/"},
-  };
-  for (const auto& test : cases) EXPECT_EQ(grid(test.source), test.grid) << test.source;
-  EXPECT_THROW(grid("<table><tr><td rowspan=0 colspan=1000>" + std::string(80000, ' ').replace(0, 0, "a") +
-                    [] {
-                      std::string rows;
-                      for (int i = 0; i < 20000; ++i) rows += "<tr><td>";
-                      return rows;
-                    }()),
-               qo::Error);
 }
 
 }  // namespace

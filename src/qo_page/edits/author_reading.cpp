@@ -34,11 +34,14 @@ AuthorReading::AuthorReading(const Tree& tree) : source_(tree.source) {
   std::sort(end_tags_.begin(), end_tags_.end());
 }
 
-void AuthorReading::start_tag(const Token& tag) {
+void AuthorReading::start_tag(const Token& tag, Tag holder) {
   const std::string_view name = tag.name.in(source_);
   const bool is_odd = !tag.open_bracket.empty();
   const bool is_closed = tag.self_closing && !has(find_tag(name), tag_flags::void_content);
-  if (is_odd || is_closed || may_name_component(name)) reasons_.push_back(tag.extent);
+  const bool would_end_holder =
+      (holder == Tag::head_ || holder == Tag::colgroup_) && may_be_component(find_tag(name));
+  const bool is_component = may_name_component(name) || would_end_holder;
+  if (is_odd || is_closed || is_component) reasons_.push_back(tag.extent);
   // The text after a tag whose bracket is never closed may be a part of it, too.
   const bool is_unclosed = tag.open_bracket.end <= tag.open_bracket.begin + 1;
   const std::size_t end = tag.extent.end + (is_unclosed ? 1 : 0);
@@ -67,7 +70,7 @@ std::string_view AuthorReading::reason_for(const Extent& extent) const {
       last_from(reasons_, extent.begin, [](const Range& tag) { return tag.begin; });
   if (reasons_.empty()) return std::string_view();
   const Range* const next = before == nullptr ? reasons_.data() : before + 1;
-  const bool is_inside = next != reasons_.data() + reasons_.size() && next->begin < extent.end;
+  const bool is_inside = next != reasons_.data() + reasons_.size() && next->begin <= extent.end;
   const bool is_own = before != nullptr && before->begin == extent.begin;
   if (is_inside && !is_own) return next->in(source_);
   return before == nullptr ? std::string_view() : before->in(source_);

@@ -36,7 +36,7 @@ class AuthorReading : private StartTagObserver {
   std::string_view reason_for(const Extent& extent) const;
 
  private:
-  void start_tag(const Token& tag) override;
+  void start_tag(const Token& tag, Tag holder) override;
 
   std::string_view source_;
   Tree tree_;

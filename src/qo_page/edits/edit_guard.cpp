@@ -153,18 +153,31 @@ void EditGuard::check_blocks(const NodeEdits& edits) {
                         (is_open && edits.find({Kind::append, Kind::insert_after}) != nullptr);
   const bool on_content = edits.find({Kind::set_text, Kind::set_html}) != nullptr;
   if (!on_whole && !on_content) return;
-  const std::string_view source = tree_.source;
-  if (!blocks_) blocks_.emplace(source);
-  std::optional<CodeBlocks::Cut> cut;
-  if (on_whole || node.kind == NodeKind::text) cut = blocks_->cut(extent.begin, extent.end);
-  if (!cut && on_content) cut = blocks_->cut(extent.content_begin, extent.content_end);
+  const std::string what = named(tree_, edits.node);
+  if (on_whole || node.kind == NodeKind::text) {
+    check_uncut({extent.begin, extent.end}, what, extent.begin);
+  }
+  if (on_content) check_uncut({extent.content_begin, extent.content_end}, what, extent.begin);
+}
+
+const CodeBlocks* EditGuard::blocks() {
+  if (!tree_.options.templates) return nullptr;
+  if (!blocks_) blocks_.emplace(tree_.source);
+  return &*blocks_;
+}
+
+void EditGuard::check_uncut(Range range, const std::string& what, std::size_t place) {
+  if (blocks() == nullptr) return;
+  const std::optional<Cut> cut = blocks_->cut(range.begin, range.end);
   if (!cut) return;
+  const std::string_view source = tree_.source;
   const auto code = [source](const CodePiece& piece) {
     return shortened(source.substr(piece.begin, piece.end - piece.begin));
   };
-  throw Error(code(cut->within) + " in " + named(tree_, edits.node) + " belongs to " +
-                  code(cut->outside) + " outside of it",
-              extent.begin);
+  throw Error(
+      code(cut->within) + " in " + what + " belongs to " +
+          (cut->outside ? code(*cut->outside) + " outside of it" : "a block of unknown kind"),
+      place);
 }
 
 void EditGuard::check_rename(const NodeEdits& edits) const {

@@ -4,6 +4,7 @@
 #define QO_PAGE_EDITS_EDIT_GUARD_H
 
 #include <optional>
+#include <string>
 
 #include <qo_page/edits/author_reading.h>
 #include <qo_page/edits/node_edits.h>
@@ -28,6 +29,12 @@ class EditGuard {
   // Whether the start tag stays as it is, and ends for the author where it does for a browser,
   // although its brackets look odd. To be asked after the check.
   bool keeps_odd_tag(const NodeEdits& edits) const;
+  // Throws Error when a block of template code is partly in that range of the page, which `what`
+  // tells of.
+  void check_uncut(Range range, const std::string& what, std::size_t place);
+
+  // Those of the page, read when they are first asked for; null when it has no template code.
+  const CodeBlocks* blocks();
 
  private:
   void check_place(const NodeEdits& edits);

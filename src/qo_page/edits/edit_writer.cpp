@@ -131,8 +131,10 @@ void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
   }
   if (edits.operations.size() > 1) return insert_until(begin + old_text.size(), text, true);
   for (const Splice& splice : splices) {
-    copy_until(begin + splice.begin);
-    insert_until(begin + splice.end, splice.text, true);
+    const Range range{begin + splice.begin, begin + splice.end};
+    guard_.check_uncut(range, "what is substituted", range.begin);
+    copy_until(range.begin);
+    insert_until(range.end, splice.text, true);
   }
 }
 
@@ -185,7 +187,7 @@ void EditWriter::write_start_tag(NodeIndex node, const NodeEdits& edits) {
     written_.gone.push_back({node, node + 1});
     return skip_until(record.content_begin);
   }
-  TagEdit tag(source_, record.begin, code_, budget_);
+  TagEdit tag(source_, record.begin, code_, guard_, budget_);
   for (const Operation* operation : edits.operations) tag.apply(*operation);
   replace_until(record.content_begin, tag.text());
 }

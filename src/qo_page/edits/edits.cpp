@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include <qo_page/edits/balance.h>
 #include <qo_page/edits/edit_check.h>
 #include <qo_page/edits/edit_writer.h>
 #include <qo_page/edits/encoding.h>
@@ -107,6 +108,7 @@ struct Edits::State {
       WrittenEdit written = writer.write();
       check_encoding(written, tree);
       const bool is_changed = !written.changes.empty();
+      if (is_changed) check_balance(written, tree);
       auto new_tree = std::make_unique<Tree>();
       new_tree->source = std::move(written.source);
       new_tree->options = tree.options;

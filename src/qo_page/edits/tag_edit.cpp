@@ -63,18 +63,16 @@ void check_joins_no_code(std::string_view value, const std::vector<Splice>& spli
 
 }  // namespace
 
-TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code,
+TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, EditGuard& guard,
                  PatternBudget& budget)
-    : source_(source), templates_(code.enabled()), budget_(budget) {
+    : source_(source), templates_(code.enabled()), guard_(guard), budget_(budget) {
   token_.extent.begin = begin;
   TagReader(source, code, token_).read(begin + 1);
   name_ = token_.name.in(source);
   const std::string_view tag = token_.extent.in(source);
-  const bool may_have_code = tag.find('{') != npos || tag.find('<', 1) != npos;
-  if (templates_ && (may_have_code || token_.may_be_odd)) {
-    blocks_.emplace(tag);
-    CodeScanner own_code(source, true);
-    attribute_code_.emplace(source, token_, *blocks_, own_code);
+  may_have_code_ = templates_ && tag.find_first_of("{<[@#", 1) != npos;
+  if (templates_ && (may_have_code_ || token_.may_be_odd)) {
+    attribute_code_.emplace(source, token_, CodeBlocks(tag), code.ahead());
   }
   check_attributes(source, token_, templates_);
   for (const AttributeToken& attribute : token_.attributes) {
@@ -135,12 +133,11 @@ TagEdit::Slot& TagEdit::find_or_add(std::string_view name) {
 
 // What holds in one branch of a block would not hold in the others.
 void TagEdit::check_is_always(const Slot& slot) const {
-  if (!blocks_ || slot.written == nullptr) return;
-  const std::size_t offset = slot.written->name.begin - token_.extent.begin;
-  const std::optional<CodePiece> branch = blocks_->branch_at(offset);
+  if (!may_have_code_ || slot.written == nullptr) return;
+  const std::optional<CodePiece> branch =
+      guard_.blocks()->branch_at(slot.written->name.begin, token_.extent.begin);
   if (!branch) return;
-  const std::string code(
-      source_.substr(token_.extent.begin + branch->begin, branch->end - branch->begin));
+  const std::string code(source_.substr(branch->begin, branch->end - branch->begin));
   throw Error("the attribute \"" + slot.name + "\" is there only under " + shortened(code),
               token_.extent.begin);
 }
@@ -328,7 +325,33 @@ std::size_t TagEdit::insertion_offset() const {
   return offset;
 }
 
+// Where the last attribute ends that changes; the end of the tag when one is added.
+std::size_t TagEdit::changes_end() const {
+  std::size_t end = token_.extent.begin;
+  for (const Slot& slot : slots_) {
+    if (slot.written == nullptr && !slot.is_removed) return token_.extent.end;
+    if (slot.is_changed || slot.is_removed) end = std::max(end, slot.written->end);
+  }
+  return end;
+}
+
+// After a part of a block that is in a value, or that the tag alone has no other half of, each
+// branch may see other attributes.
+void TagEdit::check_blocks() const {
+  const std::size_t begin = token_.extent.begin;
+  const std::size_t end = changes_end();
+  if (!may_have_code_ || end == begin) return;
+  for (const AttributeToken& attribute : token_.attributes) {
+    if (attribute.name.begin >= end) break;
+    guard_.check_uncut({attribute.name.begin, attribute.end},
+                       "the attribute \"" + std::string(attribute.name.in(source_)) + "\"", begin);
+  }
+  const bool is_cut = guard_.blocks()->cut(begin, token_.extent.end).has_value();
+  if (is_cut) guard_.check_uncut({begin, end}, "the tag <" + name_ + ">", begin);
+}
+
 std::string TagEdit::text() const {
+  check_blocks();
   std::string out("<");
   out += name_;
   std::size_t position = token_.name.end;

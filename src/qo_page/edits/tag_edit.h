@@ -11,7 +11,7 @@
 #include <qo_page/base/pattern.h>
 #include <qo_page/edits.h>
 #include <qo_page/edits/attribute_code.h>
-#include <qo_page/template/code_blocks.h>
+#include <qo_page/edits/edit_guard.h>
 #include <qo_page/text/class_tokens.h>
 #include <qo_page/tokenizer/tokenizer.h>
 
@@ -21,7 +21,8 @@ namespace qo {
 class TagEdit {
  public:
   // `begin`: where the tag is in the source.
-  TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, PatternBudget& budget);
+  TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, EditGuard& guard,
+          PatternBudget& budget);
 
   // An operation of any other kind changes nothing.
   void apply(const Operation& operation);
@@ -46,6 +47,8 @@ class TagEdit {
   void check_is_always(const Slot& slot) const;
   void check_is_first(std::string_view name, std::size_t offset) const;
   void check_is_no_code(const Slot& slot) const;
+  std::size_t changes_end() const;
+  void check_blocks() const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);
   void remove(std::string_view name);
@@ -67,12 +70,13 @@ class TagEdit {
 
   std::string_view source_;
   bool templates_;
+  EditGuard& guard_;
   PatternBudget& budget_;
   Token token_{};
   std::string name_;
-  char tag_quote_ = '"';                         // of the first attribute that has quotes
-  std::optional<CodeBlocks> blocks_;             // of the tag alone, if it has template code
-  std::optional<AttributeCode> attribute_code_;  // the same
+  char tag_quote_ = '"';  // of the first attribute that has quotes
+  bool may_have_code_;
+  std::optional<AttributeCode> attribute_code_;  // if it has
   std::vector<Slot> slots_;
 };
 

@@ -34,6 +34,10 @@ struct Field {
   Numbers all;  // of these, in document order
 };
 
+std::string counted(std::size_t number, const char* what) {
+  return std::to_string(number) + what + (number == 1 ? "" : "s");
+}
+
 class Filler {
  public:
   Filler(const ControlIndex& index, NodeIndex form) : index_(index), tree_(index.tree()) {
@@ -144,8 +148,8 @@ class Filler {
   // As many values as all of them send. Hidden inputs are set only where there are no others.
   void fill_all(const Field& field, const std::string& name, const Values& values) {
     if (field.all.size() != values.size()) {
-      fail(std::to_string(values.size()) + " values for " + std::to_string(field.all.size()) +
-               " controls of the name " + shortened(name),
+      fail(counted(values.size(), " value") + " for " + counted(field.all.size(), " control") +
+               " of the name " + shortened(name),
            index_[field.all[0]].node);
     }
     for (std::size_t i = 0; i < values.size(); ++i) {

@@ -1,6 +1,7 @@
 #include <qo_page/forms/form_text.h>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/template/code_steps.h>
 #include <qo_page/template/template_code.h>
 #include <qo_page/text/node_text.h>
 

@@ -1,10 +1,11 @@
 #include <qo_page/tables.h>
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include <qo_page/base/ascii.h>
-#include <qo_page/text/node_text.h>
+#include <qo_page/text/attribute_value.h>
 #include <qo_page/text/readable_text.h>
 #include <qo_page/tree/node_access.h>
 #include <qo_page/tree/tree_walk.h>
@@ -20,9 +21,8 @@ constexpr std::size_t all_rows = SIZE_MAX;  // to the end of the group
 // The number that an attribute begins with, after white space; 1 where there is none.
 std::size_t span(const Tree& tree, NodeIndex cell, std::string_view name, std::size_t most) {
   const AttributeRecord* const attribute = tree.find_attribute(cell, name);
-  const std::string value =
-      attribute == nullptr ? std::string() : value_of(tree, *attribute, TextForm::decoded);
-  std::string_view rest = value;
+  std::string buffer;
+  std::string_view rest = attribute == nullptr ? "" : decoded_value(tree, *attribute, buffer);
   while (!rest.empty() && is_blank(rest.front())) rest.remove_prefix(1);
   if (rest.empty() || !is_digit(rest.front())) return 1;
   std::size_t number = 0;

@@ -1,8 +1,7 @@
 #include <qo_page/template/code_blocks.h>
 
 #include <algorithm>
-#include <iterator>
-#include <unordered_map>
+#include <string>
 
 #include <qo_page/template/template_code.h>
 
@@ -10,109 +9,121 @@ namespace qo {
 
 namespace {
 
-// The blocks of one kind of brackets that are open.
-class BlockStack {
- public:
-  explicit BlockStack(std::vector<CodeBlock>& blocks) : blocks_(blocks) {}
-
-  void add(const CodeStep& step, std::size_t piece) {
-    switch (step.kind) {
-      case CodeStep::Kind::open:
-        ++count_of(step);
-        if (step.by_end) ++by_end_;
-        break;
-      case CodeStep::Kind::middle:
-        if (open_.empty()) return;
-        break;
-      case CodeStep::Kind::close:
-        return close(step.name, piece);
-    }
-    open_.push_back({step, piece});
-  }
-
- private:
-  struct Entry {
-    CodeStep step;
-    std::size_t piece;
-  };
-
-  std::size_t& count_of(const CodeStep& step) { return counts_[step.name]; }
-
-  static bool is_closed_by(const CodeStep& open, std::string_view name) {
-    return open.kind == CodeStep::Kind::open && (name == any_end ? open.by_end : open.name == name);
-  }
-
-  // What was opened after the block began, and not closed, is no block; the middles that are left
-  // are its own.
-  void close(std::string_view name, std::size_t piece) {
-    const auto count = counts_.find(name);
-    const bool is_open =
-        name == any_end ? by_end_ > 0 : count != counts_.end() && count->second > 0;
-    if (!is_open) return;
-    CodeBlock block{{piece}, false, false};
-    bool is_begun = false;
-    while (!is_begun) {
-      const Entry entry = open_.back();
-      open_.pop_back();
-      const bool is_middle = entry.step.kind == CodeStep::Kind::middle;
-      is_begun = is_closed_by(entry.step, name);
-      if (!is_middle) {
-        --count_of(entry.step);
-        if (entry.step.by_end) --by_end_;
-      }
-      if (!is_middle && !is_begun) continue;
-      block.has_default = block.has_default || entry.step.is_default;
-      block.is_loop = entry.step.is_loop;
-      if (block.pieces.back() != entry.piece) block.pieces.push_back(entry.piece);
-    }
-    if (block.pieces.size() == 1) return;
-    std::reverse(block.pieces.begin(), block.pieces.end());
-    blocks_.push_back(std::move(block));
-  }
-
-  std::vector<CodeBlock>& blocks_;
-  std::vector<Entry> open_;
-  std::unordered_map<std::string_view, std::size_t> counts_;  // of open blocks, by name
-  std::size_t by_end_ = 0;                                    // those that "end" closes
-};
-
-std::size_t kind_of(std::string_view code) {
-  return code[0] == '<' ? 0 : code[1] == '{' ? 1 : 2;
-}
+using Step = CodeStep::Kind;
 
 }  // namespace
 
 CodeBlocks::CodeBlocks(std::string_view source) {
-  std::array<std::vector<CodeBlock>, kinds> blocks;
-  BlockStack stacks[kinds] = {BlockStack(blocks[0]), BlockStack(blocks[1]), BlockStack(blocks[2])};
+  Reading reading;
+  read(source, reading);
+  for (std::size_t kind = 0; kind < kinds; ++kind) {
+    BlockStack& stack = reading.stacks[kind];
+    stack.finish();
+    for (const CodeBlock& block : stack.blocks()) {
+      for (std::size_t i = 1; i < block.pieces.size(); ++i) {
+        links_[kind].push_back({block.pieces[i - 1], block.pieces[i]});
+        cuts_.add(pieces_[block.pieces[i - 1]], pieces_[block.pieces[i]]);
+      }
+    }
+    set_around(kind);
+    add_lone(kind, stack);
+    count_halves(kind, stack);
+    blocks_.insert(blocks_.end(), stack.blocks().begin(), stack.blocks().end());
+  }
+  cuts_.finish();
+}
+
+void CodeBlocks::read(std::string_view source, Reading& reading) {
   CodeScanner scanner(source, true);
-  for (std::size_t i = 0; (i = source.find_first_of("<{", i)) != std::string_view::npos;) {
-    const auto place = source[i] == '<' ? CodeScanner::Place::text : CodeScanner::Place::tag;
+  LooseMarks marks(source);
+  const std::string starts = marks.starts() + "{<";
+  for (std::size_t i = 0; (i = source.find_first_of(starts, i)) != std::string_view::npos;) {
+    const auto place = source[i] == '{' ? CodeScanner::Place::tag : CodeScanner::Place::text;
     const std::size_t end = scanner.end_of(i, place);
-    if (end == 0) {
-      ++i;
+    if (end != 0) {
+      read_code(source.substr(i, end - i), {i, end}, reading);
+      i = end;
       continue;
     }
-    const std::string_view code = source.substr(i, end - i);
-    const std::vector<CodeStep> steps = steps_of(code);
-    for (const CodeStep& step : steps) stacks[kind_of(code)].add(step, pieces_.size());
-    if (!steps.empty()) pieces_.push_back({i, end});
-    i = end;
+    read_cut_comment(source, i, reading);
+    const LooseMark mark = marks.at(i);
+    add(loose + static_cast<std::size_t>(mark.family), mark.steps, {i, mark.end}, reading);
+    i = mark.next;
   }
-  for (std::size_t kind = 0; kind < kinds; ++kind) {
-    set_around(kind, blocks[kind]);
-    std::move(blocks[kind].begin(), blocks[kind].end(), std::back_inserter(blocks_));
+}
+
+void CodeBlocks::read_code(std::string_view code, CodePiece piece, Reading& reading) {
+  if (code[0] == '<') return add(angle, steps_of(code), piece, reading);
+  if (code[1] != '{') return add(percent, steps_of(code), piece, reading);
+  const std::vector<CodeStep> steps = steps_of(code);
+  if (steps.empty() && plain_end(code).empty()) return reading.sections.add(code, piece);
+  const bool is_end = steps.empty() || (steps[0].kind == Step::close && steps[0].is_sure);
+  if (!is_end) return add(braces, steps, piece, reading);
+  const std::string_view name = steps.empty() ? plain_end(code) : steps[0].name;
+  if (reading.stacks[braces].is_open(name)) {
+    return add(braces, {{Step::close, name}}, piece, reading);
+  }
+  if (const std::optional<CodePiece> begin = reading.sections.take(name)) {
+    return cuts_.add(*begin, piece);
+  }
+  add(braces, steps, piece, reading);
+}
+
+// A comment that is none to the reader, since it has a part of the page in it.
+void CodeBlocks::read_cut_comment(std::string_view source, std::size_t at, Reading& reading) {
+  if (source.substr(at, 2) != "{#") return;
+  const std::size_t end = reading.comment_end.find(source, at + 2);
+  const bool is_closed =
+      end != std::string_view::npos && reading.comment_begin.find(source, at + 2) > end;
+  if (is_closed) cuts_.add({at, at + 2}, {end, end + 2});
+}
+
+void CodeBlocks::add(std::size_t kind, const std::vector<CodeStep>& steps, CodePiece piece,
+                     Reading& reading) {
+  for (const CodeStep& step : steps) reading.stacks[kind].add(step, pieces_.size());
+  if (!steps.empty()) pieces_.push_back(piece);
+}
+
+// Whether an end without a beginning, or a beginning without an end, cannot be anything else.
+bool CodeBlocks::is_half(std::size_t kind, const CodeStep& step, const BlockStack& stack) {
+  if (!step.is_sure) return false;
+  if (kind >= loose) {
+    return step.kind == Step::close ? stack.has_opened(step.name) : stack.has_closed(step.name);
+  }
+  return step.kind == Step::close || kind != angle || !step.by_end;
+}
+
+void CodeBlocks::count_halves(std::size_t kind, const BlockStack& stack) {
+  for (const std::vector<BlockStack::Half>* halves : {&stack.unclosed(), &stack.unopened()}) {
+    unmatched_count_ += halves->size();
+    half_count_ += static_cast<std::size_t>(std::count_if(
+        halves->begin(), halves->end(),
+        [&](const BlockStack::Half& half) { return is_half(kind, half.step, stack); }));
+  }
+}
+
+// What has no other half although it must have one: the reader has not understood the block that
+// it is a part of. In prose, the same marks stand for themselves.
+void CodeBlocks::add_lone(std::size_t kind, const BlockStack& stack) {
+  std::size_t first_unclosed = none;
+  for (const BlockStack::Half& half : stack.unclosed()) {
+    const bool is_opening = kind == percent || half.step.is_sure;
+    if (is_opening) first_unclosed = std::min(first_unclosed, half.piece);
+  }
+  for (const BlockStack::Half& half : stack.unopened()) {
+    const bool is_known = kind == angle || kind >= loose || first_unclosed < half.piece;
+    if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
+  }
+  for (const BlockStack::Half& half : stack.unclosed()) {
+    const bool is_known = kind == angle || (kind == braces && stack.has_closed(half.step.name));
+    if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
   }
 }
 
 // Links of one kind lie within each other or beside each other: they come from a stack.
-void CodeBlocks::set_around(std::size_t kind, const std::vector<CodeBlock>& blocks) {
+void CodeBlocks::set_around(std::size_t kind) {
   Links& links = links_[kind];
-  for (const CodeBlock& block : blocks) {
-    for (std::size_t i = 1; i < block.pieces.size(); ++i) {
-      links.push_back({block.pieces[i - 1], block.pieces[i]});
-    }
-  }
+  if (links.empty()) return;
   std::sort(links.begin(), links.end(), [](const Link& a, const Link& b) {
     return a.first != b.first ? a.first < b.first : a.second > b.second;
   });
@@ -127,36 +138,16 @@ void CodeBlocks::set_around(std::size_t kind, const std::vector<CodeBlock>& bloc
   }
 }
 
-std::size_t CodeBlocks::count_before(std::size_t offset) const {
-  const auto found = std::lower_bound(
+std::optional<CodePiece> CodeBlocks::branch_at(std::size_t offset, std::size_t from) const {
+  const auto after = std::lower_bound(
       pieces_.begin(), pieces_.end(), offset,
       [](const CodePiece& piece, std::size_t wanted) { return piece.begin < wanted; });
-  return static_cast<std::size_t>(found - pieces_.begin());
-}
-
-// A range that begins and ends in the same branch cuts nothing. Otherwise the branch that it begins
-// in ends within it, or the one that it ends in begins there.
-std::optional<CodeBlocks::Cut> CodeBlocks::cut(std::size_t begin, std::size_t end) const {
-  const std::size_t first = count_before(begin);
-  const std::size_t last = count_before(end);
+  const auto count = static_cast<std::size_t>(after - pieces_.begin());
   for (std::size_t kind = 0; kind < kinds; ++kind) {
-    const std::size_t from = around_[kind][first];
-    const std::size_t to = around_[kind][last];
-    if (from == to) continue;
-    const Links& links = links_[kind];
-    if (from != none && links[from].second < last) {
-      return Cut{pieces_[links[from].second], pieces_[links[from].first]};
-    }
-    return Cut{pieces_[links[to].first], pieces_[links[to].second]};
-  }
-  return std::nullopt;
-}
-
-std::optional<CodePiece> CodeBlocks::branch_at(std::size_t offset) const {
-  const std::size_t count = count_before(offset);
-  for (std::size_t kind = 0; kind < kinds; ++kind) {
-    const std::size_t link = around_[kind][count];
-    if (link != none) return pieces_[links_[kind][link].first];
+    const std::size_t link = around_[kind].empty() ? none : around_[kind][count];
+    if (link == none) continue;
+    const CodePiece& begin = pieces_[links_[kind][link].first];
+    if (begin.begin >= from) return begin;
   }
   return std::nullopt;
 }

@@ -9,20 +9,13 @@
 #include <string_view>
 #include <vector>
 
-#include <qo_page/template/code_steps.h>
+#include <qo_page/base/finder.h>
+#include <qo_page/template/block_stack.h>
+#include <qo_page/template/cut_index.h>
+#include <qo_page/template/loose_marks.h>
+#include <qo_page/template/plain_sections.h>
 
 namespace qo {
-
-// Where a piece of code is that begins, divides or ends a block.
-struct CodePiece {
-  std::size_t begin, end;
-};
-
-struct CodeBlock {
-  std::vector<std::size_t> pieces;  // that begin it, divide it and end it, in order
-  bool is_loop;
-  bool has_default;  // one of its branches is always taken
-};
 
 // Reads the code of a whole source, whatever markup it is in: a template engine does not care.
 class CodeBlocks {
@@ -34,15 +27,17 @@ class CodeBlocks {
   const std::vector<CodePiece>& pieces() const { return pieces_; }
   const std::vector<CodeBlock>& blocks() const { return blocks_; }
 
-  // Two pieces of one block, one within a range and one outside; nothing when the range cuts no
-  // block.
-  struct Cut {
-    CodePiece within, outside;
-  };
-  std::optional<Cut> cut(std::size_t begin, std::size_t end) const;
+  // Nothing when the range cuts no block.
+  std::optional<Cut> cut(std::size_t begin, std::size_t end) const { return cuts_.cut(begin, end); }
 
-  // The beginning of the branch that an offset is in; nothing outside of blocks.
-  std::optional<CodePiece> branch_at(std::size_t offset) const;
+  // The beginning of the branch that an offset is in, when it is not in front of `from`; nothing
+  // outside of blocks.
+  std::optional<CodePiece> branch_at(std::size_t offset, std::size_t from = 0) const;
+
+  // How many pieces that must begin or end a block are no part of one, and how many pieces that may
+  // do so.
+  std::size_t half_count() const { return half_count_; }
+  std::size_t unmatched_count() const { return unmatched_count_; }
 
  private:
   // Two neighbours of one block.
@@ -50,18 +45,35 @@ class CodeBlocks {
     std::size_t first, second;  // indexes of pieces
   };
 
-  static constexpr std::size_t kinds = 3;  // of brackets; their blocks do not see each other
+  // Each kind's blocks do not see those of another: code in <> brackets, in {{}} and in {%%}, and
+  // then the families of marks.
+  enum Kind : std::size_t { angle, braces, percent, loose };
+  static constexpr std::size_t kinds = loose + mark_families;
   using Links = std::vector<Link>;
+  struct Reading {
+    std::array<BlockStack, kinds> stacks;
+    PlainSections sections;
+    Finder comment_begin{"{#"}, comment_end{"#}"};
+  };
 
-  void set_around(std::size_t kind, const std::vector<CodeBlock>& blocks);
-  std::size_t count_before(std::size_t offset) const;
+  void read(std::string_view source, Reading& reading);
+  void read_code(std::string_view code, CodePiece piece, Reading& reading);
+  void add(std::size_t kind, const std::vector<CodeStep>& steps, CodePiece piece, Reading& reading);
+  void set_around(std::size_t kind);
+  void read_cut_comment(std::string_view source, std::size_t at, Reading& reading);
+  void add_lone(std::size_t kind, const BlockStack& stack);
+  static bool is_half(std::size_t kind, const CodeStep& step, const BlockStack& stack);
+  void count_halves(std::size_t kind, const BlockStack& stack);
 
   std::vector<CodePiece> pieces_;
   std::vector<CodeBlock> blocks_;
+  CutIndex cuts_;
+  std::size_t half_count_ = 0;
+  std::size_t unmatched_count_ = 0;
   std::array<Links, kinds> links_;
 
-  // For each kind, and each number of pieces that are in front of a place: the innermost link
-  // around it, or `none`.
+  // For each kind that has blocks, and each number of pieces that are in front of a place: the
+  // innermost link around it, or `none`.
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
   std::array<std::vector<std::size_t>, kinds> around_;
 };

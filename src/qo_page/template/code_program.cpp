@@ -1,6 +1,7 @@
 // The steps of a program's piece: PHP, Ruby, JavaScript and their like, told apart by their blocks.
 
 #include <qo_page/base/words.h>
+#include <qo_page/template/block_words.h>
 #include <qo_page/template/code_steps.h>
 
 namespace qo {
@@ -11,20 +12,6 @@ using Kind = CodeStep::Kind;
 
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::string_view brace = "{";
-
-// At the start of a statement, with "end" at the end of the block.
-constexpr std::string_view openers[] = {
-    "if", "unless", "while", "until", "for",     "case",    "begin",  "def", "class", "module",
-    "IF", "UNLESS", "WHILE", "FOR",   "FOREACH", "WRAPPER", "FILTER", "TRY", "BLOCK", "SWITCH"};
-constexpr std::string_view middles[] = {"else", "elsif", "elseif", "when",  "rescue", "ensure",
-                                        "ELSE", "ELSIF", "CASE",   "CATCH", "FINAL"};
-constexpr std::string_view brace_middles[] = {"else", "elsif", "elseif",
-                                              "elif", "catch", "finally"};
-constexpr std::string_view loops[] = {"for", "foreach", "while", "until", "do",
-                                      "FOR", "FOREACH", "WHILE", "each"};
-constexpr std::string_view php_openers[] = {"if", "for", "foreach", "while", "switch", "declare"};
-constexpr std::string_view php_closers[] = {"endif",    "endfor",    "endforeach",
-                                            "endwhile", "endswitch", "enddeclare"};
 
 class ProgramReader {
  public:
@@ -42,7 +29,7 @@ class ProgramReader {
   void item() {
     const char c = text_[position_];
     if (is_word_character(c)) return word();
-    if (skip_comment() || skip_here_document() || skip_string()) return;
+    if (skip_comment() || skip_here_document() || skip_string() || skip_expression()) return;
     switch (c) {
       case '\n':
         begin_line();
@@ -128,6 +115,32 @@ class ProgramReader {
     return true;
   }
 
+  // A regular expression: a slash that divides nothing, up to the next one in its line.
+  bool skip_expression() {
+    const bool divides =
+        is_word_character(last_) || std::string_view(")]}\"'`").find(last_) != npos;
+    if (is_php_ || text_[position_] != '/' || divides || position_ < no_expression_until_) {
+      return false;
+    }
+    bool in_class = false;
+    std::size_t i = position_ + 1;
+    for (; i < text_.size() && text_[i] != '\n'; ++i) {
+      const char c = text_[i];
+      if (c == '/' && !in_class) break;
+      if (c == '\\') ++i;
+      if (c == '[') in_class = true;
+      if (c == ']') in_class = false;
+    }
+    if (at(i) != '/') {
+      no_expression_until_ = i;
+      return false;
+    }
+    at_start_ = false;
+    last_ = '"';
+    position_ = i + 1;
+    return true;
+  }
+
   // --- Braces ---
 
   // "if (x) {" is no statement that "end" closes.
@@ -145,10 +158,14 @@ class ProgramReader {
   void close_brace() {
     const std::string_view rest = without_leading(text_.substr(position_ + 1), blanks);
     const std::string_view word = first_word(rest);
-    is_branch_ = is_one_of(word, brace_middles);
+    const BlockWord* const known =
+        find_block_word(word, is_php_ ? languages::php | languages::brace : languages::brace);
+    is_branch_ = known != nullptr && (known->languages & languages::brace) != 0;
     if (is_branch_) {
       const std::string_view next = first_word(without_leading(rest.substr(word.size()), blanks));
-      steps_.push_back({Kind::middle, word, false, false, word == "else" && next != "if"});
+      CodeStep step = known->step();
+      step.is_default = step.is_default && !equals_without_case(next, "if");
+      steps_.push_back(step);
     } else {
       steps_.push_back({Kind::close, brace});
     }
@@ -165,7 +182,7 @@ class ProgramReader {
     at_start_ = false;
     last_ = 'a';
     if (is_name(begin)) return;
-    if (is_one_of(word, loops)) is_loop_ = true;
+    if (is_loop_word(word, is_php_ ? languages::php : languages::anywhere)) is_loop_ = true;
     if (is_branch_) return;
     if (is_php_) {
       php_word(word, was_start);
@@ -183,15 +200,17 @@ class ProgramReader {
   }
 
   void php_word(std::string_view word, bool was_start) {
-    if (is_one_of(word, php_closers)) {
-      steps_.push_back({Kind::close, word.substr(3)});
-    } else if (was_start && (word == "case" || word == "default")) {
-      steps_.push_back({Kind::middle, word, false, false, word == "default"});
-    } else if (was_start && (word == "else" || word == "elseif")) {
-      if (has_colon()) steps_.push_back({Kind::middle, word, false, false, word == "else"});
-    } else if (was_start && is_one_of(word, php_openers) && has_colon()) {
-      steps_.push_back({Kind::open, word, false, is_one_of(word, loops)});
+    if (word.size() > any_end.size() && equals_without_case(word.substr(0, 3), any_end)) {
+      const BlockWord* const block = find_block_word(word.substr(3), languages::php);
+      if (block != nullptr && block->kind == Kind::open) {
+        steps_.push_back({Kind::close, block->word});
+      }
+      return;
     }
+    const BlockWord* const known = was_start ? find_block_word(word, languages::php) : nullptr;
+    if (known == nullptr) return;
+    const bool is_label = equals_without_case(word, "case") || equals_without_case(word, "default");
+    if (is_label || has_colon()) steps_.push_back(known->step());
   }
 
   // Whether ":" comes next, after a condition if there is one.
@@ -210,36 +229,87 @@ class ProgramReader {
   }
 
   void other_word(std::string_view word, bool was_start) {
-    if (word == any_end || word == "END") {
-      steps_.push_back({Kind::close, any_end});
-    } else if (was_start && is_one_of(word, middles)) {
-      steps_.push_back({Kind::middle, word, false, false, word == "else" || word == "ELSE"});
-    } else if (was_start && is_one_of(word, openers)) {
-      line_opens_ = true;
-      open_by_end(word);
-    } else if (word == "fn" || word == "begin" || (word == "do" && !line_opens_)) {
+    if (was_start && is_basic(word)) return basic_word(word);
+    if (equals_without_case(word, "then")) return basic_then();
+    const BlockWord* const known = find_block_word(word, languages::script | languages::toolkit);
+    if (known == nullptr) return;
+    const bool is_inner = word == "fn" || word == "begin" || word == "do";
+    if (known->kind == Kind::close) {
+      steps_.push_back(known->step());
+    } else if (is_inner) {
       const bool is_brace = begins_with(without_leading(text_.substr(position_), blanks), brace);
-      if (!is_brace) open_by_end(word);
+      if (!is_brace && !(word == "do" && line_opens_)) open(*known);
+    } else if (was_start && known->kind == Kind::middle) {
+      steps_.push_back(known->step());
+    } else if (was_start) {
+      line_opens_ = true;
+      open(*known);
     }
   }
 
-  void open_by_end(std::string_view word) {
+  void open(const BlockWord& word) {
     opener_ = steps_.size();
-    steps_.push_back({Kind::open, word, true, is_one_of(word, loops)});
+    steps_.push_back(word.step());
+  }
+
+  // --- Words of Basic ---
+
+  // "For Each", as well as "for each": what Ruby has itself is told apart by what follows.
+  bool is_basic(std::string_view word) const {
+    const bool is_capital =
+        word.size() > 1 && word[0] >= 'A' && word[0] <= 'Z' && word[1] >= 'a' && word[1] <= 'z';
+    if (is_capital || word == "wend") return find_block_word(word, languages::basic) != nullptr;
+    const std::string_view line = text_.substr(position_);
+    const std::string_view rest = without_leading(line, " \t");
+    const std::string_view next = first_word(rest);
+    const bool is_condition = next == "while" || next == "until";
+    if (word == "for") {
+      const std::string_view after = without_leading(rest.substr(next.size()), " \t");
+      return next == "each" || (!next.empty() && begins_with(after, "="));
+    }
+    if (word == "do") return is_condition;
+    if (word == "select") return next == "case";
+    const bool is_alone = rest.empty() || is_blank(rest[0]);
+    return (word == "next" && is_alone) || (word == "loop" && (is_alone || is_condition));
+  }
+
+  void basic_word(std::string_view word) {
+    const BlockWord* const known = find_block_word(word, languages::basic);
+    line_opens_ = true;
+    if (known->kind == Kind::open) return open(*known);
+    CodeStep step = known->step();
+    step.is_sure = word[0] != lower(word[0]);
+    const std::string_view next = first_word(without_leading(text_.substr(position_), " \t"));
+    const bool is_default_case =
+        equals_without_case(word, "case") && equals_without_case(next, "else");
+    step.is_default = step.is_default || is_default_case;
+    steps_.push_back(step);
+  }
+
+  // "If a Then b" is a whole statement.
+  void basic_then() {
+    if (opener_ == npos) return;
+    const std::string_view rest = text_.substr(position_);
+    const std::string_view line = rest.substr(0, rest.find('\n'));
+    const std::string_view then = without_leading(line, blanks);
+    const bool goes_on = !then.empty() && then[0] != '\'' && lower(then).find(any_end) == npos;
+    if (goes_on) steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(opener_));
+    opener_ = npos;
   }
 
   std::string_view text_;
   bool is_php_;
   std::size_t position_ = 0;
   std::vector<CodeStep> steps_;
-  bool at_start_ = true;       // of a statement
-  bool line_opens_ = false;    // a block that "end" closes; a "do" of its own opens none
-  bool is_loop_ = false;       // the statement is one
-  bool is_branch_ = false;     // between the "else" and the brace of "} else {"
-  bool is_unclosed_[3] = {};   // for each quote: nothing closes the last one
-  bool is_unended_ = false;    // the last here-document
-  std::size_t opener_ = npos;  // the step that the statement has opened with
-  char last_ = '\0';           // the last character that is no blank
+  bool at_start_ = true;                 // of a statement
+  bool line_opens_ = false;              // a block that "end" closes; a "do" of its own opens none
+  bool is_loop_ = false;                 // the statement is one
+  bool is_branch_ = false;               // between the "else" and the brace of "} else {"
+  bool is_unclosed_[3] = {};             // for each quote: nothing closes the last one
+  bool is_unended_ = false;              // the last here-document
+  std::size_t no_expression_until_ = 0;  // a regular expression that its line cuts off is none
+  std::size_t opener_ = npos;            // the step that the statement has opened with
+  char last_ = '\0';                     // the last character that is no blank
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <qo_page/template/code_steps.h>
 
 #include <qo_page/base/words.h>
+#include <qo_page/template/block_words.h>
 
 namespace qo {
 
@@ -8,21 +9,15 @@ namespace {
 
 using Kind = CodeStep::Kind;
 
-// --- {% ... %} ---
-
-// Of engines where "end" alone ends a block.
-constexpr std::string_view closed_by_end[] = {"apply", "block", "for", "if", "try", "while"};
-constexpr std::string_view loops[] = {"each",  "for",   "foreach", "loop",
-                                      "range", "until", "while",   "tablerow"};
-constexpr std::string_view middles[] = {"catch",   "default", "elif",      "else",
-                                        "elseif",  "elsif",   "empty",     "except",
-                                        "finally", "plural",  "pluralize", "when"};
-constexpr std::string_view defaults[] = {"else", "empty", "plural", "pluralize", "default"};
-
-CodeStep middle(std::string_view word, std::string_view rest) {
+// A branch after a further condition is no default.
+CodeStep branch(const BlockWord& word, std::string_view rest) {
+  CodeStep step = word.step();
   const bool goes_on = first_word(without_leading(rest, blanks)) == "if";
-  return {Kind::middle, word, false, false, is_one_of(word, defaults) && !goes_on};
+  step.is_default = step.is_default && !goes_on;
+  return step;
 }
+
+// --- {% ... %} ---
 
 // {% set x = 1 %}, {% block title "x" %} and {% trans "x" %} are whole by themselves.
 bool is_whole_statement(std::string_view word, std::string_view rest) {
@@ -42,10 +37,13 @@ std::vector<CodeStep> steps_of_statement(std::string_view statement) {
   const std::string_view word = first_word(statement);
   const std::string_view rest = statement.substr(word.size());
   if (word.empty() || is_whole_statement(word, rest)) return {};
-  if (word == any_end) return {{Kind::close, any_end}};
-  if (begins_with(word, "end")) return {{Kind::close, without_leading(word.substr(3), "_")}};
-  if (is_one_of(word, middles)) return {middle(word, rest)};
-  return {{Kind::open, word, is_one_of(word, closed_by_end), is_one_of(word, loops)}};
+  if (const BlockWord* const known = find_block_word(word, languages::statement)) {
+    return {branch(*known, rest)};
+  }
+  if (begins_with(word, any_end)) return {{Kind::close, without_leading(word.substr(3), "_")}};
+  CodeStep opening{Kind::open, word};
+  opening.is_sure = false;
+  return {opening};
 }
 
 // --- {{ ... }} ---
@@ -53,36 +51,44 @@ std::vector<CodeStep> steps_of_statement(std::string_view statement) {
 // What a section is named by: up to a blank or a mark.
 std::string_view section_name(std::string_view text) {
   text = without_leading(text, "#^/>*~ \t\r\n");
-  return text.substr(0, text.find_first_of("~(} \t\r\n"));
+  return text.substr(0, text.find_first_of("~(}>% \t\r\n"));
+}
+
+bool is_comment_in_braces(std::string_view inner) {
+  return begins_with(inner, "!") || begins_with(inner, "/*");
+}
+
+// {{< /x >}} and {{% /x %}} end blocks as {{/x}} does.
+std::string_view without_marks_of_ends(std::string_view inner) {
+  const std::string_view rest = without_leading(inner, "<% \t\r\n");
+  return begins_with(rest, "/") ? rest : inner;
 }
 
 std::vector<CodeStep> steps_of_braces(std::string_view inner) {
-  inner = without_leading(inner, "{~- \t\r\n");
+  inner = without_marks_of_ends(without_leading(inner, "{~- \t\r\n"));
+  if (is_comment_in_braces(inner)) return {};
   const char mark = inner.empty() ? '\0' : inner[0];
   const std::string_view name = section_name(inner);
   if (mark == '^' && name.empty()) return {{Kind::middle, name, false, false, true}};
-  if (mark == '#' || mark == '^') return {{Kind::open, name, false, is_one_of(name, loops)}};
-  if (mark == '/') {
-    if (begins_with(inner, "/*")) return {};
-    return {{Kind::close, name}};
+  if (mark == '#' || mark == '^') {
+    return {{Kind::open, name, false, is_loop_word(name, languages::section)}};
   }
+  if (mark == '/') return {{Kind::close, name}};
   const std::string_view word = first_word(inner);
-  static constexpr std::string_view openers[] = {"if", "range", "with", "block", "define"};
-  if (word == any_end) return {{Kind::close, any_end}};
-  if (word == "else") return {middle(word, inner.substr(word.size()))};
-  if (!is_one_of(word, openers)) return {};
-  return {{Kind::open, word, true, is_one_of(word, loops)}};
+  const BlockWord* const known = find_block_word(word, languages::action);
+  if (known == nullptr) return {};
+  CodeStep step = branch(*known, inner.substr(word.size()));
+  step.is_sure = false;  // {{ end }} may be a variable
+  return {step};
 }
 
 // --- <? ... ?> and <% ... %> ---
-
-constexpr std::string_view php = "php";
 
 std::vector<CodeStep> steps_of_question(std::string_view inner) {
   const std::string_view word = first_word(inner);
   if (word == "xml") return {};
   const bool is_php =
-      inner.empty() || inner[0] == '=' || is_blank(inner[0]) || equals_without_case(word, php);
+      inner.empty() || inner[0] == '=' || is_blank(inner[0]) || equals_without_case(word, "php");
   return steps_of_program(inner.substr(word.size()), is_php);
 }
 
@@ -101,7 +107,34 @@ std::string_view inside(std::string_view code) {
   return code.substr(2, code.size() - (is_closed ? 4 : 2));
 }
 
+// Whether it stands for text whatever its steps are.
+bool is_output(std::string_view code) {
+  std::string_view inner = code.substr(2);
+  if (code[0] == '{') {
+    return code[1] == '{' && !is_comment_in_braces(without_leading(inner, "{~- \t\r\n")) &&
+           steps_of(code).empty();
+  }
+  if (begins_with(inner, "=")) return true;
+  if (code[1] != '?') return false;
+  if (equals_without_case(inner.substr(0, 3), "php")) inner.remove_prefix(3);
+  static constexpr std::string_view writers[] = {"echo", "print", "printf"};
+  return is_one_of(first_word(without_leading(inner, blanks)), writers);
+}
+
+bool is_comment(std::string_view code) {
+  if (code[0] == '<') return begins_with(code.substr(2), "#") || begins_with(code.substr(2), "--");
+  return code[1] == '#' || is_comment_in_braces(without_leading(code.substr(2), "~- "));
+}
+
 }  // namespace
+
+bool may_write(std::string_view code) {
+  static constexpr std::string_view silent[] = {"assign", "do",   "extends", "from",
+                                                "import", "load", "set",     "use"};
+  if (is_comment(code)) return false;
+  const std::string_view word = first_word(without_leading(code.substr(2), "-+~ \t\r\n"));
+  return code[1] != '%' || !is_one_of(word, silent);
+}
 
 std::vector<CodeStep> steps_of(std::string_view code) {
   if (begins_with(code, "<?")) return steps_of_question(inside(code));
@@ -109,6 +142,13 @@ std::vector<CodeStep> steps_of(std::string_view code) {
   if (begins_with(code, "{{")) return steps_of_braces(inside(code));
   if (begins_with(code, "{%")) return steps_of_statement(inside(code));
   return {};
+}
+
+CodeRole role_of(std::string_view code) {
+  if (is_output(code)) return CodeRole::output;
+  const std::vector<CodeStep> steps = steps_of(code);
+  const bool opens = steps.empty() || steps[0].kind == Kind::open;
+  return opens ? CodeRole::opening : CodeRole::closing;
 }
 
 }  // namespace qo

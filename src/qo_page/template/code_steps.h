@@ -1,4 +1,4 @@
-// What a piece of template code begins, ends and divides.
+// What a piece of template code is: what it begins, ends and divides, or that it stands for text.
 
 #ifndef QO_PAGE_TEMPLATE_CODE_STEPS_H
 #define QO_PAGE_TEMPLATE_CODE_STEPS_H
@@ -17,6 +17,7 @@ struct CodeStep {
   bool by_end = false;      // of an opening
   bool is_loop = false;     // of an opening: what is in it may be there several times
   bool is_default = false;  // of a middle: one of the branches is always taken
+  bool is_sure = true;      // it cannot be anything else
 };
 
 constexpr std::string_view any_end = "end";
@@ -25,7 +26,19 @@ constexpr std::string_view any_end = "end";
 // far as its form tells, is an opening; without a closing it is none after all.
 std::vector<CodeStep> steps_of(std::string_view code);
 
-// The same for the inside of <?...?> and <%...%>. Strings and comments hold no steps.
+// What a piece of code does, as far as its first step tells.
+enum class CodeRole {
+  output,   // stands for text: {{ x }}, <?= $x ?>
+  opening,  // stands for nothing, and may begin a block: {% if x %}, <% x.each do |y| %>
+  closing   // ends a block, or begins its next branch: {% endif %}, <?php } ?>
+};
+
+CodeRole role_of(std::string_view code);
+
+// Whether a piece of code that is no part of a block may write something: comments do not.
+bool may_write(std::string_view code);
+
+// The same as steps_of() for the inside of <?...?> and <%...%>. Strings and comments hold no steps.
 std::vector<CodeStep> steps_of_program(std::string_view program, bool is_php);
 
 }  // namespace qo

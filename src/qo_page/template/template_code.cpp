@@ -4,51 +4,15 @@
 
 #include <qo_page/base/tags.h>
 #include <qo_page/base/words.h>
+#include <qo_page/template/php_code.h>
 
 namespace qo {
 
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t farthest_php = 16384;
 constexpr std::size_t farthest = 4096;  // how far a string or its code is followed
-
-// A statement of a language whose blocks end with a word, such as "endif", or a "}".
-CodeRole role_of_statement(std::string_view statement) {
-  const std::string_view word = first_word(statement);
-  const bool ends = begins_with(word, "end") || begins_with(word, "els") || word == "elif";
-  return ends || begins_with(statement, "}") ? CodeRole::closing : CodeRole::opening;
-}
-
-CodeRole role_of_question(std::string_view inner) {
-  if (begins_with(inner, "=")) return CodeRole::output;
-  if (begins_with(inner, "php")) inner.remove_prefix(3);
-  inner = without_leading(inner, blanks);
-  static constexpr std::string_view writers[] = {"echo", "print", "printf"};
-  if (is_one_of(first_word(inner), writers)) return CodeRole::output;
-  return role_of_statement(inner);
-}
-
-CodeRole role_of_percent(std::string_view inner) {
-  if (begins_with(inner, "=")) return CodeRole::output;
-  return role_of_statement(without_leading(inner, "-_ \t\r\n"));
-}
-
-CodeRole role_of_braces(std::string_view inner) {
-  inner = without_leading(inner, "{~- \t\r\n");
-  if (inner.empty()) return CodeRole::output;
-  if (inner[0] == '#' || inner[0] == '^' || inner[0] == '!') return CodeRole::opening;
-  if (inner[0] == '/') return begins_with(inner, "/*") ? CodeRole::opening : CodeRole::closing;
-  const std::string_view word = first_word(inner);
-  if (word == "end" || word == "else") return CodeRole::closing;
-  static constexpr std::string_view openers[] = {"if", "range", "with", "block", "define"};
-  return is_one_of(word, openers) ? CodeRole::opening : CodeRole::output;
-}
-
-bool is_comment(std::string_view code) {
-  const std::string_view inner = without_leading(code.substr(2), "~- ");
-  if (code[0] == '<') return begins_with(code.substr(2), "#") || begins_with(code.substr(2), "--");
-  return code[1] == '#' || begins_with(inner, "!") || begins_with(inner, "/*");
-}
 
 // Whether a tag begins at `at`, where a "<" is: </name, <name>, <name/> or <name attribute=, with a
 // name that HTML has. A comparison is none of these.
@@ -89,23 +53,6 @@ bool holds_tags(std::string_view code) {
 }
 
 }  // namespace
-
-CodeRole role_of(std::string_view code) {
-  const std::string_view inner = code.substr(2);
-  if (begins_with(code, "<?")) return role_of_question(inner);
-  if (begins_with(code, "<%")) return role_of_percent(inner);
-  if (begins_with(code, "{{")) return role_of_braces(inner);
-  if (begins_with(code, "{#")) return CodeRole::opening;
-  return role_of_statement(without_leading(inner, "-+~ \t\r\n"));
-}
-
-bool may_write(std::string_view code) {
-  static constexpr std::string_view silent[] = {"assign", "do",   "extends", "from",
-                                                "import", "load", "set",     "use"};
-  if (is_comment(code)) return false;
-  const std::string_view word = first_word(without_leading(code.substr(2), "-+~ \t\r\n"));
-  return code[1] != '%' || !is_one_of(word, silent);
-}
 
 CodeScanner::CodeScanner(std::string_view source, bool enabled)
     : source_(source), enabled_(enabled) {
@@ -164,10 +111,23 @@ std::size_t CodeScanner::end_of_question(std::size_t at, Place place) {
   if (!is_sure && place == Place::raw_text) return 0;
   const std::size_t close = find(php_end, at + 2);
   if (close == npos) return is_sure && place == Place::text ? source_.size() : 0;
-  if (is_sure) return close + 2;
+  if (is_sure) return end_of_php(at, close);
   const bool is_code = is_closed(at, question_begin, 2, close) &&
                        !holds_tags(source_.substr(at + 2, close - at - 2));
   return is_code ? close + 2 : 0;
+}
+
+// The first closer may be in a string. What that string goes on to is not looked for very far.
+std::size_t CodeScanner::end_of_php(std::size_t at, std::size_t close) {
+  if (at != php_begin_) {
+    const bool has_strings =
+        source_.substr(at, close - at).find_first_of("\"'`/<#") != std::string_view::npos;
+    const std::size_t real =
+        has_strings ? php_close(source_.substr(0, close + farthest_php), at + 2) : npos;
+    php_begin_ = at;
+    php_end_ = (real == npos ? close : real) + 2;
+  }
+  return php_end_;
 }
 
 std::size_t CodeScanner::end_of_percent(std::size_t at, Place place) {

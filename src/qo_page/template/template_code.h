@@ -1,4 +1,4 @@
-// Template code: <?...?>, <%...%>, {{...}}, {{{...}}}, {%...%} and {#...#}.
+// Where template code ends: <?...?>, <%...%>, {{...}}, {{{...}}}, {%...%} and {#...#}.
 
 #ifndef QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
 #define QO_PAGE_TEMPLATE_TEMPLATE_CODE_H
@@ -12,20 +12,8 @@
 
 namespace qo {
 
-// What a piece of code does, as far as its first word tells.
-enum class CodeRole {
-  output,   // stands for text: {{ x }}, <?= $x ?>
-  opening,  // stands for nothing, and may begin a block: {% if x %}, <% x.each do |y| %>
-  closing   // ends a block, or begins its next branch: {% endif %}, <?php } ?>
-};
-
-CodeRole role_of(std::string_view code);
-
 // What template code may begin with.
 constexpr std::string_view code_openers[] = {"<?", "<%", "{{", "{%", "{#"};
-
-// Whether a piece of code that is no part of a block may write something: comments do not.
-bool may_write(std::string_view code);
 
 // Finds the ends of template code. Calls should come in the order of the source: what was found is
 // remembered, so that all of them take time in proportion to the source.
@@ -66,6 +54,7 @@ class CodeScanner {
 
   std::size_t find(Wanted wanted, std::size_t from);
   std::size_t end_of_question(std::size_t at, Place place);
+  std::size_t end_of_php(std::size_t at, std::size_t close);
   std::size_t end_of_percent(std::size_t at, Place place);
   bool is_quoted_opener(std::size_t at, Place place) const;
   std::size_t end_of_braces(std::size_t at);
@@ -79,6 +68,8 @@ class CodeScanner {
   std::string_view source_;
   bool enabled_;
   std::array<Finder, wanted_count> finders_;
+  std::size_t php_begin_ = static_cast<std::size_t>(-1);  // of the code read last
+  std::size_t php_end_ = 0;
   std::size_t brace_ = 0;  // what next_brace() found last
   bool brace_is_set_ = false;
   std::unique_ptr<CodeScanner> ahead_;

@@ -13,6 +13,11 @@ namespace qo {
 // Whether a name of HTML begins with a capital and has small letters, or has no other letter.
 bool may_name_component(std::string_view name);
 
+// Whether an element may stand for others, which a browser never sees.
+inline bool may_be_component(Tag tag) {
+  return tag == Tag::unknown || tag == Tag::slot_;
+}
+
 class ComponentNames {
  public:
   // The source must outlive the object.

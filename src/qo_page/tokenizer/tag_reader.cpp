@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <qo_page/base/ascii.h>
+#include <qo_page/template/code_steps.h>
 #include <qo_page/tokenizer/brackets.h>
 
 namespace qo {

@@ -79,9 +79,13 @@ void TreeBuilder::take(const Token& token) {
 // --- Start tags ---
 
 void TreeBuilder::start_tag(const Token& token) {
-  if (observer_ != nullptr) observer_->start_tag(token);
+  if (observer_ != nullptr) {
+    observer_->start_tag(token, open_.empty() ? Tag::unknown : open_.top_type().tag);
+  }
   const Tag tag = tag_of(token);
-  tree_.has_odd_tags = tree_.has_odd_tags || is_odd(token);
+  const bool ends_holder =
+      may_be_component(tag) && (open_.top_is(Tag::head_) || open_.top_is(Tag::colgroup_));
+  tree_.has_odd_tags = tree_.has_odd_tags || is_odd(token) || ends_holder;
   if (is_foreign_content(tag) && !breaks_out(token, tag)) return foreign_start_tag(token, tag);
   while (is_foreign_content(tag)) close_top(token.extent.begin);
   html_start_tag(token, tag);
@@ -194,8 +198,10 @@ bool TreeBuilder::breaks_out(const Token& token, Tag tag) const {
 // --- What a start tag ends ---
 
 void TreeBuilder::end_before(Tag tag, std::size_t at) {
-  if (open_.top_is(Tag::head_) && !has(tag, head_content)) close_top(at);
-  if (open_.top_is(Tag::colgroup_) && tag != Tag::col_ && tag != Tag::template_) close_top(at);
+  const bool may_stay = reader_ == Reader::author && may_be_component(tag);
+  if (open_.top_is(Tag::head_) && !has(tag, head_content) && !may_stay) close_top(at);
+  if (open_.top_is(Tag::colgroup_) && !may_stay && tag != Tag::col_ && tag != Tag::template_)
+    close_top(at);
   switch (tag) {
     case Tag::li_:
     case Tag::dd_:

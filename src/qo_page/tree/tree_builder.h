@@ -14,11 +14,11 @@
 
 namespace qo {
 
-// Is told of each start tag, in their order.
+// Is told of each start tag, in their order, and of the innermost element that is open.
 class StartTagObserver {
  public:
   virtual ~StartTagObserver() = default;
-  virtual void start_tag(const Token& tag) = 0;
+  virtual void start_tag(const Token& tag, Tag holder) = 0;
 };
 
 class TreeBuilder {
