@@ -114,7 +114,7 @@ std::string changed(const std::string& text, std::mt19937& random, std::vector<q
     out += text.substr(position, begin - position);
     const std::size_t fewest = begin == end ? 1 : 0;
     const std::string put(fewest + random() % 3, static_cast<char>('A' + random() % 26));
-    changes.push_back({begin, end, out.size(), out.size() + put.size()});
+    changes.push_back({begin, end, out.size(), out.size() + put.size(), qo::Node()});
     out += put;
     position = end + 1 > text.size() ? end : end + 1;
     out += text.substr(end, position - end);

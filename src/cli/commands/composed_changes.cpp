@@ -41,7 +41,7 @@ std::vector<qo::Change> composed(const std::vector<qo::Change>& first,
     const bool begins_in_first =
         !b.has_next() || (a.has_next() && a.next().new_begin <= b.next().old_begin);
     const std::size_t begin = begins_in_first ? a.next().new_begin : b.next().old_begin;
-    qo::Change change{a.old_offset(begin), 0, b.new_offset(begin), 0};
+    qo::Change change{a.old_offset(begin), 0, b.new_offset(begin), 0, qo::Node()};
     std::size_t end = begin;
     for (bool grows = true; grows;) {
       grows = false;

@@ -9,7 +9,8 @@
 
 namespace cli {
 
-// `first` leads from one source to the next, `second` on from there; the result leads all the way.
+// `first` leads from one source to the next, `second` on from there; the result leads all the way,
+// and tells of no nodes.
 std::vector<qo::Change> composed(const std::vector<qo::Change>& first,
                                  const std::vector<qo::Change>& second);
 

@@ -4,25 +4,32 @@ namespace cli {
 
 namespace {
 
-void append_escaped(std::string_view cell, std::string& line) {
-  for (const char c : cell) {
-    switch (c) {
-      case '\t':
-        line += "\\t";
-        break;
-      case '\n':
-        line += "\\n";
-        break;
-      case '\r':
-        line += "\\r";
-        break;
-      case '\\':
-        line += "\\\\";
-        break;
-      default:
-        line += c;
-    }
+// After the backslash; 0 for a character that needs none.
+char escape_of(char c) {
+  switch (c) {
+    case '\t':
+      return 't';
+    case '\n':
+      return 'n';
+    case '\r':
+      return 'r';
+    case '\\':
+      return '\\';
+    default:
+      return '\0';
   }
+}
+
+void append_escaped(std::string_view cell, std::string& line) {
+  std::size_t begin = 0;  // of what is not yet appended
+  for (std::size_t i = 0; i < cell.size(); ++i) {
+    const char escape = escape_of(cell[i]);
+    if (escape == '\0') continue;
+    line.append(cell, begin, i - begin);
+    line += {'\\', escape};
+    begin = i + 1;
+  }
+  line.append(cell, begin, cell.npos);
 }
 
 void append_in_quotes(std::string_view cell, std::string& line) {

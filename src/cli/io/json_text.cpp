@@ -35,34 +35,48 @@ std::string JsonWriter::write(const Json::Value& value) {
   return out_.str();
 }
 
-void append_json_string(std::string_view text, std::string& out) {
-  out += '"';
-  for (const char c : valid_utf8(text)) {
-    switch (c) {
-      case '"':
-      case '\\':
-        out += '\\';
-        out += c;
-        break;
-      case '\n':
-        out += "\\n";
-        break;
-      case '\r':
-        out += "\\r";
-        break;
-      case '\t':
-        out += "\\t";
-        break;
-      default:
-        if (static_cast<unsigned char>(c) < 0x20) {
-          char escape[7];
-          std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-          out += escape;
-        } else {
-          out += c;
-        }
+namespace {
+
+bool needs_escape(char c) {
+  return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20;
+}
+
+void append_escape(char c, std::string& out) {
+  switch (c) {
+    case '"':
+    case '\\':
+      out += {'\\', c};
+      break;
+    case '\n':
+      out += "\\n";
+      break;
+    case '\r':
+      out += "\\r";
+      break;
+    case '\t':
+      out += "\\t";
+      break;
+    default: {
+      char escape[7];
+      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+      out += escape;
     }
   }
+}
+
+}  // namespace
+
+void append_json_string(std::string_view text, std::string& out) {
+  const std::string valid = valid_utf8(text);
+  std::size_t begin = 0;  // of what is not yet appended
+  out += '"';
+  for (std::size_t i = 0; i < valid.size(); ++i) {
+    if (!needs_escape(valid[i])) continue;
+    out.append(valid, begin, i - begin);
+    append_escape(valid[i], out);
+    begin = i + 1;
+  }
+  out.append(valid, begin, valid.npos);
   out += '"';
 }
 

@@ -24,6 +24,10 @@ void append_escape(std::string& out, char c) {
   out += escape;
 }
 
+bool is_ascii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
 bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
@@ -49,7 +53,7 @@ std::string place_of(std::string_view text, std::size_t offset) {
 std::string printable(std::string_view text) {
   std::string out;
   for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = sequence_length(text, i);
+    const std::size_t length = is_ascii(text[i]) ? 1 : sequence_length(text, i);
     if (length == 0 || is_control(text[i]) || is_c1_control(text, i)) {
       append_escape(out, text[i++]);
     } else {
@@ -72,16 +76,17 @@ std::string_view first_character(std::string_view text) {
 
 std::string valid_utf8(std::string_view text) {
   std::string out;
+  std::size_t begin = 0;  // of what is not yet copied
   for (std::size_t i = 0; i < text.size();) {
-    const std::size_t length = sequence_length(text, i);
+    const std::size_t length = is_ascii(text[i]) ? 1 : sequence_length(text, i);
     if (length == 0) {
+      out.append(text, begin, i - begin);
       out += replacement_character;
-      ++i;
-    } else {
-      out.append(text, i, length);
-      i += length;
+      begin = i + 1;
     }
+    i += std::max<std::size_t>(length, 1);
   }
+  out.append(text, begin, text.npos);
   return out;
 }
 
