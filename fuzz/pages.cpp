@@ -28,7 +28,7 @@ void check_tokens(std::string_view source, bool templates) {
     if (token.kind != qo::TokenKind::start_tag) continue;
     const qo::Tag name = qo::find_tag(token.name.in(source));
     if (qo::has(name, qo::tag_flags::raw_text | qo::tag_flags::rcdata)) {
-      tokenizer.begin_raw_content(name);
+      tokenizer.begin_raw_content({token.name.in(source), name == qo::Tag::script_});
     }
   }
   require(position == source.size(), "tokens end with the source");
