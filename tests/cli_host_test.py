@@ -185,7 +185,7 @@ class Host(Cli):
             resource.setrlimit(resource.RLIMIT_AS, (60 << 20, 60 << 20))
         if subprocess.run([QO, "--version"], capture_output=True, preexec_fn=limited).returncode != 0:
             self.skipTest("this build needs more memory to begin with")
-        self.write("large", "<p class='a'>x</p>" * 150000)
+        self.write("large", "<p class='a'>x</p>" * 1500000)
         for arguments in (["select", "--host", "-c", "p"], ["check"], ["tree"], ["tree", "--host"]):
             self.assertEqual(qo(*arguments, "large", preexec_fn=limited), (2, b"", "qo: large: out of memory\n"))
 

@@ -278,11 +278,11 @@ class Tool(Cli):
             resource.setrlimit(resource.RLIMIT_AS, (60 << 20, 60 << 20))
         if subprocess.run([QO, "--version"], capture_output=True, preexec_fn=limited).returncode != 0:
             self.skipTest("this build needs more memory to begin with")
-        self.write("large", "<p class='a'>x</p>" * 150000)
+        self.write("large", "<p class='a'>x</p>" * 1500000)
         for arguments in (["select", "-c", "p"], ["check"], ["tree"], ["edit", "p", "--remove", "-i"]):
             found = qo(*arguments, "large", preexec_fn=limited)
             self.assertEqual(found, (2, b"", "qo: large: out of memory\n"))
-        self.assertEqual(self.read("large"), "<p class='a'>x</p>" * 150000)
+        self.assertEqual(self.read("large"), "<p class='a'>x</p>" * 1500000)
 
     def test_a_wrong_selector_is_shown(self):
         for command in (["select"], ["edit", "--remove"], ["form"], ["tree", "--html", "--select"]):

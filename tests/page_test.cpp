@@ -293,6 +293,13 @@ TEST(Node, OfNoPageHasNothing) {
   for (const auto& call : calls) EXPECT_THROW(call(), qo::Error);
 }
 
+TEST(Node, OfAnEmptyPageIsTheDocumentAlone) {
+  const qo::Page page("");
+  EXPECT_EQ(page.node_count(), 1u);
+  EXPECT_EQ(page.document().name(), "");
+  EXPECT_EQ(page.document().html(), "");
+}
+
 TEST(Node, LivesAsLongAsItsPageWhereverThatIs) {
   qo::Page page("<p>a</p>");
   const qo::Node p = find(page, "p");

@@ -98,9 +98,11 @@ class Editing {
       edits.add(matches, edit.operations);
       return edits.apply();
     } catch (const qo::Error& error) {
-      // The text between two edits of a script is one that the user never sees.
-      const bool has_place = is_first && error.place() == qo::Error::Place::source;
-      const std::string place = has_place ? ":" + place_of(page.source(), error.offset()) : "";
+      // What no node can be given is told of the first. The text between two edits of a script is
+      // one that the user never sees.
+      const bool has_place = error.place() == qo::Error::Place::source;
+      const std::size_t offset = has_place ? error.offset() : matches.front().extent().begin;
+      const std::string place = is_first ? ":" + place_of(page.source(), offset) : "";
       throw Failure(name + place + ": " + edit.origin + "refused: " + error.what());
     }
   }

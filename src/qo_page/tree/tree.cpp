@@ -21,6 +21,7 @@ NodeIndex Tree::previous_sibling(NodeIndex node) const {
 
 Range Tree::name_range(NodeIndex node) const {
   const NodeRecord& record = nodes[node];
+  if (record.name_length == 0) return {record.begin, record.begin};
   const std::size_t begin = record.begin + std::size_t{1};
   if (record.name_length != NodeRecord::long_name) return {begin, begin + record.name_length};
   if (record.kind != NodeKind::element) {
