@@ -398,7 +398,7 @@ TEST(Node, MayHaveLongNamesAndValues) {
 }
 
 TEST(Page, ReadsCodeAsTextWhenTold) {
-  const qo::Page page("<a b=\"{{ \"c\" }}\"><?php d > e ?><% f", qo::PageOptions{false});
+  const qo::Page page("<a b=\"{{ \"c\" }}\"><?php d > e ?><% f", qo::PageOptions{"plain"});
   EXPECT_EQ(dump(page.document()), "a[b='{{ ' c\" }}\"]{#comment{'?php d '} ' e ?><% f'}");
 }
 

@@ -20,7 +20,7 @@ std::size_t half_count(std::string_view text) {
 }  // namespace
 
 void check_balance(const WrittenEdit& written, const Tree& tree) {
-  if (!tree.options.templates) return;
+  if (!tree.dialect->has_code()) return;
   const std::string_view after = written.source;
   const auto added = [after](const Change& change) {
     return after.substr(change.new_begin, change.new_end - change.new_begin);

@@ -112,6 +112,7 @@ struct Edits::State {
       auto new_tree = std::make_unique<Tree>();
       new_tree->source = std::move(written.source);
       new_tree->options = tree.options;
+      new_tree->dialect = tree.dialect;
       if (is_changed || needs_index) TreeBuilder(*new_tree).build();
       if (is_changed) check_edit(written, tree, *new_tree);
       changes = std::move(written.changes);

@@ -34,7 +34,7 @@ CodeBlocks::CodeBlocks(std::string_view source) {
 }
 
 void CodeBlocks::read(std::string_view source, Reading& reading) {
-  CodeScanner scanner(source, true);
+  CodeScanner scanner(source, html_dialect());
   LooseMarks marks(source);
   const std::string starts = marks.starts() + "{<";
   for (std::size_t i = 0; (i = source.find_first_of(starts, i)) != std::string_view::npos;) {
