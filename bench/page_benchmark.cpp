@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include <qo_html/qo_html_walk.h>
 #include <qo_page/edits.h>
 #include <qo_page/page.h>
 #include <qo_page/selector.h>
@@ -49,8 +48,9 @@ void run_select(const std::string& name, const Pages& pages, const char* text) {
 void run_walk(const std::string& name, const Pages& pages) {
   run_on_pages(name, pages, [](const qo::Page& page) {
     std::size_t count = 0;
-    TreeWalk walk(page.document());
-    while (const _qo_html* node = walk.next()) count += node->isText ? 0 : 1;
+    for (const qo::Node node : page.document().descendants()) {
+      count += node.kind() == qo::NodeKind::text ? 0 : 1;
+    }
     DoNotOptimize(count);
   });
 }
@@ -119,7 +119,7 @@ void register_growth(const Growth& growth, std::size_t size) {
       [&growth, size](State& state) {
         const std::string text = text_of(growth, size);
         if (growth.selector == nullptr) {
-          for (auto _ : state) DoNotOptimize(qo::Page(text).document());
+          for (auto _ : state) DoNotOptimize(qo::Page(text).node_count());
           return;
         }
         const qo::Page page(text);
@@ -149,7 +149,7 @@ const std::string& large_text() {
 
 void register_large_edit() {
   run("page/edit_large/read", [](State& state) {
-    for (auto _ : state) DoNotOptimize(qo::Page(large_text()).document());
+    for (auto _ : state) DoNotOptimize(qo::Page(large_text()).node_count());
   });
   run("page/edit_large/qo_page", [](State& state) {
     for (auto _ : state) {
@@ -171,7 +171,7 @@ std::size_t heap_in_use() {
 void register_page_benchmarks(const Pages& pages) {
   run("page/read/qo_page", [&pages](State& state) {
     for (auto _ : state) {
-      for (const std::string& text : pages.texts) DoNotOptimize(qo::Page(text).document());
+      for (const std::string& text : pages.texts) DoNotOptimize(qo::Page(text).node_count());
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(pages.bytes));
   });

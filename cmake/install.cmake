@@ -16,7 +16,7 @@ endif()
 # A static library leaves what it needs to the program's link line.
 set(pkgconfig_static_pcre2 "")
 if(QO_HTML_KIND STREQUAL STATIC)
-  set(pkgconfig_static_pcre2 ", libpcre2-8")
+  set(pkgconfig_static_pcre2 libpcre2-8)
 endif()
 
 # What the two libraries have in common: the library itself, its headers, its CMake package and its pkg-config file.
@@ -35,11 +35,12 @@ function(qo_html_install_library name prefix)
   configure_package_config_file(cmake/${name}Config.cmake.in ${PROJECT_BINARY_DIR}/${name}Config.cmake
     INSTALL_DESTINATION ${package_dir})
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake
-    COMPATIBILITY SameMajorVersion)
+    VERSION ${${name}_version} COMPATIBILITY SameMajorVersion)
   install(FILES
     ${PROJECT_BINARY_DIR}/${name}Config.cmake
     ${PROJECT_BINARY_DIR}/${name}ConfigVersion.cmake
     DESTINATION ${package_dir} COMPONENT ${prefix}development)
+  set(pkgconfig_version ${${name}_version})
   configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT ${prefix}development)
@@ -48,10 +49,8 @@ endfunction()
 qo_html_install_library(qo_html ""
   qo_html.h qo_html_export.h qo_html_host.h qo_html_version.h qo_html_walk.h)
 qo_html_install_library(qo_page page_
-  decode.h edits.h form_data.h page.h qo_page_export.h selector.h substitution.h tables.h utf8.h)
-
-# One finds the other beside it.
-set_target_properties(qo_page PROPERTIES INSTALL_RPATH $ORIGIN)
+  decode.h edits.h error.h form_data.h line_index.h node.h page.h qo_page_export.h range.h selector.h substitution.h
+  tables.h utf8.h version.h)
 
 install(TARGETS qo_html_default_host EXPORT qo_html_targets
   OBJECTS DESTINATION "${CMAKE_INSTALL_LIBDIR}/qo_html" COMPONENT development)

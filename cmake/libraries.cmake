@@ -39,6 +39,8 @@ endfunction()
 
 # The library of NAME_objects, called qo_html::ALIAS by those who link it.
 function(qo_html_add_library name alias)
+  set(version ${${name}_version})
+  string(REGEX MATCH "^[0-9]+" major ${version})
   add_library(${name} ${QO_HTML_KIND} $<TARGET_OBJECTS:${name}_objects>)
   add_library(qo_html::${alias} ALIAS ${name})
   target_compile_features(${name} PUBLIC cxx_std_17)
@@ -53,6 +55,6 @@ function(qo_html_add_library name alias)
     EXPORT_NAME ${alias}
     LINK_DEPENDS "${qo_html_version_script}"
     LINKER_LANGUAGE CXX
-    VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
+    VERSION ${version}
+    SOVERSION ${major})
 endfunction()

@@ -11,8 +11,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
   ${PROJECT_BINARY_DIR}/src/qo_html ${PROJECT_BINARY_DIR}/src/qo_page)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
-set(soname_package libqo-html${PROJECT_VERSION_MAJOR})
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${soname_package})
+string(REGEX MATCH "^[0-9]+" qo_html_major ${qo_html_version})
+string(REGEX MATCH "^[0-9]+" qo_page_major ${qo_page_version})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libqo-html${qo_html_major})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "HTML text to a tree of nodes, and back - library
  The process that loads it supplies jsoncpp and three services.")
@@ -24,21 +25,20 @@ set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS library)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "HTML text to a tree of nodes, and back - development files
  Headers, ready-made host services, CMake package and pkg-config file.")
 
-set(CPACK_DEBIAN_PAGE_LIBRARY_PACKAGE_NAME libqo-page${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_PAGE_LIBRARY_PACKAGE_NAME libqo-page${qo_page_major})
 set(CPACK_DEBIAN_PAGE_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_COMPONENT_PAGE_LIBRARY_DEPENDS library)
 set(CPACK_DEBIAN_PAGE_LIBRARY_DESCRIPTION "HTML pages as their authors wrote them - library
  Reads any page or template, finds elements, and changes only what is named.")
 
 set(CPACK_DEBIAN_PAGE_DEVELOPMENT_PACKAGE_NAME libqo-page-dev)
 set(CPACK_DEBIAN_PAGE_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_COMPONENT_PAGE_DEVELOPMENT_DEPENDS page_library development)
+set(CPACK_COMPONENT_PAGE_DEVELOPMENT_DEPENDS page_library)
 set(CPACK_DEBIAN_PAGE_DEVELOPMENT_DESCRIPTION "HTML pages as their authors wrote them - development files
  Headers, CMake package and pkg-config file.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME qo)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION web)
-set(CPACK_COMPONENT_TOOL_DEPENDS page_library)
+set(CPACK_COMPONENT_TOOL_DEPENDS library page_library)
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "search, edit and check HTML pages
  What an edit does not touch stays byte for byte as its author wrote it.")
 

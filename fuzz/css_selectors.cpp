@@ -10,15 +10,18 @@
 #include <qo_page/selectors/default_buttons.h>
 #include <qo_page/selectors/languages.h>
 #include <qo_page/selectors/parser.h>
-#include <qo_page/tree/node.h>
+#include <qo_page/text/attribute_value.h>
+#include <qo_page/text/direction.h>
+#include <qo_page/text/node_text.h>
+#include <qo_page/tree/node_access.h>
 
 #include "support.h"
 
 namespace {
 
 using namespace qo::selectors;
-using qo::as_node;
 using qo::Node;
+using qo::NodeAccess;
 using qo::NodeKind;
 
 const char own_page[] =
@@ -34,111 +37,118 @@ const char own_page[] =
     "xlink:href=x><b/></a></svg></body></html>";
 constexpr std::size_t longest_selector = 100, longest_page = 600;
 
-bool is_element(const Node* node) {
-  return node != nullptr && node->kind == NodeKind::element;
+bool is_element(Node node) {
+  return node && node.is_element();
 }
 
-std::vector<const Node*> children_of(const Node& node) {
-  std::vector<const Node*> out;
-  for (const _qo_html* child : node.children) out.push_back(as_node(child));
-  return out;
+const qo::NodeRecord& record_of(Node node) {
+  return NodeAccess::record(node);
+}
+
+Node before(Node node) {
+  return node.previous_sibling();
+}
+
+Node after(Node node) {
+  return node.next_sibling();
 }
 
 // The nearest element before (after) the node, beside it.
-const Node* beside(const Node& node, _qo_html* _qo_html::*next) {
-  const Node* found = as_node(node.*next);
-  while (found != nullptr && !is_element(found)) found = as_node(found->*next);
+Node beside(Node node, Node (*next)(Node)) {
+  Node found = next(node);
+  while (found && !found.is_element()) found = next(found);
   return found;
 }
 
 class Reference {
  public:
-  explicit Reference(const qo::Page& page) : page_(page), document_(*as_node(page.document())) {}
+  explicit Reference(const qo::Page& page) : tree_(qo::PageAccess::tree(page)) {}
 
-  bool matches(const List& list, const Node& node) {
+  bool matches(const List& list, Node node) {
     return std::any_of(list.begin(), list.end(), [&](const Complex& complex) {
       return matches(complex, complex.parts.size() - 1, node);
     });
   }
 
  private:
-  bool matches(const Complex& complex, std::size_t last, const Node& node) {
+  bool matches(const Complex& complex, std::size_t last, Node node) {
     if (!matches(complex.parts[last].compound, node)) return false;
-    const auto before = [&](const Node* other) {
-      return is_element(other) && matches(complex, last - 1, *other);
+    const auto follows = [&](Node other) {
+      return is_element(other) && matches(complex, last - 1, other);
     };
     switch (complex.parts[last].combinator) {
       case Combinator::none:
         return true;
       case Combinator::child:
-        return before(as_node(node.parent));
+        return follows(node.parent());
       case Combinator::next_sibling:
-        return before(beside(node, &_qo_html::prevSibling));
+        return follows(beside(node, before));
       case Combinator::later_sibling:
-        for (const Node* at = &node; (at = beside(*at, &_qo_html::prevSibling)) != nullptr;) {
-          if (before(at)) return true;
+        for (Node at = node; (at = beside(at, before));) {
+          if (follows(at)) return true;
         }
         return false;
       default:
-        for (const Node* at = as_node(node.parent); at != nullptr; at = as_node(at->parent)) {
-          if (before(at)) return true;
+        for (Node at = node.parent(); at; at = at.parent()) {
+          if (follows(at)) return true;
         }
         return false;
     }
   }
 
-  bool matches(const Compound& compound, const Node& node) {
-    if (compound.tag != qo::Tag::unknown && compound.tag != node.name) return false;
-    if (!is_element(&node) && !(compound.of_comments && node.isComment)) return false;
+  bool matches(const Compound& compound, Node node) {
+    if (compound.tag != qo::Tag::unknown && compound.tag != record_of(node).tag) {
+      return false;
+    }
+    const bool is_comment = node.kind() == NodeKind::comment;
+    if (!is_element(node) && !(compound.of_comments && is_comment)) return false;
     return std::all_of(compound.tests.begin(), compound.tests.end(), [&](const Test& test) {
       return std::visit([&](const auto& one) { return holds(one, node); }, test);
     });
   }
 
   template <class LocalTest>
-  bool holds(const LocalTest& test, const Node& node) {
-    return qo::selectors::matches(test, node);
+  bool holds(const LocalTest& test, Node node) {
+    return qo::selectors::matches(test, tree_, NodeAccess::index(node));
   }
 
-  bool holds(const PositionTest& test, const Node& node) {
-    return position(node, test.nth, test.from_end, [&](const Node& other) {
-      return !test.of_type ||
-             (other.space == node.space && qo::equals_without_case(other.tag, node.tag));
+  bool holds(const PositionTest& test, Node node) {
+    return position(node, test.nth, test.from_end, [&](Node other) {
+      return !test.of_type || (record_of(other).space == record_of(node).space &&
+                               qo::equals_without_case(other.name(), node.name()));
     });
   }
 
-  bool holds(const CountTest& test, const Node& node) {
-    const auto counts = [&](const Node& other) { return matches(test.of, other); };
-    return is_element(&node) && counts(node) && position(node, test.nth, test.from_end, counts);
+  bool holds(const CountTest& test, Node node) {
+    const auto counts = [&](Node other) { return matches(test.of, other); };
+    return is_element(node) && counts(node) && position(node, test.nth, test.from_end, counts);
   }
 
   template <class Counts>
-  bool position(const Node& node, Nth nth, bool from_end, Counts counts) {
-    if (!is_element(&node)) return false;
+  bool position(Node node, Nth nth, bool from_end, Counts counts) {
+    if (!is_element(node)) return false;
     int place = 1;
-    const auto next = from_end ? &_qo_html::nextSibling : &_qo_html::prevSibling;
-    for (const Node* other = &node; (other = beside(*other, next)) != nullptr;)
-      place += counts(*other) ? 1 : 0;
+    for (Node other = node; (other = beside(other, from_end ? after : before));) {
+      place += counts(other) ? 1 : 0;
+    }
     for (int n = 0; n <= 2 * place + 100; ++n) {
       if (nth.a * n + nth.b == place) return true;
     }
     return false;
   }
 
-  bool holds(const AnyTest& test, const Node& node) {
-    return matches(test.list, node) != test.negated;
-  }
+  bool holds(const AnyTest& test, Node node) { return matches(test.list, node) != test.negated; }
 
-  bool holds(const HasTest& test, const Node& node) {
+  bool holds(const HasTest& test, Node node) {
     return std::any_of(test.list.begin(), test.list.end(),
                        [&](const Complex& complex) { return leads(complex, 0, node); });
   }
 
   // Whether the parts from `first` on can be found from the node.
-  bool leads(const Complex& complex, std::size_t first, const Node& node) {
+  bool leads(const Complex& complex, std::size_t first, Node node) {
     if (first == complex.parts.size()) return true;
     const Part& part = complex.parts[first];
-    const auto goes_on = [&](const Node& next) {
+    const auto goes_on = [&](Node next) {
       return matches(part.compound, next) && leads(complex, first + 1, next);
     };
     switch (part.combinator) {
@@ -146,9 +156,8 @@ class Reference {
       case Combinator::descendant:
         return leads_down(node, part.combinator == Combinator::descendant, goes_on);
       default:
-        for (const Node* next = as_node(node.nextSibling); next != nullptr;
-             next = as_node(next->nextSibling)) {
-          if (goes_on(*next)) return true;
+        for (Node next = node.next_sibling(); next; next = next.next_sibling()) {
+          if (goes_on(next)) return true;
           if (part.combinator == Combinator::next_sibling && is_element(next)) return false;
         }
         return false;
@@ -156,105 +165,114 @@ class Reference {
   }
 
   template <class GoesOn>
-  bool leads_down(const Node& node, bool deep, GoesOn goes_on) {
-    for (const Node* child : children_of(node)) {
-      if (goes_on(*child) || (deep && leads_down(*child, deep, goes_on))) return true;
+  bool leads_down(Node node, bool deep, GoesOn goes_on) {
+    for (const Node child : node.children()) {
+      if (goes_on(child) || (deep && leads_down(child, deep, goes_on))) return true;
     }
     return false;
   }
 
-  bool holds(const TextTest& test, const Node& node) {
+  bool holds(const TextTest& test, Node node) {
     std::string text;
-    for (const Node* child : children_of(node)) {
-      if (test.own && child->isText) text += page_.text(child);
+    for (const Node child : node.children()) {
+      if (qo::is_text(record_of(child))) text += child.text();
     }
-    return (test.own ? text : page_.text(&node)).find(test.needle.text()) != std::string::npos;
+    return (test.own && is_element(node) ? text : node.text()).find(test.needle.text()) !=
+           std::string::npos;
   }
 
-  bool holds(const PatternTest& test, const Node& node) {
-    const std::string text = page_.text(&node);
+  bool holds(const PatternTest& test, Node node) {
+    const std::string text = node.text();
     qo::PatternBudget budget(text.size());
     return test.pattern->find(text, budget) != std::string::npos;
   }
 
-  bool holds(const NearestTest& test, const Node& node) {
-    for (const Node* at = &node; is_element(at); at = as_node(at->parent)) {
-      if (matches(test.having, *at)) return matches(test.being, *at);
+  bool holds(const NearestTest& test, Node node) {
+    for (Node at = node; is_element(at); at = at.parent()) {
+      if (matches(test.having, at)) return matches(test.being, at);
     }
     const Test& being = test.being[0].parts[0].compound.tests[0];
     if (const auto* language = std::get_if<LanguageTest>(&being)) {
-      return qo::selectors::matches(*language, page_language(document_));
+      return qo::selectors::matches(*language, page_language(tree_));
     }
     const auto* direction = std::get_if<DirectionTest>(&being);
     return direction != nullptr && !direction->rtl;
   }
 
-  bool holds(const LanguageTest& test, const Node& node) {
+  bool holds(const LanguageTest& test, Node node) {
     std::string buffer;
-    return qo::selectors::matches(test, std::string(value_of(*language_attribute(node), buffer)));
+    const qo::AttributeRecord& language = *language_attribute(tree_, NodeAccess::index(node));
+    return qo::selectors::matches(test, decoded_value(tree_, language, buffer));
   }
 
-  bool holds(const DirectionTest& test, const Node& node) { return is_rtl(node) == test.rtl; }
+  bool holds(const DirectionTest& test, Node node) {
+    return is_rtl(tree_, NodeAccess::index(node)) == test.rtl;
+  }
 
-  bool holds(const Fact& fact, const Node& node) {
-    const bool is_top = is_element(&node) && as_node(node.parent)->kind == NodeKind::document;
-    const auto children = children_of(node);
+  bool holds(const Fact& fact, Node node) {
+    const bool is_top = is_element(node) && node.parent().kind() == NodeKind::document;
+    const auto children = node.children();
+    const qo::NodeIndex index = NodeAccess::index(node);
     switch (fact) {
       case Fact::html:
-        return is_element(&node) && node.space == qo::Space::html;
+        return is_element(node) && record_of(node).space == qo::Namespace::html;
       case Fact::root:
       case Fact::scope:
         return is_top;
       case Fact::empty:
-        return is_element(&node) &&
-               std::none_of(children.begin(), children.end(), [&](const Node* child) {
-                 return is_element(child) || child->isCdata ||
-                        (child->isText && !page_.text(child).empty());
+        return is_element(node) && std::none_of(children.begin(), children.end(), [](Node child) {
+                 return is_element(child) || child.kind() == NodeKind::cdata ||
+                        (child.kind() == NodeKind::text && !child.text().empty());
                });
       case Fact::textless:
-        return page_.text(&node).empty();
+        return node.text().empty();
       case Fact::comment:
-        return node.isComment;
+        return node.kind() == NodeKind::comment;
       case Fact::default_button:
-        return find_default_buttons(document_).count(&node) != 0;
+        return is_default_button(index);
       case Fact::has_language:
-        return language_attribute(node) != nullptr;
+        return language_attribute(tree_, index) != nullptr;
       default:
-        return has_direction(node);
+        return has_direction(tree_, index);
     }
   }
 
   bool holds(const SlotTest&, const Node&) { return false; }  // only in what is compiled
 
-  const qo::Page& page_;
-  const Node& document_;
-};
-
-void search(Reference& reference, const List& list, const Node& node,
-            std::vector<const _qo_html*>& found) {
-  for (const Node* child : children_of(node)) {
-    if (reference.matches(list, *child)) found.push_back(child);
-    search(reference, list, *child, found);
+  bool is_default_button(qo::NodeIndex node) const {
+    const std::vector<qo::NodeIndex> buttons = find_default_buttons(tree_);
+    return std::find(buttons.begin(), buttons.end(), node) != buttons.end();
   }
-}
+
+  const qo::Tree& tree_;
+};
 
 void compare(const qo::Page& page, const qo::Selector& selector) {
   const List list = parse(selector.text());
   Reference reference(page);
-  std::vector<const _qo_html*> expected;
+  std::vector<Node> expected;
   try {
-    search(reference, list, *as_node(page.document()), expected);
+    for (const Node node : page.document().descendants()) {
+      if (reference.matches(list, node)) expected.push_back(node);
+    }
   } catch (const qo::PatternBudget::Exceeded&) {
     return;
   }
-  const std::vector<_qo_html*> found = page.select(selector);
-  require(std::equal(found.begin(), found.end(), expected.begin(), expected.end()),
-          "what a selector finds");
-  for (const _qo_html* child : page.document()->children) {
+  const std::vector<Node> found = page.select(selector);
+  require(found == expected, "what a selector finds");
+  for (const Node child : page.document().children()) {
     const bool is_found = std::find(found.begin(), found.end(), child) != found.end();
-    require(selector.matches(const_cast<_qo_html*>(child)) == is_found, "whether a node matches");
+    require(selector.matches(child) == is_found, "whether a node matches");
   }
-  if (!found.empty()) require(selector.matches(found.back()), "whether what was found matches");
+  if (found.empty()) return;
+  require(selector.matches(found.back()), "whether what was found matches");
+  const Node root = found.front();
+  if (selector.text().find(":scope") != std::string::npos) return;
+  std::vector<Node> below;
+  for (const Node node : found) {
+    if (node > root && node.index() < record_of(root).subtree_end) below.push_back(node);
+  }
+  require(selector.select(root) == below, "what a selector finds below a node");
 }
 
 }  // namespace
@@ -274,6 +292,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   } catch (const qo::Error&) {
     // a page in UTF-16
   }
-  require(live_nodes() == 0, "nodes left behind");
   return 0;
 }

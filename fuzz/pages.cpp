@@ -8,8 +8,6 @@
 #include <qo_page/template/code_blocks.h>
 #include <qo_page/tokenizer/tokenizer.h>
 
-#include <qo_html/qo_html_walk.h>
-
 #include <string_view>
 #include <vector>
 
@@ -30,30 +28,48 @@ void check_tokens(std::string_view source, bool templates) {
     if (token.kind != qo::TokenKind::start_tag) continue;
     const qo::Tag name = qo::find_tag(token.name.in(source));
     if (qo::has(name, qo::tag_flags::raw_text | qo::tag_flags::rcdata)) {
-      tokenizer.begin_raw_content(name);
+      tokenizer.begin_raw_content({token.name.in(source), name == qo::Tag::script_});
     }
   }
   require(position == source.size(), "tokens end with the source");
 }
 
-// Extents lie within that of the parent's content, one after the other.
-std::vector<_qo_html*> check_nodes(const qo::Page& page) {
-  std::vector<_qo_html*> nodes;
-  TreeWalk walk(page.document());
-  while (_qo_html* node = walk.next()) {
-    const qo::Extent extent = page.extent(node);
+// Extents lie within that of the parent's content, one after the other. Returns all nodes but the
+// document.
+std::vector<qo::Node> check_nodes(const qo::Page& page) {
+  std::vector<qo::Node> nodes;
+  for (std::size_t i = 0; i < page.node_count(); ++i) {
+    const qo::Node node = page.node_at(i);
+    const qo::Extent extent = node.extent();
     require(extent.begin <= extent.content_begin && extent.content_begin <= extent.content_end &&
                 extent.content_end <= extent.end && extent.end <= page.source().size(),
             "an extent");
     std::size_t position = extent.content_begin;
-    for (const _qo_html* child : node->children) {
-      require(page.extent(child).begin >= position, "order of extents");
-      position = page.extent(child).end;
+    qo::Node previous;
+    for (const qo::Node child : node.children()) {
+      require(child.extent().begin >= position, "order of extents");
+      require(child.parent() == node && child.previous_sibling() == previous, "links");
+      position = child.extent().end;
+      previous = child;
     }
-    require(node->children.empty() || position <= extent.content_end, "nesting of extents");
-    if (!node->isRoot) nodes.push_back(node);
+    require(!previous || position <= extent.content_end, "nesting of extents");
+    if (i != 0) nodes.push_back(node);
   }
   return nodes;
+}
+
+// Attributes lie in their tag, one after the other.
+void check_attributes(qo::Node node) {
+  std::size_t position = node.extent().begin + 1 + node.name().size();
+  for (const qo::Attribute attribute : node.attributes()) {
+    const qo::Range name = attribute.name_range(), value = attribute.value_range();
+    require(name.begin >= position && name.begin < name.end && name.end <= value.begin &&
+                value.begin <= value.end && value.end <= attribute.range().end,
+            "an attribute");
+    position = attribute.range().end;
+  }
+  require(position <= node.extent().content_begin || node.attributes().empty(),
+          "attributes in their tag");
 }
 
 const char* const values[] = {"",         "a",           "a b",       "\"'",
@@ -115,71 +131,67 @@ void check_changes(const std::string& old_text, const qo::EditedSource& edited) 
 
 std::size_t count_elements(const qo::Page& page) {
   std::size_t count = 0;
-  for (const _qo_html* node : check_nodes(page)) {
-    if (page.kind(node) == qo::NodeKind::element) ++count;
-  }
+  for (const qo::Node node : page.document().descendants()) count += node.is_element() ? 1 : 0;
   return count;
 }
 
 // The node that the edited one has become: nothing in front of it has changed its length.
-const _qo_html* node_at(const qo::Page& page, std::size_t begin) {
-  for (const _qo_html* node : check_nodes(page)) {
-    if (page.extent(node).begin == begin && !node->isText) return node;
+qo::Node node_from(const qo::Page& page, std::size_t begin) {
+  for (const qo::Node node : check_nodes(page)) {
+    if (node.extent().begin == begin && node.kind() != qo::NodeKind::text) return node;
   }
-  return nullptr;
+  return qo::Node();
 }
 
 // Scripts and styles are no part of the text, and some elements drop a line break.
-bool is_shown_otherwise(const qo::Page& page, const _qo_html* node) {
-  if (page.text(page.document()).find_first_of("\r\n") != std::string::npos) return true;
-  const qo::Tag name = qo::find_tag(node->tag);
+bool is_shown_otherwise(const qo::Page& page, qo::Node node) {
+  if (page.document().text().find_first_of("\r\n") != std::string::npos) return true;
+  const qo::Tag name = qo::find_tag(node.name());
   return name == qo::Tag::script_ || name == qo::Tag::style_;
 }
 
-void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operation& operation,
+void check_asked(const qo::Page& before, qo::Node node, const qo::Operation& operation,
                  const qo::Page& after) {
   const std::size_t elements = count_elements(after);
-  const _qo_html* const now = node_at(after, before.extent(node).begin);
+  const qo::Node now = node_from(after, node.extent().begin);
   switch (operation.kind) {
     case Kind::set_attribute:
       require(elements == count_elements(before), "elements");
-      require(after.attribute(now, operation.name) == operation.value, "value of an attribute");
+      require(now.attribute(operation.name) == operation.value, "value of an attribute");
       return;
     case Kind::set_bare_attribute:
-      require(after.attribute(now, operation.name) == "", "a bare attribute");
+      require(now.attribute(operation.name) == "", "a bare attribute");
       return;
     case Kind::remove_attribute:
-      require(!after.attribute(now, operation.name), "an attribute that was removed");
+      require(!now.attribute(operation.name), "an attribute that was removed");
       return;
     case Kind::rename:
-      require(now->tag == operation.name && elements == count_elements(before), "name");
+      require(now.name() == operation.name && elements == count_elements(before), "name");
       return;
     case Kind::set_text:
-      if (!node->isText && operation.value != "{{ \"x\" }}" &&
-          before.kind(node) == qo::NodeKind::element) {
-        const std::string text = after.text(now, qo::TextForm::written);
-        require(text == operation.value || after.text(now) == operation.value, "text");
+      if (operation.value != "{{ \"x\" }}" && node.is_element()) {
+        const std::string text = now.text(qo::TextForm::written);
+        require(text == operation.value || now.text() == operation.value, "text");
       }
       return;
     case Kind::substitute_value: {
-      const std::optional<std::string> old_value = before.attribute(node, operation.name);
+      const std::optional<std::string> old_value = node.attribute(operation.name);
       if (!old_value || old_value->find_first_of("{<") != std::string::npos) return;
-      require(after.attribute(now, operation.name) == with_substitutions(*old_value), "a value");
+      require(now.attribute(operation.name) == with_substitutions(*old_value), "a value");
       return;
     }
     case Kind::substitute_text: {
-      const std::string old_text = before.text(node);
-      const bool counts = before.kind(node) == qo::NodeKind::element &&
-                          old_text.find_first_of("{<") == std::string::npos &&
-                          node->children.size() == 1;
-      require(!counts || after.text(now) == with_substitutions(old_text), "texts");
+      const std::string old_text = node.text();
+      const bool counts = node.is_element() && old_text.find_first_of("{<") == std::string::npos &&
+                          node.first_child() && !node.first_child().next_sibling();
+      require(!counts || now.text() == with_substitutions(old_text), "texts");
       return;
     }
     case Kind::unwrap:
       require(elements + 1 == count_elements(before), "an element that was unwrapped");
-      require(is_shown_otherwise(before, node) ||
-                  after.text(after.document()) == before.text(before.document()),
-              "the text around tags that were taken away");
+      require(
+          is_shown_otherwise(before, node) || after.document().text() == before.document().text(),
+          "the text around tags that were taken away");
       return;
     default:
       return;
@@ -195,7 +207,7 @@ void check_blocks(const qo::Page& page, const qo::Operation& operation, const st
       "halves of blocks");
 }
 
-void check_edit(const qo::Page& page, _qo_html* node, const qo::Operation& operation) {
+void check_edit(const qo::Page& page, qo::Node node, const qo::Operation& operation) {
   try {
     qo::Edits edits(page);
     edits.add(node, {operation});
@@ -222,12 +234,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const qo::Error&) {
       return 0;  // an encoding beyond ASCII
     }
-    const std::vector<_qo_html*> nodes = check_nodes(*page);
+    const std::vector<qo::Node> nodes = check_nodes(*page);
+    for (const qo::Node node : nodes) check_attributes(node);
     require(qo::Edits(*page).apply().source == source, "a page without edits");
     if (!nodes.empty()) {
       check_edit(*page, nodes[data[2] % nodes.size()], make_operation(data[0] & 0x7F, data[1]));
     }
   }
-  require(live_nodes() == 0, "nodes are left");
   return 0;
 }

@@ -278,7 +278,7 @@ TEST(Allocation, FailureInAPageThrows) {
         const auto found = page.select(qo::Selector("p:has(> :not(b)) > :nth-child(1 of *)"));
         qo::Edits edits(page);
         edits.add(found, {{qo::Operation::Kind::add_class, "", "k"}, {qo::Operation::Kind::wrap, "", "<i></i>"}});
-        const std::string text = page.text(page.document());
+        const std::string text = page.document().text();
         setting.result = edits.apply().source;
         ASSERT_EQ(page.source(), source);
       }};

@@ -9,7 +9,7 @@
 #include <qo_page/tree/node_access.h>
 
 // In quotes, with line breaks and tabs as "\n", "\r" and "\t".
-inline std::string quoted(std::string_view text) {
+inline std::string in_quotes(std::string_view text) {
   std::string out = "'";
   for (const char c : text) {
     const std::size_t named = std::string_view("\n\r\t").find(c);
@@ -22,7 +22,7 @@ inline std::string attribute_list(qo::Node node) {
   std::string out;
   for (const qo::Attribute attribute : node.attributes()) {
     out += (out.empty() ? "" : " ") + std::string(attribute.name());
-    if (attribute.has_value()) out += "=" + quoted(attribute.value(qo::TextForm::written));
+    if (attribute.has_value()) out += "=" + in_quotes(attribute.value(qo::TextForm::written));
   }
   return out.empty() ? out : "[" + out + "]";
 }
@@ -32,11 +32,11 @@ inline std::string label(qo::Node node) {
   const bool is_void = record.space == qo::Namespace::html && qo::has(record.tag, qo::tag_flags::void_content);
   switch (node.kind()) {
     case qo::NodeKind::text:
-      return quoted(node.html());
+      return in_quotes(node.html());
     case qo::NodeKind::comment:
-      return "#comment{" + quoted(node.inner_html()) + "}";
+      return "#comment{" + in_quotes(node.inner_html()) + "}";
     case qo::NodeKind::cdata:
-      return "#cdata{" + quoted(node.inner_html()) + "}";
+      return "#cdata{" + in_quotes(node.inner_html()) + "}";
     case qo::NodeKind::doctype:
     case qo::NodeKind::code:
       return std::string(node.name()) + "!";

@@ -269,6 +269,7 @@ TEST(CssSelector, SaysWhatIsWrongAndWhere) {
     } catch (const qo::SelectorError& error) {
       EXPECT_EQ(std::string(error.what()).substr(0, std::string(row.message).size()), row.message) << row.selector;
       EXPECT_EQ(error.offset(), row.offset) << row.selector;
+      EXPECT_EQ(error.place(), qo::Error::Place::selector);
     }
   }
   try {
@@ -293,6 +294,14 @@ TEST(CssSelector, StaysLinear) {
         ":only-of-type", ":nth-last-child(2 of div)", ":disabled", "div:is(p div, i > div)"}) {
     deep.select(qo::Selector(selector));
   }
+  const qo::Page steps(repeated("<ul><li>a<li><b>c</b>", count));
+  for (const char* selector : {"li:has(b) > b", ":has(+ li b)", "li:nth-last-of-type(1)", "b:nth-last-child(1 of b)"}) {
+    EXPECT_EQ(steps.select(selector).size(), std::size_t{count}) << selector;
+  }
+  // An opener without a closer, in each value.
+  const qo::Page codes(repeated("<b class='{{ a'>x</b>", count));
+  EXPECT_EQ(codes.select(".a").size(), std::size_t{count});
+  EXPECT_EQ(codes.select("b:has(+ .a)").size(), std::size_t{count - 1});
   EXPECT_EQ(found("<p>" + repeated("ab", count), "p:contains(" + repeated("ab", count / 2) + "b)"), "*nothing*");
 }
 

@@ -4,7 +4,6 @@
 #include <qo_page/edits.h>
 #include <qo_page/selector.h>
 
-
 namespace {
 
 using Kind = qo::Operation::Kind;

@@ -8,7 +8,6 @@
 
 #include <qo_page/edits.h>
 #include <qo_page/page.h>
-#include <qo_page/selector.h>
 
 namespace {
 
@@ -22,10 +21,10 @@ constexpr Item items[] = {{"Tea", "3.20"}, {"Bread & butter", "4.50"}};
 using Kind = qo::Operation::Kind;
 
 // The first match; the template has to have one.
-_qo_html* find(const qo::Page& page, const std::string& selector) {
-  const std::vector<_qo_html*> found = page.select(qo::Selector(selector));
-  if (found.empty()) throw qo::Error("the template has no " + selector, 0);
-  return found[0];
+qo::Node find(const qo::Page& page, const std::string& selector) {
+  const qo::Node found = page.first(selector);
+  if (!found) throw qo::Error("the template has no " + selector);
+  return found;
 }
 
 // The template's own row, with the texts of an item.
@@ -37,9 +36,9 @@ std::string row_for(const qo::Page& row, const Item& item) {
 }
 
 std::string filled_in(const qo::Page& page) {
-  _qo_html* const row = find(page, "tr.item");
+  const qo::Node row = find(page, "tr.item");
   std::string rows;
-  for (const Item& item : items) rows += row_for(qo::Page(std::string(page.html(row))), item);
+  for (const Item& item : items) rows += row_for(qo::Page(std::string(row.html())), item);
 
   qo::Edits edits(page);
   edits.add(find(page, "#number"), {{Kind::set_text, "", "Invoice 17"}});

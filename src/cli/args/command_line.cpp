@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include <qo_html/qo_html_version.h>
+#include <qo_page/version.h>
 
 #include "args/arguments.h"
 #include "args/command_table.h"
@@ -185,7 +185,7 @@ std::optional<Options> read_command_line(int argc, char** argv) {
   if (arguments.empty()) throw Failure("which subcommand? see qo --help");
   const std::string& first = arguments[0];
   if (first == "-V" || first == "--version") {
-    print("qo " QO_HTML_VERSION "\n");
+    print("qo " QO_PAGE_VERSION "\n");
   } else if (first == "-h" || first == "--help" || (first == "help" && arguments.size() == 1)) {
     print(general_help());
   } else if (first == "help") {

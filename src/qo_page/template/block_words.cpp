@@ -34,6 +34,7 @@ constexpr BlockWord words[] = {
     {"for", basic, Kind::open, loop, "next"},
     {"for", php | section, Kind::open, loop},
     {"for", statement | script | anywhere, Kind::open, by_end | loop},
+    {"foreach", script, Kind::open, by_end | loop},
     {"foreach", statement | section | php | anywhere, Kind::open, loop},
     {"function", basic, Kind::open, by_end},
     {"if", php, Kind::open},

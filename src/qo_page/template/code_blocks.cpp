@@ -47,7 +47,8 @@ void CodeBlocks::read(std::string_view source, Reading& reading) {
     }
     read_cut_comment(source, i, reading);
     const LooseMark mark = marks.at(i);
-    add(loose + static_cast<std::size_t>(mark.family), mark.steps, {i, mark.end}, reading);
+    add(loose + static_cast<std::size_t>(mark.family), mark.steps, {i, mark.end, mark.word_end},
+        reading);
     i = mark.next;
   }
 }
@@ -75,7 +76,7 @@ void CodeBlocks::read_cut_comment(std::string_view source, std::size_t at, Readi
   const std::size_t end = reading.comment_end.find(source, at + 2);
   const bool is_closed =
       end != std::string_view::npos && reading.comment_begin.find(source, at + 2) > end;
-  if (is_closed) cuts_.add({at, at + 2}, {end, end + 2});
+  if (is_closed) cuts_.add({at, at + 2, at + 2}, {end, end + 2, end + 2});
 }
 
 void CodeBlocks::add(std::size_t kind, const std::vector<CodeStep>& steps, CodePiece piece,

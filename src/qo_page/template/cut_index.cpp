@@ -36,6 +36,11 @@ CutIndex::Outermost CutIndex::both(const Outermost& a, const Outermost& b) const
           partner(b.last) > partner(a.last) ? b.last : a.last};
 }
 
+Cut CutIndex::cut_of(const Entry& entry) {
+  if (entry.partner.begin == nowhere) return {entry.piece, std::nullopt};
+  return {entry.piece, entry.partner};
+}
+
 std::optional<Cut> CutIndex::cut(std::size_t begin, std::size_t end) const {
   const auto index_of = [this](std::size_t offset) {
     const auto found = std::lower_bound(
@@ -43,9 +48,12 @@ std::optional<Cut> CutIndex::cut(std::size_t begin, std::size_t end) const {
         [](const Entry& entry, std::size_t wanted) { return entry.piece.begin < wanted; });
     return static_cast<std::size_t>(found - entries_.begin());
   };
+  if (begin >= end) return std::nullopt;
   std::size_t from = index_of(begin);
   std::size_t to = index_of(end);
+  if (from > 0 && entries_[from - 1].piece.word_end > begin) return cut_of(entries_[from - 1]);
   if (from >= to) return std::nullopt;
+  if (entries_[to - 1].piece.word_end > end) return cut_of(entries_[to - 1]);
   Outermost found{from, from};
   const std::size_t count = entries_.size();
   for (from += count, to += count; from < to; from /= 2, to /= 2) {
@@ -53,10 +61,9 @@ std::optional<Cut> CutIndex::cut(std::size_t begin, std::size_t end) const {
     if (to % 2 == 1) found = both(found, outermost_[--to]);
   }
   const Entry& first = entries_[found.first];
-  if (first.partner.begin < begin) return Cut{first.piece, first.partner};
+  if (first.partner.begin < begin) return cut_of(first);
   const Entry& last = entries_[found.last];
-  if (last.partner.begin == nowhere) return Cut{last.piece, std::nullopt};
-  if (last.partner.begin >= end) return Cut{last.piece, last.partner};
+  if (last.partner.begin >= end) return cut_of(last);
   return std::nullopt;
 }
 

@@ -12,6 +12,7 @@ namespace qo {
 // Where a piece of code is that begins, divides or ends a block.
 struct CodePiece {
   std::size_t begin, end;
+  std::size_t word_end = 0;  // of a mark that is plain text: up to here, no edit may begin or end
 };
 
 // Two pieces of one block, one within a range and one outside; nothing outside when the other half
@@ -45,6 +46,7 @@ class CutIndex {
     std::size_t first, last;
   };
 
+  static Cut cut_of(const Entry& entry);
   Outermost both(const Outermost& a, const Outermost& b) const;
 
   std::vector<Entry> entries_;        // in the order of the source

@@ -100,7 +100,7 @@ bool LooseMarks::has_placeholder() const {
 
 LooseMark LooseMarks::at(std::size_t at) {
   const std::string_view rest = source_.substr(at);
-  LooseMark mark{MarkFamily::braces, at + 1, at + 1, {}};
+  LooseMark mark{MarkFamily::braces, at + 1, at + 1, at + 1, {}};
   if (starts_.find(rest[0]) == npos) return mark;
   switch (rest[0]) {
     case '{':
@@ -123,8 +123,19 @@ LooseMark LooseMarks::at(std::size_t at) {
       }
       break;
   }
-  if (!mark.steps.empty() && mark.family != MarkFamily::brackets) mark.end = end_to_show(at);
+  if (mark.steps.empty() || mark.family == MarkFamily::brackets) return mark;
+  mark.word_end = word_end(at);
+  mark.end = end_to_show(at);
   return mark;
+}
+
+std::size_t LooseMarks::word_end(std::size_t at) const {
+  std::size_t end = std::min(source_.find_first_not_of("{<@#/:?^+$!- \t\r\n", at), source_.size());
+  while (end < source_.size() &&
+         (is_word_character(source_[end]) || is_one_of_characters(source_[end], ".-:"))) {
+    ++end;
+  }
+  return end;
 }
 
 // What is shown of a mark: up to its bracket, or its word.
@@ -224,7 +235,7 @@ void LooseMarks::brackets(std::size_t at, LooseMark& mark) {
   if (first(code) == '#') return;
   mark.steps = steps_of_program(inner, false);
   if (first(inner) == '|') mark.steps = {{Kind::open, "|", true}};  // a filter
-  mark.end = mark.next = close + 2;
+  mark.end = mark.word_end = mark.next = close + 2;
 }
 
 // <#if a> <#else> </#if>, <@x> </@x>, <c:if> </c:if>, <TMPL_IF a> <TMPL_ELSE> </TMPL_IF>

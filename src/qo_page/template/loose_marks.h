@@ -20,7 +20,8 @@ constexpr std::size_t mark_families = 6;
 
 struct LooseMark {
   MarkFamily family;
-  std::size_t end;   // as far as it is shown
+  std::size_t end;  // as far as it is shown
+  std::size_t word_end;
   std::size_t next;  // where the next one may begin
   std::vector<CodeStep> steps;
 };
@@ -40,6 +41,7 @@ class LooseMarks {
  private:
   bool has_end_in_braces() const;
   bool has_placeholder() const;
+  std::size_t word_end(std::size_t at) const;
   std::size_t end_to_show(std::size_t at) const;
 
   void in_braces(std::string_view rest, LooseMark& mark) const;

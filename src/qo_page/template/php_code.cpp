@@ -49,7 +49,8 @@ std::size_t after_line_comment(std::string_view source, std::size_t at) {
 }  // namespace
 
 std::size_t php_close(std::string_view source, std::size_t begin) {
-  for (std::size_t i = begin; i < source.size();) {
+  std::size_t i = begin;
+  while (i < source.size()) {
     const std::string_view pair = source.substr(i, 2);
     const char c = pair[0];
     if (pair == "?>") return i;
@@ -65,7 +66,7 @@ std::size_t php_close(std::string_view source, std::size_t begin) {
       ++i;
     }
   }
-  return npos;
+  return i == npos ? npos : source.size();
 }
 
 }  // namespace qo

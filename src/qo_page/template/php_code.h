@@ -9,7 +9,8 @@
 namespace qo {
 
 // The offset of the "?>" that ends code from `begin` on: the first that is in no string, heredoc or
-// comment between "/*" and "*/". npos when none is, or when such a piece has no end.
+// comment between "/*" and "*/"; the size of the source when all is code up to its end, and npos
+// when such a piece has no end.
 std::size_t php_close(std::string_view source, std::size_t begin);
 
 }  // namespace qo

@@ -11,7 +11,7 @@ namespace qo {
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
-constexpr std::size_t farthest_php = 16384;
+constexpr std::size_t farthest_php = 8192;
 constexpr std::size_t farthest = 4096;  // how far a string or its code is followed
 
 // Whether a tag begins at `at`, where a "<" is: </name, <name>, <name/> or <name attribute=, with a
@@ -111,23 +111,25 @@ std::size_t CodeScanner::end_of_question(std::size_t at, Place place) {
   if (!is_sure && place == Place::raw_text) return 0;
   const std::size_t close = find(php_end, at + 2);
   if (close == npos) return is_sure && place == Place::text ? source_.size() : 0;
-  if (is_sure) return end_of_php(at, close);
+  if (is_sure) return end_of_php(at, close, place);
   const bool is_code = is_closed(at, question_begin, 2, close) &&
                        !holds_tags(source_.substr(at + 2, close - at - 2));
   return is_code ? close + 2 : 0;
 }
 
 // The first closer may be in a string. What that string goes on to is not looked for very far.
-std::size_t CodeScanner::end_of_php(std::size_t at, std::size_t close) {
+std::size_t CodeScanner::end_of_php(std::size_t at, std::size_t close, Place place) {
   if (at != php_begin_) {
+    const std::string_view near = source_.substr(0, close + farthest_php);
     const bool has_strings =
         source_.substr(at, close - at).find_first_of("\"'`/<#") != std::string_view::npos;
-    const std::size_t real =
-        has_strings ? php_close(source_.substr(0, close + farthest_php), at + 2) : npos;
     php_begin_ = at;
-    php_end_ = (real == npos ? close : real) + 2;
+    php_end_ = has_strings ? php_close(near, at + 2) : close;
+    if (php_end_ == near.size() && near.size() < source_.size()) php_end_ = npos;
   }
-  return php_end_;
+  const bool is_last = php_end_ == source_.size();
+  if (php_end_ == npos || (is_last && place != Place::text)) return close + 2;
+  return is_last ? php_end_ : php_end_ + 2;
 }
 
 std::size_t CodeScanner::end_of_percent(std::size_t at, Place place) {

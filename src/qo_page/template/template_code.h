@@ -54,7 +54,7 @@ class CodeScanner {
 
   std::size_t find(Wanted wanted, std::size_t from);
   std::size_t end_of_question(std::size_t at, Place place);
-  std::size_t end_of_php(std::size_t at, std::size_t close);
+  std::size_t end_of_php(std::size_t at, std::size_t close, Place place);
   std::size_t end_of_percent(std::size_t at, Place place);
   bool is_quoted_opener(std::size_t at, Place place) const;
   std::size_t end_of_braces(std::size_t at);
@@ -69,8 +69,8 @@ class CodeScanner {
   bool enabled_;
   std::array<Finder, wanted_count> finders_;
   std::size_t php_begin_ = static_cast<std::size_t>(-1);  // of the code read last
-  std::size_t php_end_ = 0;
-  std::size_t brace_ = 0;  // what next_brace() found last
+  std::size_t php_end_ = 0;                               // its "?>"
+  std::size_t brace_ = 0;                                 // what next_brace() found last
   bool brace_is_set_ = false;
   std::unique_ptr<CodeScanner> ahead_;
 };

@@ -11,7 +11,7 @@ namespace qo {
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
-constexpr std::size_t farthest = 4096;  // how far a bracket is followed: nothing is read forever
+constexpr std::size_t farthest = 2048;  // how far a bracket is followed: nothing is read forever
 
 constexpr char closer_of(char opener) {
   return opener == '(' ? ')' : opener == '[' ? ']' : '}';

@@ -30,7 +30,7 @@ ComponentNames::ComponentNames(std::string_view source) {
 }
 
 Tag ComponentNames::tag_of(std::string_view name) const {
-  const bool is_component = ended_.count(name) != 0 && !(name.size() == 1 && has_capitals_);
+  const bool is_component = !has_capitals_ && ended_.count(name) != 0;
   return is_component ? Tag::unknown : find_tag(name);
 }
 

@@ -29,7 +29,7 @@ class ComponentNames {
 
  private:
   std::unordered_set<std::string_view> ended_;
-  bool has_capitals_ = false;  // the page has end tags in capitals: a single one is no component
+  bool has_capitals_ = false;  // the page has end tags in capitals, which components have not
 };
 
 }  // namespace qo

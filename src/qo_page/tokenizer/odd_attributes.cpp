@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include <qo_page/base/shortened.h>
 #include <qo_page/base/words.h>
-#include <qo_page/edits/edit_error.h>
 #include <qo_page/page.h>
 #include <qo_page/template/template_code.h>
 

@@ -185,7 +185,8 @@ void TagReader::glued_value(AttributeToken& attribute) {
 void TagReader::take_character(bool in_name) {
   const bool is_bracket = opens_bracket(source_[position_]);
   token_.may_be_odd = token_.may_be_odd || is_bracket;
-  if (is_bracket && is_for_author()) return take_bracket(in_name);
+  const bool is_lost = token_.open_bracket.end == token_.open_bracket.begin + 1;
+  if (is_bracket && !is_lost && is_for_author()) return take_bracket(in_name);
   ++position_;
 }
 
