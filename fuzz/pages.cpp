@@ -186,10 +186,18 @@ void check_asked(const qo::Page& before, const _qo_html* node, const qo::Operati
   }
 }
 
+// Code that the end of the page cuts off is no code within a tag, which the look for blocks does
+// not know.
+bool has_cut_off_code(const std::string& source) {
+  const std::size_t begin = source.rfind("<?");
+  return begin != std::string::npos && source.find("?>", begin) == std::string::npos;
+}
+
 // No edit leaves a half of a block, unless it brings pieces of code in itself.
 void check_blocks(const qo::Page& page, const qo::Operation& operation, const std::string& after) {
   const bool brings_code = operation.value.find_first_of("{<&") != std::string::npos;
   if (!page.options().templates || brings_code || operation.substitution) return;
+  if (has_cut_off_code(page.source())) return;
   require(
       qo::CodeBlocks(after).unmatched_count() <= qo::CodeBlocks(page.source()).unmatched_count(),
       "halves of blocks");

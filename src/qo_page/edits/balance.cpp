@@ -9,9 +9,10 @@ namespace qo {
 
 namespace {
 
-// What a piece of a block begins with, in all languages.
+// Marks of blocks, in all languages. A change may share the first and the last of them with what
+// was there.
 bool may_have_block(std::string_view text) {
-  return text.find_first_of("{<@#[}") != std::string_view::npos;
+  return text.find_first_of("{}<%@#[") != std::string_view::npos;
 }
 
 std::size_t half_count(std::string_view text) {

@@ -285,8 +285,9 @@ std::size_t TagEdit::insertion_offset() const {
 std::size_t TagEdit::changes_end() const {
   std::size_t end = token_.extent.begin;
   for (const Slot& slot : slots_) {
-    if (slot.written == nullptr && !slot.is_removed) return token_.extent.end;
-    if (slot.is_changed || slot.is_removed) end = std::max(end, slot.written->end);
+    const bool is_new = slot.written == nullptr;
+    if (is_new && !slot.is_removed) return token_.extent.end;
+    if (!is_new && (slot.is_changed || slot.is_removed)) end = std::max(end, slot.written->end);
   }
   return end;
 }
