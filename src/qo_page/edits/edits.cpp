@@ -126,8 +126,8 @@ EditedSource Edits::apply() const {
   WrittenEdit written = EditWriter(state_->page, edits).write();
   if (!written.changes.empty()) {
     check_encoding(written, state_->page);
-    check_balance(written, state_->page);
     check_edit(written, state_->page);
+    check_balance(written, state_->page);
   }
   return {std::move(written.source), std::move(written.changes)};
 }
