@@ -110,7 +110,8 @@ void TreeBuilder::declaration(const Token& token) {
   if (is_doctype && open_.empty()) is_quirky_ = is_quirky(token.content.in(source_));
   const NodeIndex node = append(is_doctype ? NodeKind::doctype : NodeKind::code, token.extent);
   NodeRecord& record = tree_.nodes[node];
-  record.name_length = name_length(inner.substr(0, declaration_name_length(inner))) & NodeRecord::long_name;
+  record.name_length =
+      name_length(inner.substr(0, declaration_name_length(inner))) & NodeRecord::long_name;
   record.is_cut_off = token.is_cut_off;
 }
 
