@@ -204,9 +204,9 @@ bool has_odd_code(const qo::Page& page) {
   const std::string& source = page.source();
   const std::size_t begin = source.rfind("<?");
   if (begin != std::string::npos && source.find("?>", begin) == std::string::npos) return true;
-  for (const _qo_html* node : check_nodes(page)) {
-    if (page.kind(node) != qo::NodeKind::comment) continue;
-    const std::string_view html = page.html(node);
+  for (const qo::Node node : page.document().descendants()) {
+    if (node.kind() != qo::NodeKind::comment) continue;
+    const std::string_view html = node.html();
     for (const char* mark : {"<?", "<%", "{{", "{%", "{#", "?>", "%>", "}}", "%}", "#}"}) {
       if (html.find(mark) != std::string_view::npos) return true;
     }
