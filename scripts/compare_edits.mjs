@@ -59,7 +59,7 @@ const sources = ({ attributes }) => attributes.map(({ source }) => source);
 function* linesOf(nodes, change) {
   for (const node of nodes) {
     if (node.kind === 'text') yield `'${node.text}`;
-    else if (node === change?.target) yield* change.operation.gives(node, [...linesOf(node.children)], change.choice);
+    else if (node === change?.target) yield* change.operation.gives(node, [...linesOf(node.children)], change.choice, change.language);
     else if (node.kind === 'element') yield* element(node.name, sources(node), linesOf(node.children, change));
     else yield* [`{${node.label}`, ...linesOf(node.children, change), '}'];
   }
@@ -99,15 +99,22 @@ const isCode = (value) => /^[{`]/.test(value);
 const same = (a, b) => a.toLowerCase() === b.toLowerCase();
 const wholeTag = (node, content) => element(node.name, sources(node), content);
 
+// Around a value that had none: as elsewhere in the tag, unless the value has that one.
+function quoteFor(attributes, value) {
+  const found = attributes.map((one) => one.value?.[0]).find((first) => first === '"' || first === "'") ?? '"';
+  if (!value.includes(found)) return found;
+  return found === '"' ? "'" : '"';
+}
+
 // The attributes with a class more, or none if the value is code that a class cannot be added to.
-function withClass({ attributes }) {
+function withClass({ attributes }, keepsCode) {
   const old = attributes.find(({ name }) => same(name, 'class'));
   if (!old) return [...sources({ attributes }), 'class="qo-k"'];
   const value = old.value ?? '';
-  if (isCode(value)) return undefined;
+  if (isCode(value) && !(keepsCode && value.startsWith('{'))) return undefined;
   const plain = unquoted(value);
   const gap = plain === '' || /\s$/.test(plain) ? '' : ' ';
-  const quote = value.startsWith("'") ? "'" : '"';
+  const quote = isCode(value) ? quoteFor(attributes, value) : value.startsWith("'") ? "'" : '"';
   const added = `${old.name}=${quote}${plain}${gap}qo-k${quote}`;
   return attributes.map((one) => (one === old ? added : one.source));
 }
@@ -130,8 +137,8 @@ const plainNameIn = (node) => pick(node.attributes.filter(isPlainName).map(({ na
 const operations = {
   addClass: {
     args: () => ['--add-class', 'qo-k'],
-    gives: (node, content) => {
-      const attributes = withClass(node);
+    gives: (node, content, choice, language) => {
+      const attributes = withClass(node, language.quotesKeepCode);
       return attributes ? element(node.name, attributes, content) : ['no class can be added'];
     },
   },
@@ -232,7 +239,7 @@ function unitsOfBytes(source) {
 
 // The tool's elements by where they begin.
 function toolElements({ path, source, language }) {
-  const { status, out, err } = run(['select', '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', path]);
+  const { status, out, err } = run(['select', ...(language.options ?? []), '-j', '--fields', 'tag,attrs,html,inner,start,end,path', '*', path]);
   if (status > 1) throw new Error(`${path}: ${err}`);
   const units = language.inBytes ? undefined : unitsOfBytes(source);
   const place = (offset) => (units ? units[offset] : offset);
@@ -251,7 +258,7 @@ const shortened = (line) => (line === undefined ? 'the end' : JSON.stringify(lin
 
 // What is wrong with the tree of the result, or undefined.
 async function faultOfTree(file, target, operation, choice, result) {
-  const wanted = joined(linesOf(file.tree, { target: target.node, operation, choice }));
+  const wanted = joined(linesOf(file.tree, { target: target.node, operation, choice, language: file.language }));
   const found = joined(linesOf(await file.language.read(result)));
   const at = wanted.findIndex((line, index) => line !== found[index]);
   if (at < 0 && found.length === wanted.length) return undefined;
@@ -318,7 +325,7 @@ function nodesOfPart(file, part) {
 
 async function judged(file, target, operation, choice) {
   const args = operation.args(choice);
-  const { status, out, err } = run(['edit', target.ours.path, ...args, file.path]);
+  const { status, out, err } = run(['edit', ...(file.language.options ?? []), target.ours.path, ...args, file.path]);
   const edit = `${target.ours.path} ${args.map((arg) => `'${arg}'`).join(' ')}`;
   if (status === 2) return { verdict: 'refused', edit, what: err };
   if (status !== 0) return { verdict: 'broken', edit, what: `status ${status} ${err}` };

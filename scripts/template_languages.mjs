@@ -238,9 +238,9 @@ function ejsNodes(source) {
 // --- The languages ---
 
 export const languages = {
-  svelte: { read: readSvelte },
+  svelte: { read: readSvelte, quotesKeepCode: true },
   vue: { read: readVue, isOuter: (depth) => depth === 0 },
-  angular: { read: readAngular },
+  angular: { read: readAngular, options: ['--dialect', 'angular'] },  // out of compiled modules: no ending tells
   astro: { read: readAstro, inBytes: true },
   nunjucks: { nodes: (source) => nunjucksNodes(nunjucks.parser.parse(source)).children },
   handlebars: { nodes: (source) => pruned(handlebars.parse(source).body, handlebarsText) },

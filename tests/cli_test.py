@@ -31,6 +31,20 @@ PAGE = """<!DOCTYPE html>
 """
 
 
+def documented_edits():
+    """The rows of docs/pages.md and docs/dialects.md: page, edit, what it gives, dialect."""
+    row = r"^\| (`.*?`) \| `(.*)` \| (.*?) \|$"
+    with open(os.path.join(SOURCE, "docs", "pages.md"), encoding="utf-8") as file:
+        rows = [(*found, "html") for found in re.findall(row, file.read().split("## What an edit gives")[1], re.M)]
+    with open(os.path.join(SOURCE, "docs", "dialects.md"), encoding="utf-8") as file:
+        sections = re.split(r"^## ", file.read(), flags=re.M)[1:]
+    for section in sections:
+        for table in section.split("| source | edit | gives |")[1:]:
+            rows += [(*found, section.split()[0]) for found in re.findall(row, table, re.M)]
+    assert len(rows) > 150, len(rows)
+    return rows
+
+
 class Tool(Cli):
     def setUp(self):
         super().setUp()
@@ -99,14 +113,11 @@ class Tool(Cli):
         ])
 
     def test_edit_gives_what_the_documentation_says(self):
-        with open(os.path.join(SOURCE, "docs", "pages.md"), encoding="utf-8") as file:
-            rows = re.findall(r"^\| (`.*?`) \| `(.*)` \| (.*?) \|$", file.read().split("## What an edit gives")[1], re.M)
-        self.assertGreater(len(rows), 30)
-        for page, edit, result in rows:
-            with self.subTest(page=page, edit=edit):
+        for page, edit, result, dialect in documented_edits():
+            with self.subTest(page=page, edit=edit, dialect=dialect):
                 page, text = (cell[1:-1].replace("\\n", "\n").replace("\\t", "\t") for cell in (page, result))
                 arguments = [argument.replace("\\n", "\n") for argument in shlex.split(edit)]
-                found = qo("edit", *arguments, stdin=page)
+                found = qo("edit", "--dialect", dialect, *arguments, stdin=page)
                 unchanged = 1 if text == page else 0
                 if result.startswith("*refused"):
                     self.assertEqual((found[0], found[1]), (2, b""))

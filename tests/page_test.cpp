@@ -63,6 +63,25 @@ qo::Node node_of(const qo::Page& page, const std::string& tag) {
   return tag == "!--" ? page.first(":comment") : find(page, tag);
 }
 
+// The section says the dialect; tables of edits are for the tool's tests.
+TEST(Page, ReadsDialectsAsTheDocumentationSays) {
+  std::ifstream file(QO_HTML_DOCS_DIR "/dialects.md");
+  std::string dialect;
+  bool is_of_trees = false;
+  int rows = 0;
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind("## ", 0) == 0) dialect = line.substr(3);
+    if (line.rfind("| source", 0) == 0) is_of_trees = line.find("| tree |") != line.npos;
+    const auto row = cells(line);
+    if (row.empty() || !is_of_trees) continue;
+    ++rows;
+    const qo::Page page(unescaped(row[0]), {dialect});
+    EXPECT_EQ(dump(page.document()), row[1]) << dialect << ": " << row[0];
+    EXPECT_EQ(broken_links(page), "") << dialect << ": " << row[0];
+  }
+  EXPECT_GT(rows, 14);
+}
+
 TEST(Page, TellsWhereNodesAre) {
   struct {
     const char* source;

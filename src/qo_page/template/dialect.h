@@ -96,11 +96,12 @@ struct Dialect {
   bool has_raw_blocks = false;     // what is at the top is a text, but for <template>
 
   // Which code there is.
-  bool has_known_marks = true;   // <?...?>, <%...%>, {{...}}, {%...%}, {#...#} that look like code
-  bool is_exact = false;         // the row says all: no other reading is asked
-  bool quotes_keep_code = true;  // class="{x}" is code as class={x} is
-  CodeMark marks[most_marks] = {};  // those with an opener
-  CodeWords words = {};             // with a sigil
+  bool has_known_marks = true;  // <?...?>, <%...%>, {{...}}, {%...%}, {#...#} that look like code
+  bool is_exact = false;        // the row says all: no other reading is asked
+  bool has_text_expressions = false;  // a brace in a text is code, which may hold markup
+  bool quotes_keep_code = true;       // class="{x}" is code as class={x} is
+  CodeMark marks[most_marks] = {};    // those with an opener
+  CodeWords words = {};               // with a sigil
 
   // What follows from the above.
   TagCharacters characters = {};
@@ -111,6 +112,7 @@ struct Dialect {
 
   // Whether a single brace begins code there.
   constexpr bool has_brace_code(unsigned place) const {
+    if (place == code_places::text && has_text_expressions) return true;
     for (const CodeMark& mark : marks) {
       if (mark.open == "{" && mark.not_before.empty() && (mark.places & place) != 0) return true;
     }

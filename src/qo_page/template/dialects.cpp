@@ -50,6 +50,7 @@ constexpr Dialect svelte = [] {
 constexpr Dialect astro = [] {
   Dialect row = component("astro", "astro");
   row.slash_ends_values = true;
+  row.has_text_expressions = true;
   row.quotes_keep_code = false;
   row.marks[0] = {"{", "}", tag | unquoted, CodeUse::output, javascript};
   return row;
