@@ -17,8 +17,8 @@ namespace {
 
 using Kind = qo::Operation::Kind;
 
-void check_tokens(std::string_view source, bool templates) {
-  qo::Tokenizer tokenizer(source, templates);
+void check_tokens(std::string_view source, const qo::Dialect& dialect) {
+  qo::Tokenizer tokenizer(source, dialect);
   qo::Token token{};
   std::size_t position = 0;
   while (tokenizer.next(token)) {
@@ -198,10 +198,27 @@ void check_asked(const qo::Page& before, qo::Node node, const qo::Operation& ope
   }
 }
 
+// The look for blocks does not know what is a comment, nor that code which the end of the page cuts
+// off is none within a tag.
+bool has_odd_code(const qo::Page& page) {
+  const std::string& source = page.source();
+  const std::size_t begin = source.rfind("<?");
+  if (begin != std::string::npos && source.find("?>", begin) == std::string::npos) return true;
+  for (const qo::Node node : page.document().descendants()) {
+    if (node.kind() != qo::NodeKind::comment) continue;
+    const std::string_view html = node.html();
+    for (const char* mark : {"<?", "<%", "{{", "{%", "{#", "?>", "%>", "}}", "%}", "#}"}) {
+      if (html.find(mark) != std::string_view::npos) return true;
+    }
+  }
+  return false;
+}
+
 // No edit leaves a half of a block, unless it brings pieces of code in itself.
 void check_blocks(const qo::Page& page, const qo::Operation& operation, const std::string& after) {
   const bool brings_code = operation.value.find_first_of("{<&") != std::string::npos;
-  if (!page.options().templates || brings_code || operation.substitution) return;
+  if (page.options().dialect == "plain" || brings_code || operation.substitution) return;
+  if (has_odd_code(page)) return;
   require(
       qo::CodeBlocks(after).unmatched_count() <= qo::CodeBlocks(page.source()).unmatched_count(),
       "halves of blocks");
@@ -226,11 +243,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size < 3) return 0;
   const std::string source(reinterpret_cast<const char*>(data) + 3, size - 3);
   {
-    const bool templates = (data[0] & 0x80) == 0;
-    check_tokens(source, templates);
+    const qo::Dialects all = qo::all_dialects();
+    const qo::Dialect& dialect = *(all.begin() + data[0] % (all.end() - all.begin()));
+    check_tokens(source, dialect);
     std::unique_ptr<qo::Page> page;
     try {
-      page = std::make_unique<qo::Page>(source, qo::PageOptions{templates});
+      page = std::make_unique<qo::Page>(source, qo::PageOptions{std::string(dialect.name)});
     } catch (const qo::Error&) {
       return 0;  // an encoding beyond ASCII
     }

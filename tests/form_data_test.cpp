@@ -129,7 +129,7 @@ TEST(FormData, HasValuesAsABrowserReadsThem) {
        "a={{ x   y }} z <?= $b ?>,b={% c %}<"},
   };
   for (const Row& row : rows) EXPECT_EQ(sent(row.html), row.sent) << row.html;
-  const qo::Page plain("<form><input type=number name=a value='{{ x }}'>", qo::PageOptions{false});
+  const qo::Page plain("<form><input type=number name=a value='{{ x }}'>", qo::PageOptions{"plain"});
   EXPECT_EQ(shown(qo::FormControls(plain).entries(plain.document().first_child())), "a=");
 }
 

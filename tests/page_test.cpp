@@ -204,8 +204,8 @@ TEST(Code, EndsWithItsCloserAndOpensOrClosesABlock) {
   };
   for (const auto& test : cases) {
     const std::string source = test.source;
-    EXPECT_EQ(qo::CodeScanner(source, true).end_of(0, qo::CodeScanner::Place::text), test.end) << source;
-    EXPECT_EQ(qo::CodeScanner(source, false).end_of(0, qo::CodeScanner::Place::text), 0u) << source;
+    EXPECT_EQ(qo::CodeScanner(source, qo::html_dialect()).end_of(0, qo::CodeScanner::Place::text), test.end) << source;
+    EXPECT_EQ(qo::CodeScanner(source, *qo::find_dialect("plain")).end_of(0, qo::CodeScanner::Place::text), 0u) << source;
     if (test.end == 0) continue;
     EXPECT_EQ(qo::role_of(source.substr(0, test.end)), test.role) << source;
   }
@@ -398,7 +398,7 @@ TEST(Node, MayHaveLongNamesAndValues) {
 }
 
 TEST(Page, ReadsCodeAsTextWhenTold) {
-  const qo::Page page("<a b=\"{{ \"c\" }}\"><?php d > e ?><% f", qo::PageOptions{false});
+  const qo::Page page("<a b=\"{{ \"c\" }}\"><?php d > e ?><% f", qo::PageOptions{"plain"});
   EXPECT_EQ(dump(page.document()), "a[b='{{ ' c\" }}\"]{#comment{'?php d '} ' e ?><% f'}");
 }
 

@@ -41,14 +41,28 @@ class Selector;  // <qo_page/selector.h>
 
 // How a page is read.
 struct PageOptions {
-  bool templates = true;  // template code is opaque; otherwise it is read like any other text
+  // The language that it is written in; docs/dialects.md tells of each. "html" is read as a browser
+  // does, with template code of many kinds opaque; "plain" the same without template code.
+  std::string dialect = "html";
 };
+
+// The dialect of a file, by its name and, where that leaves it open, by its first bytes. Gives a
+// name for PageOptions, "html" when nothing tells.
+QO_PAGE_API std::string_view dialect_of(std::string_view path, std::string_view source);
+
+// The names of all dialects with the endings of their files, without the first dot.
+struct DialectEndings {
+  std::string_view name;
+  std::string_view endings;  // separated by blanks
+};
+QO_PAGE_API std::vector<DialectEndings> dialects();
 
 // A page, read once. It does not change.
 class QO_PAGE_API Page {
  public:
   // Reads `source`, in time that grows with its length, whatever it holds. Throws Error when the
-  // text is UTF-16, ISO-2022, HZ or UTF-7, or has 4 GiB or more; no other text is refused.
+  // text is UTF-16, ISO-2022, HZ or UTF-7, or has 4 GiB or more, and when there is no such
+  // dialect; no other text is refused.
   explicit Page(std::string source, PageOptions options = PageOptions());
   ~Page();
   Page(Page&&) noexcept;

@@ -74,13 +74,13 @@ class Selecting {
       case Show::nothing:
         return is_empty ? Found::nothing : Found::enough;
       case Show::count:
-        if (session_.shows_names()) name(input, ":", out);
+        if (session_.shows_names()) write_name(shown_name(input), ":", out);
         out.write(std::to_string(matches->size()) + end());
         return found;
       case Show::names:
       case Show::names_without:
         if (is_empty != (options_.show == Show::names_without)) return Found::nothing;
-        name(input, "", out);
+        write_name(shown_name(input), "", out);
         out.write(end());
         return Found::something;
       default:
@@ -91,6 +91,7 @@ class Selecting {
 
   void print(const Input& input, Matches& matches, Output& out) const {
     FieldWriter writer(input.name, matches);
+    const std::string name = shown_name(input);
     std::string buffer;
     for (std::size_t match = 0; match < matches.size(); ++match) {
       const std::optional<std::string_view> shown = result(writer, matches, match, buffer);
@@ -98,7 +99,7 @@ class Selecting {
       if (options_.csv) {
         write_first_cells(input, matches, match, out);
       } else if (options_.show != Show::json) {
-        write_prefix(input, matches, match, out);
+        write_prefix(name, matches, match, out);
       }
       out.write(*shown);
       out.write(end());
@@ -107,8 +108,9 @@ class Selecting {
   }
 
   // What is in front of a result, as grep has it.
-  void write_prefix(const Input& input, Matches& matches, std::size_t match, Output& out) const {
-    if (session_.shows_names()) name(input, ":", out);
+  void write_prefix(const std::string& name, Matches& matches, std::size_t match,
+                    Output& out) const {
+    if (session_.shows_names()) write_name(name, ":", out);
     if (!options_.line_numbers) return;
     out.paint("32", std::to_string(matches.position(match).line));
     out.paint("36", ":");
@@ -145,8 +147,12 @@ class Selecting {
     }
   }
 
-  void name(const Input& input, std::string_view separator, Output& out) const {
-    out.paint("35", options_.end_with_nul ? input.name : printable(input.name));
+  std::string shown_name(const Input& input) const {
+    return options_.end_with_nul ? input.name : printable(input.name);
+  }
+
+  static void write_name(std::string_view name, std::string_view separator, Output& out) {
+    out.paint("35", name);
     out.paint("36", separator);
   }
 

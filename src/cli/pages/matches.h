@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <qo_page/line_index.h>
 #include <qo_page/range.h>

@@ -8,7 +8,7 @@ namespace cli {
 
 qo::Page read_page(Input& input, const Options& options) {
   try {
-    return qo::Page(std::move(input.text), qo::PageOptions{options.templates});
+    return qo::Page(std::move(input.text), qo::PageOptions{options.templates ? "html" : "plain"});
   } catch (const qo::Error& error) {
     throw Failure(input.name + ": " + error.what());
   }

@@ -21,14 +21,27 @@ Page::Page(std::string source, PageOptions options) {
         "the text is " + encoding + "; iconv -f " + encoding + " -t UTF-8 makes it readable", 0);
   }
   if (source.size() >= most_bytes) throw Error("the text has 4 GiB or more", most_bytes);
+  const Dialect* const dialect = find_dialect(options.dialect);
+  if (dialect == nullptr) throw Error("there is no dialect \"" + options.dialect + '"');
   auto tree = std::make_unique<Tree>();
+  tree->dialect = dialect;
   tree->source = std::move(source);
-  tree->options = options;
+  tree->options = std::move(options);
   TreeBuilder(*tree).build();
   tree_ = std::move(tree);
 }
 
 Page::Page(std::unique_ptr<Tree> tree) : tree_(std::move(tree)) {}
+std::string_view dialect_of(std::string_view path, std::string_view source) {
+  return dialect_of_file(path, source).name;
+}
+
+std::vector<DialectEndings> dialects() {
+  std::vector<DialectEndings> rows;
+  for (const Dialect& row : all_dialects()) rows.push_back({row.name, row.endings});
+  return rows;
+}
+
 Page::~Page() = default;
 Page::Page(Page&&) noexcept = default;
 Page& Page::operator=(Page&&) noexcept = default;

@@ -84,4 +84,10 @@ Tag find_tag(std::string_view name) {
   return Tag::unknown;
 }
 
+Tag find_tag_as_written(std::string_view name) {
+  const Tag tag = find_tag(name);
+  const bool is_same = name == name_of(tag) || name == "foreignObject";
+  return is_same ? tag : Tag::unknown;
+}
+
 }  // namespace qo

@@ -115,6 +115,9 @@ inline constexpr TagRow rows[] = {{"", none},
 // The tag of that name in any case; `unknown` for any other name.
 Tag find_tag(std::string_view name);
 
+// That of a name which HTML has in small letters, and of "foreignObject"; `unknown` for others.
+Tag find_tag_as_written(std::string_view name);
+
 inline TagFlags flags_of(Tag tag) {
   return tag_flags::rows[static_cast<std::size_t>(tag)].flags;
 }

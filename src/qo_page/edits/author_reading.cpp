@@ -25,6 +25,7 @@ const Item* last_from(const std::vector<Item>& items, std::size_t offset, Begin 
 AuthorReading::AuthorReading(const Tree& tree) : source_(tree.source) {
   tree_.source = tree.source;
   tree_.options = tree.options;
+  tree_.dialect = tree.dialect;
   TreeBuilder(tree_, Reader::author, this).build();
   for (NodeIndex node = document_index + 1; node < tree_.size(); ++node) {
     const NodeRecord& record = tree_[node];

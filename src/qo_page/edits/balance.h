@@ -8,7 +8,7 @@
 namespace qo {
 
 // Throws Error when there are more halves of blocks in the new page than in the old one.
-void check_balance(const WrittenEdit& written, const Tree& tree);
+void check_balance(const WrittenEdit& written, const Tree& old_tree, const Tree& new_tree);
 
 }  // namespace qo
 

@@ -97,7 +97,7 @@ class EditCheck {
 
   // Where in a text a tag begins that the end of the source cuts off.
   std::size_t cut_off_tag(const NodeRecord& text) const {
-    Tokenizer tokenizer(new_.source, new_.options.templates);
+    Tokenizer tokenizer(new_.source, *new_.dialect);
     tokenizer.begin_at(text.begin);
     Token token{};
     while (tokenizer.next(token)) {
@@ -191,7 +191,7 @@ class EditCheck {
   // What ends a node of the new page: its end tag or what comes after it.
   std::string ender_of(const NodeRecord& node) const {
     const std::size_t begin = node.content_end < node.end ? node.content_end : node.end;
-    Tokenizer tokenizer(new_.source, new_.options.templates);
+    Tokenizer tokenizer(new_.source, *new_.dialect);
     tokenizer.begin_at(begin);
     Token token{};
     tokenizer.next(token);

@@ -92,7 +92,7 @@ void EditGuard::check(const NodeEdits& edits) {
   if (tree_.has_odd_tags) check_place(edits);
   check_content(edits);
   check_rename(edits);
-  if (!tree_.options.templates) return;
+  if (!tree_.dialect->has_code()) return;
   check_neighbours(tree_, edits);
   check_blocks(edits);
 }
@@ -161,7 +161,7 @@ void EditGuard::check_blocks(const NodeEdits& edits) {
 }
 
 const CodeBlocks* EditGuard::blocks() {
-  if (!tree_.options.templates) return nullptr;
+  if (!tree_.dialect->has_code()) return nullptr;
   if (!blocks_) blocks_.emplace(tree_.source);
   return &*blocks_;
 }

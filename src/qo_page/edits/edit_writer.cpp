@@ -53,7 +53,7 @@ Halves split_wrapper(const std::string& markup, const PageOptions& options) {
 EditWriter::EditWriter(const Tree& tree, const std::vector<NodeEdits>& edits)
     : tree_(tree),
       source_(tree.source),
-      code_(source_, tree.options.templates),
+      code_(source_, *tree.dialect),
       guard_(tree),
       budget_(source_.size()),
       walk_(tree, document_index),
@@ -126,7 +126,7 @@ void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
   for (const Operation* operation : edits.operations) {
     if (operation->kind != Kind::substitute_text) continue;
     const Substituter substituter(*operation->substitution, budget_, tree_[node].begin);
-    splices = substituter.splices({text, kind, 0, tree_.options.templates});
+    splices = substituter.splices({text, kind, 0, *tree_.dialect});
     text = spliced(text, splices);
   }
   if (edits.operations.size() > 1) return insert_until(begin + old_text.size(), text, true);
@@ -212,7 +212,7 @@ std::string EditWriter::content_of(const NodeEdits& edits, const Operation& oper
   const ContentModel model = node.kind == NodeKind::text ? content_model(tree_[node.parent])
                                                          : content_model_after(tree_, edits);
   if (operation.kind == Kind::set_html || model == ContentModel::rawtext) return operation.value;
-  const std::string text = escaped_text(operation.value, tree_.options.templates);
+  const std::string text = escaped_text(operation.value, *tree_.dialect);
   const Operation* const rename = edits.find({Kind::rename});
   const Tag name = rename == nullptr ? node.tag : find_tag(rename->name);
   const bool loses_line_break = text.substr(0, 1) == "\n" && drops_line_break(name);

@@ -108,12 +108,15 @@ struct Edits::State {
       WrittenEdit written = writer.write();
       check_encoding(written, tree);
       const bool is_changed = !written.changes.empty();
-      if (is_changed) check_balance(written, tree);
       auto new_tree = std::make_unique<Tree>();
       new_tree->source = std::move(written.source);
       new_tree->options = tree.options;
+      new_tree->dialect = tree.dialect;
       if (is_changed || needs_index) TreeBuilder(*new_tree).build();
-      if (is_changed) check_edit(written, tree, *new_tree);
+      if (is_changed) {
+        check_edit(written, tree, *new_tree);
+        check_balance(written, tree, *new_tree);
+      }
       changes = std::move(written.changes);
       return new_tree;
     } catch (const EditError&) {

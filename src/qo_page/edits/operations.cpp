@@ -156,7 +156,7 @@ void check_operations(const std::vector<Operation>& operations) {
 }
 
 void check_has_no_code(const std::vector<Operation>& operations, const PageOptions& options) {
-  if (!options.templates) return;
+  if (options.dialect == "plain") return;
   for (std::size_t i = 0; i < operations.size(); ++i) {
     const Operation& operation = operations[i];
     const bool is_text = (row_of(operation.kind).fields & text_field) == text_field;

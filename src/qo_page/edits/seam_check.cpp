@@ -34,9 +34,9 @@ SeamCheck::SeamCheck(const Tree& tree, std::string_view old_source, const std::v
     : tree_(tree),
       source_(tree.source),
       old_source_(old_source),
-      code_(source_, tree.options.templates),
-      code_after_(source_, tree.options.templates),
-      old_code_(old_source, tree.options.templates),
+      code_(source_, *tree.dialect),
+      code_after_(source_, *tree.dialect),
+      old_code_(old_source, *tree.dialect),
       next_(seams.begin()),
       end_(seams.end()) {}
 
@@ -58,7 +58,7 @@ void SeamCheck::stray_tags(Range tags) {
   take_until(tags.begin);
   if (next_ == end_ || next_->offset >= tags.end) return;
   const std::string_view source = source_.substr(0, tags.end);
-  Tokenizer tokenizer(source, tree_.options.templates);
+  Tokenizer tokenizer(source, *tree_.dialect);
   tokenizer.begin_at(tags.begin);
   for (Token token{}; tokenizer.next(token);) tag(token.extent);
 }
@@ -86,11 +86,11 @@ void SeamCheck::line_break(NodeIndex holder, Iterator seam, Iterator last) const
 }
 
 void SeamCheck::code(Range text, Iterator seam, Iterator last) {
-  for (std::size_t at = code_.next_brace(text.begin); at < text.end && seam != last;) {
+  for (std::size_t at = code_.next_start(text.begin); at < text.end && seam != last;) {
     const std::size_t end = code_.end_of(at, CodeScanner::Place::text);
     const Iterator within = seam_within(at, end, seam, last);
     if (end != 0 && within != last) fail("template code", *within);
-    at = code_.next_brace(end == 0 ? at + 1 : end);
+    at = code_.next_start(end == 0 ? at + 1 : end);
   }
 }
 
@@ -106,7 +106,7 @@ void SeamCheck::references(Range text, Iterator seam, Iterator last) const {
 }
 
 void SeamCheck::code_after(const Seam& seam) {
-  if (!seam.is_end || source_[seam.offset] != '{') return;
+  if (!seam.is_end || !code_after_.may_begin(source_[seam.offset])) return;
   if (is_escaped(source_, seam.offset) != is_escaped(old_source_, seam.old_offset)) {
     throw Error("the edit would change whether a backslash is in front of template code",
                 seam.old_offset);

@@ -21,9 +21,9 @@ std::string_view in(const std::string& text, const Stretch& stretch) {
 
 // Whether the code between two iterators is all in the text, in that order.
 template <class Iterator>
-bool holds_code(const std::string& text, bool templates, const std::string& old_text, Iterator next,
-                Iterator end) {
-  const DecodedText read({text, WrittenText::Kind::text, 0, templates});
+bool holds_code(const std::string& text, const Dialect& dialect, const std::string& old_text,
+                Iterator next, Iterator end) {
+  const DecodedText read({text, WrittenText::Kind::text, 0, dialect});
   for (const Stretch& code : read.code()) {
     if (next != end && in(read.text(), code) == in(old_text, *next)) ++next;
   }
@@ -44,8 +44,8 @@ std::string with_all_ampersands(std::string_view text) {
 std::string escaped(const WrittenText& written, const std::string& text, Ampersands which) {
   if (written.kind == WrittenText::Kind::literal) return text;
   std::string out = written.kind == WrittenText::Kind::value
-                        ? escaped_value(text, written.quote, written.templates)
-                        : escaped_text(text, written.templates);
+                        ? escaped_value(text, written.quote, written.dialect)
+                        : escaped_text(text, written.dialect);
   if (which == Ampersands::where_needed || out != text) return out;
   return with_all_ampersands(out);
 }
@@ -72,7 +72,8 @@ std::vector<PatternMatch> Substituter::find_matches(const std::string& text) con
   }
 }
 
-std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool templates) const {
+std::vector<Splice> Substituter::find_changes(const DecodedText& decoded,
+                                              const Dialect& dialect) const {
   const std::string& text = decoded.text();
   std::vector<Splice> changes;
   auto code = decoded.code().begin();
@@ -86,7 +87,7 @@ std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool t
     if (in(text, here) == replacement) continue;
     const bool keeps_code =
         std::all_of(code, last, [&here](const Stretch& piece) { return is_within(piece, here); }) &&
-        holds_code(replacement, templates, text, code, last);
+        holds_code(replacement, dialect, text, code, last);
     if (!keeps_code) throw Error("the expression would change template code", place_);
     changes.push_back({here.begin, here.end, std::move(replacement)});
   }
@@ -95,7 +96,7 @@ std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool t
 
 std::vector<Splice> Substituter::splices(const WrittenText& written) const {
   DecodedText decoded(written);
-  const std::vector<Splice> changes = find_changes(decoded, written.templates);
+  const std::vector<Splice> changes = find_changes(decoded, written.dialect);
   std::vector<Splice> wanted;
   for (const Splice& change : changes) {
     const std::optional<std::size_t> begin = decoded.written_offset(change.begin);
@@ -109,7 +110,7 @@ std::vector<Splice> Substituter::splices(const WrittenText& written) const {
     std::vector<Splice> splices = wanted;
     for (Splice& splice : splices) splice.text = escaped(written, splice.text, which);
     const std::string text = spliced(written.text, splices);
-    if (DecodedText({text, written.kind, written.quote, written.templates}).text() == result) {
+    if (DecodedText({text, written.kind, written.quote, written.dialect}).text() == result) {
       return splices;
     }
   }

@@ -55,7 +55,7 @@ class Substituter {
   std::vector<PatternMatch> find_matches(const std::string& text) const;
 
   // The matches in the decoded text, and what is to be there.
-  std::vector<Splice> find_changes(const DecodedText& decoded, bool templates) const;
+  std::vector<Splice> find_changes(const DecodedText& decoded, const Dialect& dialect) const;
 
   const SubstitutionProgram& program_;
   PatternBudget& budget_;

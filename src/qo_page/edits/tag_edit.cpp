@@ -37,8 +37,8 @@ bool is_expression(std::string_view value) {
 }
 
 // What meets at an end of a splice must not become code.
-void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices, bool templates,
-                         std::size_t place) {
+void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices,
+                         const Dialect& dialect, std::size_t place) {
   std::vector<std::size_t> seams;
   std::size_t new_size = 0, old_end = 0;
   for (const Splice& splice : splices) {
@@ -48,16 +48,16 @@ void check_joins_no_code(std::string_view value, const std::vector<Splice>& spli
     seams.push_back(new_size);
     old_end = splice.end;
   }
-  CodeScanner code(value, templates);
+  CodeScanner code(value, dialect);
   auto seam = seams.begin();
-  for (std::size_t at = code.next_brace(0); at < value.size();) {
-    const std::size_t end = code.end_of(at, CodeScanner::Place::tag);
+  for (std::size_t at = code.next_start(0); at < value.size();) {
+    const std::size_t end = code.end_of(at, CodeScanner::Place::quoted);
     while (seam != seams.end() && *seam <= at) ++seam;
     if (seam != seams.end() && *seam < end) {
       throw Error("what is on both sides of the edit would together be read as template code",
                   place);
     }
-    at = code.next_brace(end == 0 ? at + 1 : end);
+    at = code.next_start(end == 0 ? at + 1 : end);
   }
 }
 
@@ -65,16 +65,16 @@ void check_joins_no_code(std::string_view value, const std::vector<Splice>& spli
 
 TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, EditGuard& guard,
                  PatternBudget& budget)
-    : source_(source), templates_(code.enabled()), guard_(guard), budget_(budget) {
+    : source_(source), dialect_(code.dialect()), guard_(guard), budget_(budget) {
   token_.extent.begin = begin;
   TagReader(source, code, token_).read(begin + 1);
   name_ = token_.name.in(source);
   const std::string_view tag = token_.extent.in(source);
-  may_have_code_ = templates_ && tag.find_first_of("{<[@#", 1) != npos;
-  if (templates_ && (may_have_code_ || token_.may_be_odd)) {
+  may_have_code_ = dialect_.has_code() && tag.find_first_of("{<[@#", 1) != npos;
+  if (dialect_.has_code() && (may_have_code_ || token_.may_be_odd)) {
     attribute_code_.emplace(source, token_, CodeBlocks(tag), code.ahead());
   }
-  check_attributes(source, token_, templates_);
+  if (!dialect_.is_exact) check_attributes(source, token_, dialect_);
   for (const AttributeToken& attribute : token_.attributes) {
     if (attribute.quote != 0) {
       tag_quote_ = attribute.quote;
@@ -153,7 +153,8 @@ void TagEdit::check_is_first(std::string_view name, std::size_t offset) const {
 
 // Quotes would turn an expression into a text.
 void TagEdit::check_is_no_code(const Slot& slot) const {
-  if (!templates_ || slot.quote != 0 || !is_expression(slot.value)) return;
+  const bool is_text = !dialect_.has_code() || (dialect_.is_exact && dialect_.quotes_keep_code);
+  if (is_text || slot.quote != 0 || !is_expression(slot.value)) return;
   throw Error("the value of \"" + slot.name + "\" is an expression: " + shortened(slot.value),
               token_.extent.begin);
 }
@@ -162,15 +163,15 @@ void TagEdit::set(Slot& slot, const std::string& value) {
   const bool is_new = slot.written == nullptr && !slot.has_value;
   if (!is_new && decode(slot.value, DecodeMode::attribute) == value) return;
   const bool had_no_quotes =
-      slot.has_value && slot.quote == 0 && !(templates_ && is_expression(slot.value));
+      slot.has_value && slot.quote == 0 && !(dialect_.has_code() && is_expression(slot.value));
   slot.has_value = true;
   slot.is_changed = true;
   if (had_no_quotes && fits_without_quotes(value)) {
-    slot.value = escaped_value(value, 0, templates_);
+    slot.value = escaped_value(value, 0, dialect_);
     return;
   }
-  slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, templates_);
-  slot.value = escaped_value(value, slot.quote, templates_);
+  slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, dialect_);
+  slot.value = escaped_value(value, slot.quote, dialect_);
 }
 
 void TagEdit::set_bare(Slot& slot) {
@@ -187,7 +188,7 @@ void TagEdit::remove(std::string_view name) {
 }
 
 std::vector<ClassToken> TagEdit::tokens_of(const Slot& slot) const {
-  CodeScanner code(slot.value, templates_);
+  CodeScanner code(slot.value, dialect_);
   return class_tokens(slot.value, {0, slot.value.size()}, code);
 }
 
@@ -208,7 +209,7 @@ void TagEdit::add_class(const std::string& token) {
   use_quotes(slot);
   slot.is_changed = true;
   const std::size_t end = slot.value.find_last_not_of(blanks) + 1;  // npos + 1 is 0
-  slot.value.insert(end, (end == 0 ? "" : " ") + escaped_value(token, slot.quote, templates_));
+  slot.value.insert(end, (end == 0 ? "" : " ") + escaped_value(token, slot.quote, dialect_));
 }
 
 bool TagEdit::is_class(const Slot& slot, const ClassToken& there, const std::string& token) {
@@ -254,7 +255,7 @@ void TagEdit::substitute(const std::string& name, const Substitution& substituti
 void TagEdit::substitute(Slot& slot, const Substitution& substitution) {
   const Substituter substituter(substitution, budget_, token_.extent.begin);
   const auto splices = [&] {
-    return substituter.splices({slot.value, WrittenText::Kind::value, slot.quote, templates_});
+    return substituter.splices({slot.value, WrittenText::Kind::value, slot.quote, dialect_});
   };
   std::vector<Splice> made = splices();
   if (made.empty()) return;
@@ -268,7 +269,7 @@ void TagEdit::substitute(Slot& slot, const Substitution& substitution) {
   }
   slot.value = spliced(slot.value, made);
   slot.is_changed = true;
-  check_joins_no_code(slot.value, made, templates_, token_.extent.begin);
+  check_joins_no_code(slot.value, made, dialect_, token_.extent.begin);
 }
 
 // The attribute as it is to be; what is around a "=" that was there stays.
@@ -383,7 +384,7 @@ std::string TagEdit::text() const {
 }
 
 void TagEdit::check(const std::string& text, const std::vector<const Slot*>& slots) const {
-  CodeScanner code(text, templates_);
+  CodeScanner code(text, dialect_);
   Token read{};
   bool is_same = TagReader(text, code, read).read(1) && read.extent.end == text.size() &&
                  read.name.in(text) == name_;

@@ -69,7 +69,7 @@ class TagEdit {
   void check(const std::string& text, const std::vector<const Slot*>& slots) const;
 
   std::string_view source_;
-  bool templates_;
+  const Dialect& dialect_;
   EditGuard& guard_;
   PatternBudget& budget_;
   Token token_{};

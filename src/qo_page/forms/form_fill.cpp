@@ -183,7 +183,7 @@ class Filler {
   }
 
   void fill_textarea(NodeIndex textarea, const std::string& value) {
-    const std::string written = escaped_text(value, tree_.options.templates);
+    const std::string written = escaped_text(value, *tree_.dialect);
     check_written(index_.text().content_of("\n" + written), value, textarea);
     add(textarea, Operation::Kind::set_text, "", value);
   }
@@ -191,7 +191,7 @@ class Filler {
   void fill_input(NodeIndex input, const std::string& value) {
     const InputType type = input_type(tree_, input);
     if (names_charset(tree_, input, type)) fail("the input sends the page's encoding", input);
-    const std::string written = escaped_value(value, '"', tree_.options.templates);
+    const std::string written = escaped_value(value, '"', *tree_.dialect);
     check_written(index_.text().value_of(written), value, input);
     const bool fits =
         index_.text().has_code(written) || sanitized_value(tree_, input, type, value) == value;

@@ -67,7 +67,7 @@ bool is_passed_over(const NodeRecord& record) {
 
 DecodedText FormText::decoded(std::string_view written, WrittenText::Kind kind) const {
   const std::string lines = with_line_feeds(written);
-  return DecodedText({lines, kind, 0, tree_.options.templates});
+  return DecodedText({lines, kind, 0, *tree_.dialect});
 }
 
 bool FormText::has_code(std::string_view value) const {

@@ -54,13 +54,13 @@ bool compares(AttributeTest::Operator op, std::string_view value, std::string_vi
 }
 
 bool may_have_code(const Tree& tree, std::string_view value) {
-  return tree.options.templates && value.find_first_of("{<") != value.npos;
+  return tree.dialect->has_code() && value.find_first_of("{<") != value.npos;
 }
 
 // Code in a value ends in it, whatever comes later. A reference in a token may stand for a blank.
 bool has_class_beside_code(const Tree& tree, Range value, const std::string& name) {
   const std::string_view source = std::string_view(tree.source).substr(0, value.end);
-  CodeScanner code(source, true);
+  CodeScanner code(source, *tree.dialect);
   const std::vector<ClassToken> tokens = class_tokens(source, value, code);
   return std::any_of(tokens.begin(), tokens.end(), [&](const ClassToken& token) {
     const std::string_view written = token.range.in(source);

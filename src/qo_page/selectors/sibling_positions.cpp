@@ -6,7 +6,7 @@ namespace qo::selectors {
 
 namespace {
 
-constexpr std::uint32_t space_count = 3;
+constexpr std::uint32_t space_count = 4;
 constexpr std::uint32_t tag_count = static_cast<std::uint32_t>(Tag::count);
 
 template <class Work>

@@ -7,6 +7,8 @@ namespace qo {
 using Kind = CodeStep::Kind;
 
 void BlockStack::add(const CodeStep& step, std::size_t piece) {
+  first_piece_ = std::min(first_piece_, piece);
+  last_piece_ = piece;
   switch (step.kind) {
     case Kind::open:
       ++counts_[step.name];

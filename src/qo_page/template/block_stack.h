@@ -37,6 +37,10 @@ class BlockStack {
   const std::vector<Half>& unclosed() const { return unclosed_; }
   const std::vector<Half>& unopened() const { return unopened_; }
 
+  // Whether there are other pieces after, or in front of, one.
+  bool has_after(std::size_t piece) const { return piece < last_piece_; }
+  bool has_before(std::size_t piece) const { return piece > first_piece_; }
+
   // Whether a block that the name closes is open now, was ever opened, or was ever closed.
   bool is_open(std::string_view name) const;
   bool has_opened(std::string_view name) const;
@@ -55,6 +59,8 @@ class BlockStack {
   void drop(const Half& open);
 
   std::vector<CodeBlock> blocks_;
+  std::size_t first_piece_ = static_cast<std::size_t>(-1);
+  std::size_t last_piece_ = 0;
   std::vector<Half> open_;
   std::vector<Half> unclosed_, unopened_;
   Counts counts_;           // of open blocks, by name

@@ -7,11 +7,7 @@
 
 namespace qo {
 
-namespace {
-
 using Step = CodeStep::Kind;
-
-}  // namespace
 
 CodeBlocks::CodeBlocks(std::string_view source) {
   Reading reading;
@@ -34,7 +30,7 @@ CodeBlocks::CodeBlocks(std::string_view source) {
 }
 
 void CodeBlocks::read(std::string_view source, Reading& reading) {
-  CodeScanner scanner(source, true);
+  CodeScanner scanner(source, html_dialect());
   LooseMarks marks(source);
   const std::string starts = marks.starts() + "{<";
   for (std::size_t i = 0; (i = source.find_first_of(starts, i)) != std::string_view::npos;) {
@@ -112,11 +108,13 @@ void CodeBlocks::add_lone(std::size_t kind, const BlockStack& stack) {
     if (is_opening) first_unclosed = std::min(first_unclosed, half.piece);
   }
   for (const BlockStack::Half& half : stack.unopened()) {
-    const bool is_known = kind == angle || kind >= loose || first_unclosed < half.piece;
+    const bool is_known =
+        kind == angle ? stack.has_before(half.piece) : kind >= loose || first_unclosed < half.piece;
     if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
   }
   for (const BlockStack::Half& half : stack.unclosed()) {
-    const bool is_known = kind == angle || (kind == braces && stack.has_closed(half.step.name));
+    const bool is_known = kind == angle ? stack.has_after(half.piece)
+                                        : kind == braces && stack.has_closed(half.step.name);
     if (is_known && is_half(kind, half.step, stack)) cuts_.add_lone(pieces_[half.piece]);
   }
 }

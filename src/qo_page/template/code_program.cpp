@@ -290,7 +290,7 @@ class ProgramReader {
   void basic_then() {
     if (opener_ == npos) return;
     const std::string_view rest = text_.substr(position_);
-    const std::string_view line = rest.substr(0, rest.find('\n'));
+    const std::string_view line = rest.substr(0, rest.find_first_of(";\n"));
     const std::string_view then = without_leading(line, blanks);
     const bool goes_on = !then.empty() && then[0] != '\'' && lower(then).find(any_end) == npos;
     if (goes_on) steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(opener_));

@@ -151,4 +151,31 @@ CodeRole role_of(std::string_view code) {
   return opens ? CodeRole::opening : CodeRole::closing;
 }
 
+namespace {
+
+// What is in a mark of one brace: {#if x}, {:else}, {/if}, {if $x}, {@html x}, {$x}.
+CodeRole role_in_mark(std::string_view inner) {
+  if (inner.empty()) return CodeRole::output;
+  if (inner[0] == '#' || inner[0] == '^') return CodeRole::opening;
+  if (inner[0] == '/' || inner[0] == ':') return CodeRole::closing;
+  const BlockWord* const known =
+      find_block_word(first_word(inner), languages::statement | languages::toolkit);
+  if (known == nullptr) return CodeRole::output;
+  return known->kind == Kind::open ? CodeRole::opening : CodeRole::closing;
+}
+
+}  // namespace
+
+CodeRole role_of(std::string_view code, const Dialect& dialect) {
+  for (const CodeMark& mark : dialect.marks) {
+    if (mark.open.empty()) break;
+    if (!begins_with(code, mark.open)) continue;
+    if (mark.use == CodeUse::output) return CodeRole::output;
+    if (mark.use == CodeUse::silent) return CodeRole::opening;
+    const std::string_view inner = code.substr(mark.open.size());
+    return role_in_mark(without_leading(inner, "-+~ \t\r\n"));
+  }
+  return dialect.has_known_marks ? role_of(code) : CodeRole::opening;
+}
+
 }  // namespace qo

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <qo_page/template/dialect.h>
+
 namespace qo {
 
 // One piece may do several of these: "} else {", "<% end; if x %>".
@@ -34,6 +36,9 @@ enum class CodeRole {
 };
 
 CodeRole role_of(std::string_view code);
+
+// The same for a piece of code of that dialect.
+CodeRole role_of(std::string_view code, const Dialect& dialect);
 
 // Whether a piece of code that is no part of a block may write something: comments do not.
 bool may_write(std::string_view code);

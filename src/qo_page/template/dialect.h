@@ -21,6 +21,32 @@ constexpr unsigned anywhere = text | tag | unquoted | quoted | raw;
 constexpr unsigned not_raw = anywhere & ~raw;
 }  // namespace code_places
 
+// What characters may be to a reader of tags, a bit for each.
+class TagCharacters {
+ public:
+  static constexpr unsigned blank = 1u << 0;
+  static constexpr unsigned tag_end = 1u << 1;  // ">"
+  static constexpr unsigned slash = 1u << 2;
+  static constexpr unsigned equals = 1u << 3;
+  static constexpr unsigned double_quote = 1u << 4;
+  static constexpr unsigned single_quote = 1u << 5;
+  static constexpr unsigned bracket = 1u << 6;  // that may open code of a kind that is not known
+  static constexpr unsigned code = 1u << 7;     // that code may begin with
+
+  constexpr void add(std::string_view characters, unsigned bits) {
+    for (const char c : characters) {
+      bits_[static_cast<unsigned char>(c)] |= static_cast<unsigned char>(bits);
+    }
+  }
+  constexpr bool has(char c, unsigned bits) const {
+    return (bits_[static_cast<unsigned char>(c)] & bits) != 0;
+  }
+  constexpr bool may_begin_code(char c) const { return has(c, code); }
+
+ private:
+  unsigned char bits_[256] = {};
+};
+
 // What a piece of code stands for.
 enum class CodeUse : unsigned char {
   words,   // what its first words say: {% if x %}
@@ -38,12 +64,11 @@ struct CodeMark {
   std::string_view not_before = "";  // characters that the opener is none in front of
 };
 
-// Names that begin code without a closer of its own: @if (a < b) {, #foreach($x in $y), $x.y("z").
+// Words that begin code without a closer of its own: what follows in (...), and a "{" that begins a
+// block, as in @if (a < b) {.
 struct CodeWords {
   char sigil;  // in front of a name
   unsigned places;
-  bool is_reference;  // it goes on with ".name", "(...)" and "[...]"; otherwise "(...)" at most
-  bool takes_brace;   // after the brackets: a "{" that begins a block, which a "}" ends
   std::string_view names;  // the only ones, separated by blanks; empty: any
   CodeSyntax syntax = no_syntax;
 };
@@ -64,11 +89,10 @@ struct Dialect {
 
   // How elements nest.
   SelfClosing self_closing = SelfClosing::never;
-  bool has_case = false;          // names count as they are written: <Link> is not <link>
-  bool is_strict = false;         // no end tag may be left out
-  bool is_xml = false;            // no element is void, and none holds anything but markup
-  bool has_raw_blocks = false;    // what is at the top is a text, but for <template>
-  bool has_front_matter = false;  // between two lines of three dashes at the start
+  bool has_case = false;        // names count as they are written: <Link> is not <link>
+  bool is_strict = false;       // no end tag may be left out
+  bool is_xml = false;          // no element is void, and none holds anything but markup
+  bool has_raw_blocks = false;  // what is at the top is a text, but for <template>
 
   // Which code there is.
   bool has_known_marks = true;   // <?...?>, <%...%>, {{...}}, {%...%}, {#...#} that look like code
@@ -77,11 +101,32 @@ struct Dialect {
   CodeMark marks[most_marks] = {};  // those with an opener
   CodeWords words = {};             // with a sigil
 
+  // What follows from the above.
+  TagCharacters characters = {};
+  std::string_view text_starts = {};  // what code in texts may begin with, but for "<"
+
+  // Only the second character of a mark tells that it is one.
+  constexpr bool needs_second_brace() const { return has_known_marks && text_starts == "{"; }
+
+  // Whether a single brace begins code there.
+  constexpr bool has_brace_code(unsigned place) const {
+    for (const CodeMark& mark : marks) {
+      if (mark.open == "{" && mark.not_before.empty() && (mark.places & place) != 0) return true;
+    }
+    return false;
+  }
+
   // Whether it has any code at all.
   constexpr bool has_code() const {
     return has_known_marks || !marks[0].open.empty() || words.sigil != '\0';
   }
 };
+
+// Whether a list of words, separated by blanks, has that one.
+bool has_word(std::string_view words, std::string_view wanted);
+
+// The dialect of pages that nothing else is known of.
+const Dialect& html_dialect();
 
 // The one of that name; null when there is none.
 const Dialect* find_dialect(std::string_view name);

@@ -1,5 +1,6 @@
 // The table of dialects, and how a file's own is found.
 
+#include <array>
 #include <iterator>
 
 #include <qo_page/base/words.h>
@@ -33,11 +34,7 @@ constexpr Dialect angular = [] {
   Dialect row = component("angular", "component.html ng.html");
   row.self_closing = SelfClosing::custom;
   row.marks[0] = {"{{", "}}", text, CodeUse::output, escaped_strings};
-  row.words = {'@',
-               text,
-               false,
-               true,
-               "if else for empty switch case default defer placeholder loading error",
+  row.words = {'@', text, "if else for empty switch case default defer placeholder loading error",
                javascript};
   return row;
 }();
@@ -50,7 +47,6 @@ constexpr Dialect svelte = [] {
 
 constexpr Dialect astro = [] {
   Dialect row = component("astro", "astro");
-  row.has_front_matter = true;
   row.quotes_keep_code = false;
   row.marks[0] = {"{", "}", tag | unquoted, CodeUse::output, javascript};
   return row;
@@ -97,7 +93,7 @@ constexpr Dialect with_only(std::string_view name, std::string_view endings, Cod
   return row;
 }
 
-constexpr Dialect dialects[] = {
+constexpr Dialect listed[] = {
     {"html", "html htm", ""},
     plain,
     vue,
@@ -127,14 +123,48 @@ constexpr Dialect dialects[] = {
               {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f\"'"}),
 };
 
-bool has_word(std::string_view words, std::string_view wanted) {
-  while (!words.empty()) {
-    const std::size_t end = words.find(' ');
-    if (words.substr(0, end) == wanted) return true;
-    words.remove_prefix(end == words.npos ? words.size() : end + 1);
+// The characters that texts are looked through for; three at most.
+constexpr std::string_view starts_of(const Dialect& row) {
+  const bool has_at = row.words.sigil == '@';
+  bool has_brace = row.has_known_marks, has_square = false;
+  for (const CodeMark& mark : row.marks) {
+    has_brace = has_brace || (!mark.open.empty() && mark.open[0] == '{' && (mark.places & text));
+    has_square = has_square || (!mark.open.empty() && mark.open[0] == '[');
   }
-  return false;
+  if (has_at) return has_brace ? "{@" : "@";
+  if (has_square) return has_brace ? "{[" : "[";
+  return has_brace ? "{" : "";
 }
+
+// With what follows from the rest of the row.
+constexpr Dialect completed(Dialect row) {
+  TagCharacters characters;
+  characters.add(" \t\n\f\r", TagCharacters::blank);
+  characters.add(">", TagCharacters::tag_end);
+  characters.add("/", TagCharacters::slash);
+  characters.add("=", TagCharacters::equals);
+  characters.add("\"", TagCharacters::double_quote);
+  characters.add("'", TagCharacters::single_quote);
+  characters.add("{([`", TagCharacters::bracket);
+  if (row.has_known_marks) characters.add("{<", TagCharacters::code);
+  for (const CodeMark& mark : row.marks) {
+    if (!mark.open.empty()) characters.add(mark.open.substr(0, 1), TagCharacters::code);
+  }
+  if (row.words.sigil != '\0') {
+    characters.add(std::string_view(&row.words.sigil, 1), TagCharacters::code);
+  }
+  row.characters = characters;
+  row.text_starts = starts_of(row);
+  return row;
+}
+
+constexpr std::size_t count = std::size(listed);
+
+constexpr std::array<Dialect, count> dialects = [] {
+  std::array<Dialect, count> made{};
+  for (std::size_t i = 0; i < count; ++i) made[i] = completed(listed[i]);
+  return made;
+}();
 
 // The longest ending that a row has counts: "component.html" before "html".
 const Dialect* find_by_ending(std::string_view path) {
@@ -159,6 +189,19 @@ const Dialect* find_by_start(std::string_view source) {
 
 }  // namespace
 
+bool has_word(std::string_view words, std::string_view wanted) {
+  while (!words.empty()) {
+    const std::size_t end = words.find(' ');
+    if (words.substr(0, end) == wanted) return true;
+    words.remove_prefix(end == words.npos ? words.size() : end + 1);
+  }
+  return false;
+}
+
+const Dialect& html_dialect() {
+  return dialects[0];
+}
+
 const Dialect* find_dialect(std::string_view name) {
   for (const Dialect& row : dialects) {
     if (row.name == name) return &row;
@@ -175,7 +218,7 @@ const Dialect& dialect_of_file(std::string_view path, std::string_view source) {
 }
 
 Dialects all_dialects() {
-  return {std::begin(dialects), std::end(dialects)};
+  return {dialects.data(), dialects.data() + count};
 }
 
 }  // namespace qo

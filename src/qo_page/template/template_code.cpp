@@ -54,8 +54,25 @@ bool holds_tags(std::string_view code) {
 
 }  // namespace
 
-CodeScanner::CodeScanner(std::string_view source, bool enabled)
-    : source_(source), enabled_(enabled) {
+unsigned place_bit(CodeScanner::Place place) {
+  using Place = CodeScanner::Place;
+  switch (place) {
+    case Place::text:
+    case Place::fragment:
+      return code_places::text;
+    case Place::tag:
+      return code_places::tag;
+    case Place::unquoted:
+      return code_places::unquoted;
+    case Place::quoted:
+      return code_places::quoted;
+    default:
+      return code_places::raw;
+  }
+}
+
+CodeScanner::CodeScanner(std::string_view source, const Dialect& dialect)
+    : source_(source), dialect_(dialect) {
   const std::string_view wanted[wanted_count] = {"?>", "%>", "--%>", "}}", "--}}", "%}",
                                                  "#}", "<?", "{{",   "{%", "{#"};
   for (std::size_t i = 0; i < wanted_count; ++i) finders_[i] = Finder(wanted[i]);
@@ -65,24 +82,80 @@ std::size_t CodeScanner::find(Wanted wanted, std::size_t from) {
   return finders_[wanted].find(source_, from);
 }
 
-std::size_t CodeScanner::next_brace(std::size_t at) {
-  if (!enabled_) return npos;
-  if (brace_is_set_ && brace_ >= at) return brace_;
-  brace_is_set_ = true;
-  for (brace_ = source_.find('{', at); brace_ != npos; brace_ = source_.find('{', brace_ + 1)) {
-    const char next = brace_ + 1 < source_.size() ? source_[brace_ + 1] : '\0';
+std::size_t CodeScanner::next_start(std::size_t at) {
+  if (start_is_set_ && start_ >= at) return start_;
+  start_is_set_ = true;
+  const std::string_view starts = dialect_.text_starts;
+  start_ = starts.empty() ? npos : source_.find_first_of(starts, at);
+  while (start_ != npos && dialect_.needs_second_brace()) {
+    const char next = start_ + 1 < source_.size() ? source_[start_ + 1] : '\0';
     if (next == '{' || next == '%' || next == '#') break;
+    start_ = source_.find('{', start_ + 1);
   }
-  return brace_;
+  return start_;
 }
 
 CodeScanner& CodeScanner::ahead() {
-  if (ahead_ == nullptr) ahead_ = std::make_unique<CodeScanner>(source_, enabled_);
+  if (ahead_ == nullptr) ahead_ = std::make_unique<CodeScanner>(source_, dialect_);
   return *ahead_;
 }
 
 std::size_t CodeScanner::end_of(std::size_t at, Place place) {
-  if (!enabled_ || at + 1 >= source_.size()) return 0;
+  if (at + 1 >= source_.size() || !may_begin(source_[at])) return 0;
+  if (const std::size_t end = end_of_mark(at, place)) return end;
+  if (const std::size_t end = end_of_words(at, place)) return end;
+  return dialect_.has_known_marks ? end_of_known(at, place) : 0;
+}
+
+// What an opener without a closer is read for is bounded by the source's length, however many
+// there are.
+std::size_t CodeScanner::close_after(std::size_t begin, std::string_view closer,
+                                     const CodeSyntax& syntax) {
+  const std::size_t budget = 4 * source_.size() + farthest;
+  if (lost_ >= budget) return npos;
+  const std::size_t end = code_end(source_, begin, closer, syntax, source_.size());
+  if (end == npos) lost_ += source_.size() - begin;
+  return end;
+}
+
+std::size_t CodeScanner::end_of_mark(std::size_t at, Place place) {
+  for (const CodeMark& mark : dialect_.marks) {
+    if (mark.open.empty()) return 0;
+    const bool is_here = (mark.places & place_bit(place)) != 0 &&
+                         source_.compare(at, mark.open.size(), mark.open) == 0;
+    if (!is_here) continue;
+    const std::size_t inner = at + mark.open.size();
+    if (inner < source_.size() && mark.not_before.find(source_[inner]) != npos) continue;
+    const std::size_t end = close_after(inner, mark.close, mark.syntax);
+    if (end != npos) return end;
+  }
+  return 0;
+}
+
+// A name, and what is in brackets after it: @if (a < b) {, @else if (c) {.
+std::size_t CodeScanner::end_of_words(std::size_t at, Place place) {
+  const CodeWords& words = dialect_.words;
+  if (words.sigil == '\0' || source_[at] != words.sigil) return 0;
+  if ((words.places & place_bit(place)) == 0) return 0;
+  const auto after_blanks = [this](std::size_t from) {
+    return std::min(source_.find_first_not_of(blanks, from), source_.size());
+  };
+  std::size_t end = at + 1;
+  for (std::string_view name = first_word(source_.substr(end)); has_word(words.names, name);
+       name = first_word(source_.substr(end))) {
+    end = after_blanks(end + name.size());
+  }
+  if (end == at + 1 || end >= source_.size()) return 0;
+  if (source_[end] == '(') {
+    const std::size_t close = close_after(end + 1, "", words.syntax);
+    if (close == npos) return 0;
+    end = after_blanks(close);
+  }
+  return end < source_.size() && source_[end] == '{' ? end + 1 : 0;
+}
+
+// The marks of many languages, as far as what is in them looks like code.
+std::size_t CodeScanner::end_of_known(std::size_t at, Place place) {
   const char next = source_[at + 1];
   if (source_[at] == '<') {
     if (next == '?') return end_of_question(at, place);

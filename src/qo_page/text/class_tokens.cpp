@@ -27,11 +27,11 @@ std::vector<Item> items_of(std::string_view source, Range value, CodeScanner& co
     }
   };
   for (std::size_t i = value.begin; i < value.end;) {
-    const bool may_be_code = source[i] == '{' || source[i] == '<';
-    const std::size_t code_end = may_be_code ? code.end_of(i, CodeScanner::Place::tag) : 0;
+    const bool may_be_code = code.may_begin(source[i]);
+    const std::size_t code_end = may_be_code ? code.end_of(i, CodeScanner::Place::quoted) : 0;
     const std::size_t end = code_end == 0 ? i + 1 : code_end;
     const bool is_statement =
-        code_end != 0 && role_of(source.substr(i, end - i)) != CodeRole::output;
+        code_end != 0 && role_of(source.substr(i, end - i), code.dialect()) != CodeRole::output;
     const bool is_gap = code_end == 0 && is_blank(source[i]);
     add(is_statement ? Item::Kind::code
         : is_gap     ? Item::Kind::blanks

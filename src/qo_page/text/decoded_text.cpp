@@ -5,13 +5,28 @@
 
 namespace qo {
 
+namespace {
+
+CodeScanner::Place place_of(const WrittenText& written) {
+  switch (written.kind) {
+    case WrittenText::Kind::literal:
+      return CodeScanner::Place::raw_text;
+    case WrittenText::Kind::value:
+      return written.quote == 0 ? CodeScanner::Place::unquoted : CodeScanner::Place::quoted;
+    default:
+      return CodeScanner::Place::fragment;
+  }
+}
+
+}  // namespace
+
 DecodedText::DecodedText(const WrittenText& written) {
   const std::string_view source = written.text;
   const bool is_literal = written.kind == WrittenText::Kind::literal;
   const DecodeMode mode =
       written.kind == WrittenText::Kind::value ? DecodeMode::attribute : DecodeMode::text;
-  const auto place = is_literal ? CodeScanner::Place::raw_text : CodeScanner::Place::tag;
-  CodeScanner code(source, written.templates);
+  const CodeScanner::Place place = place_of(written);
+  CodeScanner code(source, written.dialect);
   for (std::size_t i = 0; i < source.size();) {
     const std::size_t begin = text_.size();
     if (const std::size_t code_end = code.end_of(i, place)) {

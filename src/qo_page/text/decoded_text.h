@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include <qo_page/template/dialect.h>
+
 namespace qo {
 
 // What kind of text it is.
@@ -18,7 +20,7 @@ struct WrittenText {
   std::string_view text;
   Kind kind;
   char quote;  // around a value; 0: none
-  bool templates;
+  const Dialect& dialect;
 };
 
 struct Stretch {

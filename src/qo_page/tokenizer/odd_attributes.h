@@ -11,7 +11,7 @@ namespace qo {
 
 // Quotes in a name, after what may open code of a kind that is not known, say that the end of a
 // value or of the tag may be none. Throws Error then.
-void check_attributes(std::string_view source, const Token& tag, bool templates);
+void check_attributes(std::string_view source, const Token& tag, const Dialect& dialect);
 
 }  // namespace qo
 

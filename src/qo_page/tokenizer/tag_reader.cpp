@@ -21,9 +21,9 @@ bool is_part_of_tag_name(std::string_view name) {
   return wants_more(name) || (name.size() == 1 && find_tag(name) == Tag::unknown);
 }
 
-bool ends_name(char c) {
-  return is_blank(c) || c == '/' || c == '>';
-}
+using Characters = TagCharacters;
+
+constexpr unsigned ends_name = Characters::blank | Characters::slash | Characters::tag_end;
 
 }  // namespace
 
@@ -51,8 +51,8 @@ void TagReader::items() {
   }
 }
 
-std::size_t TagReader::code_end() {
-  const std::size_t end = code_.end_of(position_, CodeScanner::Place::tag);
+std::size_t TagReader::code_end(CodeScanner::Place place) {
+  const std::size_t end = code_.end_of(position_, place);
   if (looks_ahead_ && end != 0) blocks_->add(code_until(end), position_);
   return end;
 }
@@ -61,11 +61,21 @@ void TagReader::skip_blanks() {
   while (!at_end() && is_blank(source_[position_])) ++position_;
 }
 
+void TagReader::skip_until(unsigned characters) {
+  const TagCharacters& table = code_.dialect().characters;
+  const char* const end = source_.data() + source_.size();
+  const char* at = source_.data() + position_;
+  while (at != end && !table.has(*at, characters)) ++at;
+  position_ = static_cast<std::size_t>(at - source_.data());
+}
+
 void TagReader::tag_name() {
   const std::size_t begin = position_;
   bool has_code = false;
-  while (!at_end() && !ends_name(source_[position_])) {
-    const std::size_t end = may_be_code() ? code_end() : 0;
+  for (;;) {
+    skip_until(ends_name | Characters::code);
+    if (at_end() || is(ends_name)) break;
+    const std::size_t end = code_end(CodeScanner::Place::tag);
     if (end == 0) {
       ++position_;
       continue;
@@ -85,8 +95,8 @@ void TagReader::item() {
     token_.self_closing = !at_end() && source_[position_] == '>';
     return;
   }
-  const std::size_t end = may_be_code() ? code_end() : 0;
-  if (end != 0 && role_of(code_until(end)) != CodeRole::output) {
+  const std::size_t end = is(Characters::code) ? code_end(CodeScanner::Place::tag) : 0;
+  if (end != 0 && role_until(end) != CodeRole::output) {
     position_ = end;
     token_.items_end = end;
     return;
@@ -119,16 +129,18 @@ bool TagReader::attribute_name() {
   const std::size_t begin = position_;
   bool has_block = false;
   bool is_named = false;
-  while (!at_end()) {
-    const char c = source_[position_];
-    if (ends_name(c) || (c == '=' && position_ != begin)) break;
-    const std::size_t end = may_be_code() ? code_end() : 0;
+  for (;;) {
+    const std::size_t before = position_;
+    skip_until(ends_name | Characters::equals | Characters::bracket | Characters::code);
+    is_named = is_named || position_ != before;
+    if (at_end() || is(ends_name) || (is(Characters::equals) && position_ != begin)) break;
+    const std::size_t end = is(Characters::code) ? code_end(CodeScanner::Place::tag) : 0;
     if (end == 0) {
       is_named = true;
       take_character(true);
       continue;
     }
-    const bool is_output = role_of(code_until(end)) == CodeRole::output;
+    const bool is_output = role_until(end) == CodeRole::output;
     const bool goes_on =
         has_block || is_output || wants_more(source_.substr(begin, position_ - begin));
     if (!goes_on) break;
@@ -162,9 +174,11 @@ void TagReader::quoted_value(AttributeToken& attribute) {
 }
 
 void TagReader::until_quote(char quote) {
-  while (!at_end() && source_[position_] != quote) {
-    const std::size_t end = may_be_code() ? code_end() : 0;
-    position_ = std::max(position_ + 1, end);
+  const unsigned closer = quote == '"' ? Characters::double_quote : Characters::single_quote;
+  for (;;) {
+    skip_until(closer | Characters::code);
+    if (at_end() || is(closer)) return;
+    position_ = std::max(position_ + 1, code_end(CodeScanner::Place::quoted));
   }
 }
 
@@ -223,13 +237,16 @@ std::unique_ptr<TagBlocks> TagReader::blocks_from(std::size_t begin) {
 // begins a block at the end of the value is no part of it either.
 void TagReader::unquoted_value(AttributeToken& attribute) {
   bool has_block = false;
-  while (!at_end() && !is_blank(source_[position_]) && source_[position_] != '>') {
-    const std::size_t end = may_be_code() ? code_end() : 0;
+  constexpr unsigned ends_value = Characters::blank | Characters::tag_end;
+  for (;;) {
+    skip_until(ends_value | Characters::bracket | Characters::code);
+    if (at_end() || is(ends_value)) break;
+    const std::size_t end = is(Characters::code) ? code_end(CodeScanner::Place::unquoted) : 0;
     if (end == 0) {
       take_character(false);
       continue;
     }
-    const CodeRole role = role_of(code_until(end));
+    const CodeRole role = role_until(end);
     const bool is_first = position_ == attribute.value.begin;
     if (role == CodeRole::closing && !has_block && !is_first) break;
     const bool at_value_end =

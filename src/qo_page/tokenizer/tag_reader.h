@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include <qo_page/template/code_steps.h>
 #include <qo_page/tokenizer/tag_blocks.h>
 #include <qo_page/tokenizer/tokenizer.h>
 
@@ -41,11 +42,15 @@ class TagReader {
   bool is_for_author() const { return reader_ == Reader::author && code_.enabled(); }
 
   void items();
-  std::size_t code_end();
+  std::size_t code_end(CodeScanner::Place place);
+  CodeRole role_until(std::size_t end) const { return role_of(code_until(end), code_.dialect()); }
+  void skip_until(unsigned characters);
+  bool is(unsigned characters) const {
+    return code_.dialect().characters.has(source_[position_], characters);
+  }
   std::string_view code_until(std::size_t end) const {
     return source_.substr(position_, end - position_);
   }
-  bool may_be_code() const { return source_[position_] == '{' || source_[position_] == '<'; }
   bool at_end() const { return position_ >= source_.size(); }
   void skip_blanks();
 

@@ -64,12 +64,12 @@ void Tokenizer::text(Token& token) {
 // The next "<" that is not within code.
 std::size_t Tokenizer::next_markup(std::size_t from) {
   // The first character was no markup, but code may begin with it.
-  std::size_t brace = code_.next_brace(from - 1);
+  std::size_t brace = code_.next_start(from - 1);
   std::size_t found = source_.find('<', from);
   while (brace < found) {
     const std::size_t end = code_.end_of(brace, CodeScanner::Place::text);
     if (end > found) found = source_.find('<', end);
-    brace = code_.next_brace(end == 0 ? brace + 1 : end);
+    brace = code_.next_start(end == 0 ? brace + 1 : end);
   }
   return found;
 }
@@ -181,8 +181,8 @@ Tokenizer::Markup Tokenizer::tag(Token& token, TokenKind kind, std::size_t name_
     if (is_end && at(name_begin) == '\0' && name_begin >= source_.size()) return Markup::none;
     const std::size_t end =
         name_begin < source_.size() ? code_.end_of(name_begin, CodeScanner::Place::tag) : 0;
-    const bool is_name =
-        end != 0 && role_of(source_.substr(name_begin, end - name_begin)) == CodeRole::output;
+    const bool is_name = end != 0 && role_of(source_.substr(name_begin, end - name_begin),
+                                             code_.dialect()) == CodeRole::output;
     if (!is_name) {
       if (is_end) bogus_comment(token, name_begin);
       return is_end ? Markup::other : Markup::none;

@@ -49,8 +49,8 @@ struct Token {
 // of the source cuts off is text.
 class Tokenizer {
  public:
-  Tokenizer(std::string_view source, bool templates, Reader reader = Reader::browser)
-      : source_(source), code_(source, templates), reader_(reader) {}
+  Tokenizer(std::string_view source, const Dialect& dialect, Reader reader = Reader::browser)
+      : source_(source), code_(source, dialect), reader_(reader) {}
 
   // Goes to a place between two tokens.
   void begin_at(std::size_t offset) { position_ = offset; }

@@ -21,6 +21,7 @@ inline ContentModel content_model(Tag tag) {
 
 inline ContentModel content_model(const NodeRecord& node) {
   if (node.kind == NodeKind::comment || node.kind == NodeKind::cdata) return ContentModel::rawtext;
+  if (node.is_raw_block) return ContentModel::rawtext;
   const bool is_html = node.kind == NodeKind::element && node.space == Namespace::html;
   return is_html ? content_model(node.tag) : ContentModel::data;
 }

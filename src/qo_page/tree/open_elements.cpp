@@ -77,10 +77,12 @@ std::size_t OpenElements::NameHash::operator()(const Name& name) const {
 }
 
 bool OpenElements::NameEqual::operator()(const Name& a, const Name& b) const {
-  return a.is_html == b.is_html && equals_without_case(a.text, b.text);
+  return a.is_html == b.is_html &&
+         (has_case ? a.text == b.text : equals_without_case(a.text, b.text));
 }
 
-OpenElements::OpenElements() : latest_(tag_count, none) {}
+OpenElements::OpenElements(bool has_case)
+    : latest_(tag_count, none), numbers_(0, NameHash(), NameEqual{has_case}) {}
 
 std::uint32_t OpenElements::number_of(const ElementType& type) {
   const bool is_html = type.space == Namespace::html;

@@ -34,7 +34,8 @@ class OpenElements {
  public:
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-  OpenElements();
+  // `has_case`: whether names that HTML does not know differ by case.
+  explicit OpenElements(bool has_case);
 
   bool empty() const { return elements_.empty(); }
   std::size_t size() const { return elements_.size(); }
@@ -99,6 +100,7 @@ class OpenElements {
   };
   struct NameEqual {
     bool operator()(const Name& a, const Name& b) const;
+    bool has_case;
   };
 
   std::uint32_t number_of(const ElementType& type);

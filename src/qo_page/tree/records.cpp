@@ -18,7 +18,8 @@ std::uint32_t narrow(std::size_t offset) {
 // Template code and white space alone are no text that a browser will see.
 bool is_blank_or_code(std::string_view source, Range range, CodeScanner& code) {
   for (std::size_t i = range.begin; i < range.end;) {
-    const std::size_t end = source[i] == '{' ? code.end_of(i, CodeScanner::Place::text) : 0;
+    const bool may_begin = source[i] != '<' && code.may_begin(source[i]);
+    const std::size_t end = may_begin ? code.end_of(i, CodeScanner::Place::text) : 0;
     if (end == 0 && !is_blank(source[i])) return false;
     i = std::max(end, i + 1);
   }
@@ -48,7 +49,7 @@ NodeIndex TreeBuilder::append(NodeKind kind, Range extent) {
 NodeIndex TreeBuilder::append_element(const Token& token, const ElementType& type) {
   const NodeIndex node = append(NodeKind::element, token.extent);
   NodeRecord& record = tree_.nodes[node];
-  record.name_length = name_length(type.name);
+  record.name_length = name_length(type.name) & NodeRecord::long_name;
   record.tag = type.tag;
   record.space = type.space;
   record.is_self_closing = token.self_closing;
@@ -109,7 +110,8 @@ void TreeBuilder::declaration(const Token& token) {
   if (is_doctype && open_.empty()) is_quirky_ = is_quirky(token.content.in(source_));
   const NodeIndex node = append(is_doctype ? NodeKind::doctype : NodeKind::code, token.extent);
   NodeRecord& record = tree_.nodes[node];
-  record.name_length = name_length(inner.substr(0, declaration_name_length(inner)));
+  record.name_length =
+      name_length(inner.substr(0, declaration_name_length(inner))) & NodeRecord::long_name;
   record.is_cut_off = token.is_cut_off;
 }
 

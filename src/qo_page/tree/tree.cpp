@@ -27,7 +27,7 @@ Range Tree::name_range(NodeIndex node) const {
   if (record.kind != NodeKind::element) {
     return {begin, begin + declaration_name_length(slice(begin, record.end))};
   }
-  CodeScanner code(source, options.templates);
+  CodeScanner code(source, *dialect);
   Token token{};
   token.extent.begin = record.begin;
   TagReader(source, code, token).read(begin);

@@ -17,11 +17,12 @@
 #include <qo_page/base/ascii.h>
 #include <qo_page/base/tags.h>
 #include <qo_page/page.h>
+#include <qo_page/template/dialect.h>
 
 namespace qo {
 
 // The vocabulary that an element belongs to.
-enum class Namespace : unsigned char { html, svg, math };
+enum class Namespace : unsigned char { html, svg, math, xml };
 
 using NodeIndex = std::uint32_t;
 
@@ -32,16 +33,17 @@ struct NodeRecord {
   std::uint32_t begin, content_begin, content_end, end;  // as in Extent
   NodeIndex parent;                                      // of the document: none
   NodeIndex subtree_end;                                 // after the last node below it
-  std::uint32_t first_attribute;  // its own are those up to the first one of the next node
-  std::uint16_t name_length;      // `long_name`: that, or more
-  Tag tag;                        // of an element, whatever its case
+  std::uint32_t first_attribute;   // its own are those up to the first one of the next node
+  std::uint16_t name_length : 15;  // `long_name`: that, or more
+  std::uint16_t is_raw_block : 1;  // what is in it is no markup, whatever its name
+  Tag tag;                         // of an element, whatever its case
   NodeKind kind : 3;
   Namespace space : 2;
   unsigned char has_content : 1;      // of an element: not void, not closed by its own start tag
   unsigned char is_self_closing : 1;  // of an element: its start tag ends in "/>"
   unsigned char is_cut_off : 1;       // the source ends before what ends it
 
-  static constexpr std::uint16_t long_name = 0xFFFF;
+  static constexpr std::uint16_t long_name = 0x7FFF;
 };
 
 static_assert(sizeof(NodeRecord) == 32);
@@ -78,7 +80,8 @@ std::size_t declaration_name_length(std::string_view inner);
 struct Tree {
   std::string source;
   PageOptions options;
-  Array<NodeRecord> nodes;  // the document first; last one that only ends the attributes
+  const Dialect* dialect = nullptr;  // that of the options
+  Array<NodeRecord> nodes;           // the document first; last one that only ends the attributes
   Array<AttributeRecord> attributes;
 
   // Those of all forms but for the ones in a template, and in other forms, which a browser drops.

@@ -38,8 +38,10 @@ TreeBuilder::TreeBuilder(Tree& tree, Reader reader, StartTagObserver* observer)
     : tree_(tree),
       source_(tree.source),
       reader_(reader),
+      dialect_(*tree.dialect),
       observer_(observer),
-      tokenizer_(tree.source, tree.options.templates, reader) {
+      tokenizer_(tree.source, *tree.dialect, reader),
+      open_(tree.dialect->has_case) {
   if (reader == Reader::author) components_.emplace(source_);
 }
 
@@ -47,7 +49,7 @@ void TreeBuilder::build() {
   append(NodeKind::document, {0, 0});
   Token token{};
   for (;;) {
-    tokenizer_.allow_cdata(open_.top_is_foreign());
+    tokenizer_.allow_cdata(dialect_.is_xml || open_.top_is_foreign());
     if (!tokenizer_.next(token)) break;
     take(token);
   }
@@ -83,10 +85,12 @@ void TreeBuilder::start_tag(const Token& token) {
     observer_->start_tag(token, open_.empty() ? Tag::unknown : open_.top_type().tag);
   }
   const Tag tag = tag_of(token);
-  const bool ends_holder =
-      may_be_component(tag) && (open_.top_is(Tag::head_) || open_.top_is(Tag::colgroup_));
-  tree_.has_odd_tags = tree_.has_odd_tags || is_odd(token) || ends_holder;
-  if (is_foreign_content(tag) && !breaks_out(token, tag)) return foreign_start_tag(token, tag);
+  if (dialect_.is_xml) return start_element(token, tag, Namespace::xml);
+  tree_.has_odd_tags = tree_.has_odd_tags || is_odd(token, tag);
+  const bool stays = dialect_.is_strict || !breaks_out(token, tag);
+  if (is_foreign_content(tag) && stays) {
+    return start_element(token, tag, open_.top_type().space);
+  }
   while (is_foreign_content(tag)) close_top(token.extent.begin);
   html_start_tag(token, tag);
 }
@@ -96,22 +100,42 @@ void TreeBuilder::html_start_tag(const Token& token, Tag tag) {
                           : tag == Tag::math_ ? Namespace::math
                                               : Namespace::html;
   const ElementType type{token.name.in(source_), tag, space};
-  if (is_repeated(tag)) {
+  if (!dialect_.is_strict && is_repeated(tag)) {
     append_element(token, type);
     return;
   }
-  end_before(tag, token.extent.begin);
+  if (!dialect_.is_strict) end_before(tag, token.extent.begin);
   const bool is_empty = is_without_content(token, tag);
-  if (tag == Tag::form_ && !in_template() && !is_closed_by_author(token)) begin_form(token);
+  if (tag == Tag::form_ && !in_template() && !ends_itself(token, tag)) begin_form(token);
   if (is_empty) {
     append_element(token, type);
     return;
   }
+  const bool is_block = is_raw_block(token, type.name);
   open(token, type);
-  tree_.has_odd_tags = tree_.has_odd_tags || token.self_closing;
-  if (has(tag, rcdata | raw_text) || tag == Tag::plaintext_) {
+  tree_.nodes.back().is_raw_block = is_block;
+  tree_.has_odd_tags = tree_.has_odd_tags || (token.self_closing && !dialect_.is_exact);
+  if (is_block || has(tag, rcdata | raw_text) || tag == Tag::plaintext_) {
     tokenizer_.begin_raw_content({type.name, tag == Tag::script_, tag == Tag::plaintext_});
   }
+}
+
+// An element that no rule of HTML's applies to.
+void TreeBuilder::start_element(const Token& token, Tag tag, Namespace space) {
+  const ElementType type{token.name.in(source_), tag, space};
+  if (!token.self_closing) return open(token, type);
+  append_element(token, type);
+}
+
+// What is at the top of a component's file is in a language of its own, but for <template>, unless
+// that says so, too.
+bool TreeBuilder::is_raw_block(const Token& token, std::string_view name) const {
+  if (!dialect_.has_raw_blocks || !open_.empty()) return false;
+  if (name != "template") return true;
+  return std::any_of(
+      token.attributes.begin(), token.attributes.end(), [this](const AttributeToken& attribute) {
+        return attribute.name.in(source_) == "lang" && attribute.value.in(source_) != "html";
+      });
 }
 
 // What a browser only takes attributes from, or nothing at all: a second html, head or body, a form
@@ -138,33 +162,34 @@ void TreeBuilder::begin_form(const Token& token) {
 
 Tag TreeBuilder::tag_of(const Token& token) const {
   const std::string_view name = token.name.in(source_);
+  if (dialect_.has_case) return find_tag_as_written(name);
   return components_ ? components_->tag_of(name) : find_tag(name);
 }
 
 // Whether its author may read the tag otherwise.
-bool TreeBuilder::is_odd(const Token& token) const {
-  return token.may_be_odd || may_name_component(token.name.in(source_));
+bool TreeBuilder::is_odd(const Token& token, Tag tag) const {
+  if (dialect_.is_exact) return false;
+  const bool ends_holder =
+      may_be_component(tag) && (open_.top_is(Tag::head_) || open_.top_is(Tag::colgroup_));
+  return token.may_be_odd || ends_holder || may_name_component(token.name.in(source_));
 }
 
-bool TreeBuilder::is_closed_by_author(const Token& token) const {
-  return reader_ == Reader::author && token.self_closing;
+// Whether the start tag is all of the element, whatever its name means in HTML.
+bool TreeBuilder::ends_itself(const Token& token, Tag tag) const {
+  if (!token.self_closing) return false;
+  if (reader_ == Reader::author || dialect_.self_closing == SelfClosing::all) return true;
+  return dialect_.self_closing == SelfClosing::custom && tag == Tag::unknown;
 }
 
 // Void elements, what closes itself in svg and math, a tag of a template's own that does, such as
 // <c:out/>, and a form between the parts of a table.
 bool TreeBuilder::is_without_content(const Token& token, Tag tag) {
-  if (has(tag, void_content) || is_closed_by_author(token)) return true;
+  if (has(tag, void_content) || ends_itself(token, tag)) return true;
   const bool has_prefix = token.name.in(source_).find(':') != std::string_view::npos;
   if (has_prefix && token.self_closing) return tokenizer_.code().enabled();
   if (tag == Tag::svg_ || tag == Tag::math_) return token.self_closing;
   return tag == Tag::form_ &&
          (open_.top_is(Tag::table_) || open_.top_is(Tag::tr_) || open_.top_has(row_group));
-}
-
-void TreeBuilder::foreign_start_tag(const Token& token, Tag tag) {
-  const ElementType type{token.name.in(source_), tag, open_.top_type().space};
-  if (!token.self_closing) return open(token, type);
-  append_element(token, type);
 }
 
 // Whether a start tag here makes an element of svg or math.
@@ -316,7 +341,9 @@ void TreeBuilder::end_table_in_table(std::size_t at) {
 void TreeBuilder::end_tag(const Token& token) {
   const std::string_view name = token.name.in(source_);
   const Tag tag = tag_of(token);
-  if (tag == Tag::p_ || tag == Tag::br_) {
+  if (dialect_.is_xml)
+    return close_through(open_.nearest({name, tag, Namespace::xml}), token.extent);
+  if (!dialect_.is_strict && (tag == Tag::p_ || tag == Tag::br_)) {
     while (is_foreign_content(tag)) close_top(token.extent.begin);
   }
   if (open_.top_is_foreign()) {
@@ -331,6 +358,7 @@ void TreeBuilder::end_tag(const Token& token) {
 
 void TreeBuilder::html_end_tag(const Token& token, Tag tag) {
   const std::size_t named = open_.nearest({token.name.in(source_), tag, Namespace::html});
+  if (dialect_.is_strict) return close_through(named, token.extent);
   const auto close_within = [&](Bound bound) {
     close_through(open_.inside(named, bound), token.extent);
   };

@@ -45,13 +45,14 @@ class TreeBuilder {
   // --- Start tags ---
   void start_tag(const Token& token);
   void html_start_tag(const Token& token, Tag tag);
-  void foreign_start_tag(const Token& token, Tag tag);
+  void start_element(const Token& token, Tag tag, Namespace space);
+  bool is_raw_block(const Token& token, std::string_view name) const;
   bool is_foreign_content(Tag tag) const;
   bool is_annotation_of_html() const;
   bool breaks_out(const Token& token, Tag tag) const;
   Tag tag_of(const Token& token) const;
-  bool is_odd(const Token& token) const;
-  bool is_closed_by_author(const Token& token) const;
+  bool is_odd(const Token& token, Tag tag) const;
+  bool ends_itself(const Token& token, Tag tag) const;
   bool is_without_content(const Token& token, Tag tag);
   bool is_repeated(Tag tag);
   void begin_form(const Token& token);
@@ -86,6 +87,7 @@ class TreeBuilder {
   Tree& tree_;
   std::string_view source_;
   Reader reader_;
+  const Dialect& dialect_;
   StartTagObserver* observer_;
   std::optional<ComponentNames> components_;  // of an author's reading
   Tokenizer tokenizer_;
