@@ -24,7 +24,10 @@ namespace {
 qo::Page read(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw qo::Error("cannot read " + path);
-  return qo::Page(std::string(std::istreambuf_iterator<char>(file), {}));
+  std::string source(std::istreambuf_iterator<char>(file), {});
+  qo::PageOptions options;
+  options.dialect = qo::dialect_of(path, source);
+  return qo::Page(std::move(source), options);
 }
 
 // --- Walking ---
