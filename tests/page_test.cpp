@@ -205,7 +205,8 @@ TEST(Code, EndsWithItsCloserAndOpensOrClosesABlock) {
   for (const auto& test : cases) {
     const std::string source = test.source;
     EXPECT_EQ(qo::CodeScanner(source, qo::html_dialect()).end_of(0, qo::CodeScanner::Place::text), test.end) << source;
-    EXPECT_EQ(qo::CodeScanner(source, *qo::find_dialect("plain")).end_of(0, qo::CodeScanner::Place::text), 0u) << source;
+    EXPECT_EQ(qo::CodeScanner(source, *qo::find_dialect("plain")).end_of(0, qo::CodeScanner::Place::text), 0u)
+        << source;
     if (test.end == 0) continue;
     EXPECT_EQ(qo::role_of(source.substr(0, test.end)), test.role) << source;
   }

@@ -50,12 +50,13 @@ struct PageOptions {
 // name for PageOptions, "html" when nothing tells.
 QO_PAGE_API std::string_view dialect_of(std::string_view path, std::string_view source);
 
-// The names of all dialects with the endings of their files, without the first dot.
-struct DialectEndings {
+// What is told of a dialect.
+struct DialectInfo {
   std::string_view name;
-  std::string_view endings;  // separated by blanks
+  std::string_view endings;  // of its files, without the first dot, separated by blanks
+  bool has_case;             // names of elements count as they are written
 };
-QO_PAGE_API std::vector<DialectEndings> dialects();
+QO_PAGE_API std::vector<DialectInfo> dialects();
 
 // A page, read once. It does not change.
 class QO_PAGE_API Page {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include <qo_page/page.h>
 #include <qo_page/version.h>
 
 #include "args/arguments.h"
@@ -186,6 +187,10 @@ std::optional<Options> read_command_line(int argc, char** argv) {
   const std::string& first = arguments[0];
   if (first == "-V" || first == "--version") {
     print("qo " QO_PAGE_VERSION "\n");
+  } else if (first == "--dialects") {
+    for (const qo::DialectInfo& row : qo::dialects()) {
+      print(std::string(row.name) + "\t" + std::string(row.endings) + "\n");
+    }
   } else if (first == "-h" || first == "--help" || (first == "help" && arguments.size() == 1)) {
     print(general_help());
   } else if (first == "help") {

@@ -103,8 +103,9 @@ std::string bash_completion() {
          "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n    case $word in\n      " +
          joined(commands, " | ") +
          ") command=$word && break ;;\n    esac\n  done\n\n  local options\n  case $command in\n" +
-         cases + "    *) options=\"-h --help -V --version help " + joined(commands, " ") +
-         "\" ;;\n  esac\n\n  case $command,$previous in\n" + choices + "    " + values +
+         cases + "    *) options=\"-h --help -V --version --dialects help " +
+         joined(commands, " ") + "\" ;;\n  esac\n\n  case $command,$previous in\n" + choices +
+         "    " + values +
          ") return ;;\n  esac\n"
          "  if [[ -z $command || $current == -* ]]; then\n"
          "    COMPREPLY=($(compgen -W \"$options\" -- \"$current\"))\n  else\n"
@@ -144,7 +145,7 @@ std::string zsh_completion() {
          described +
          "    )\n    _describe command commands\n"
          "    _arguments '(- *)'{-h,--help}'[Print help]' '(- *)'{-V,--version}'[Print the "
-         "version]'\n"
+         "version]' '(- *)--dialects[List the dialects of pages]'\n"
          "    return\n  fi\n\n  local command=$words[2]\n  shift words\n  (( CURRENT-- ))\n"
          "  case $command in\n" +
          cases + "  esac\n}\n\n_qo \"$@\"\n";
@@ -157,7 +158,8 @@ std::string fish_completion() {
       "# fish completion for qo(1)\n\nset -l commands " + joined(commands, " ") + "\n\n";
   const std::string first = "complete -c qo -n \"not __fish_seen_subcommand_from $commands\" ";
   out += first + "-f\n" + first + "-s h -l help -d \"Print help\"\n" + first +
-         "-s V -l version -d \"Print the version\"\n";
+         "-s V -l version -d \"Print the version\"\n" + first +
+         "-l dialects -d \"List the dialects of pages\"\n";
   for (const CommandRow& row : command_table()) {
     out += first + "-a " + row.name + " -d " + in_single_quotes(row.help) + "\n";
   }
@@ -230,7 +232,8 @@ std::string manual_synopsis() {
   for (const CommandRow& row : command_table()) {
     out += std::string("*qo ") + row.name + "* [_options_] " + underlined(row.arguments) + "++\n";
   }
-  return out + "*qo help* [_subcommand_]++\n*qo* *-h* | *--help* | *-V* | *--version*\n";
+  return out +
+         "*qo help* [_subcommand_]++\n*qo* *-h* | *--help* | *-V* | *--version* | *--dialects*\n";
 }
 
 std::string manual_commands() {

@@ -45,7 +45,8 @@ std::string general_help() {
       "Searches, edits and checks HTML pages and templates, and leaves what it does not edit as it "
       "is.\n\nusage: qo SUBCOMMAND [OPTION...] ...\n\nSubcommands:\n";
   for (const CommandRow& command : command_table()) out += entry(command.name, command.help);
-  out += "\n" + entry("-h, --help", "Print this") + entry("-V, --version", "Print the version");
+  out += "\n" + entry("-h, --help", "Print this") + entry("-V, --version", "Print the version") +
+         entry("--dialects", "List the dialects of pages, with the endings of their files");
   return out +
          "\nExamples:\n  qo select -a href,:text a page.html\n  qo edit -r -i '[onclick]' "
          "--del-attr "

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <qo_page/page.h>
+
 #include "io/failure.h"
 #include "io/files.h"
 #include "io/text.h"
@@ -76,6 +78,17 @@ void set_threads(Options& options, const Values& values) {
   options.threads = is_number ? std::strtoul(value.c_str(), nullptr, 10) : 0;
   if (options.threads == 0)
     throw Failure("--threads: " + quoted(value, 40) + " is no number from 1 to 999");
+}
+
+void set_dialect(Options& options, const Values& values) {
+  const std::vector<qo::DialectInfo> rows = qo::dialects();
+  const bool is_known =
+      std::any_of(rows.begin(), rows.end(),
+                  [&values](const qo::DialectInfo& row) { return row.name == values[0]; });
+  if (!is_known) {
+    throw Failure("there is no dialect " + quoted(values[0], 40) + "; qo --dialects lists them");
+  }
+  options.dialect = values[0];
 }
 
 void set_attribute(Options& options, const Values& values) {
@@ -325,7 +338,10 @@ const std::vector<OptionRow>& option_table() {
       {'\0', "threads", "N", false, "", with_files, Group::pages, "Work on N files at once; default: as many as there are cores",
        "Results come in the order of the files all the same.", set_threads},
       {'\0', "no-templates", "", false, "", in_all, Group::pages, "Read template code like any other text", "",
-       [](Options& o, const Values&) { o.templates = false; }},
+       [](Options& o, const Values&) { o.dialect = "plain"; }},
+      {'\0', "dialect", "NAME", false, "", in_all, Group::pages, "Read the pages as that dialect; default: by their endings",
+       "What ends an element, where template code may be and how it is read differ between languages. *qo --dialects* lists them.",
+       set_dialect},
       {'\0', "host", "", false, "", with_host_selector | in_decode, Group::pages, "Read as a host process does, with the library",
        "Selectors and values are the library's then, and *decode* replaces what it replaces.",
        [](Options& o, const Values&) { o.host = true; }},

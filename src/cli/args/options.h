@@ -38,7 +38,7 @@ struct Options : FileChoice {
 
   // --- How the files are read ---
   std::size_t threads = 0;  // 0: as many as there are cores
-  bool templates = true;    // template code is opaque
+  std::string dialect;      // empty: that of each file
   bool host = false;        // as a host process does; the next two: for hosts only
   bool drop_comments = false;
   bool strict = false;

@@ -10,20 +10,14 @@
 #include <memory>
 #include <string_view>
 
+#include <qo_page/page.h>
+
 #include "io/messages.h"
 #include "io/text.h"
 
 namespace cli {
 
 namespace {
-
-// What pages and templates end in, after the last dot.
-constexpr std::string_view endings[] = {
-    "asp",    "aspx",   "astro",    "cshtml",     "dtl",  "ejs",   "eex",   "erb",
-    "ftl",    "gohtml", "gotmpl",   "handlebars", "hbs",  "heex",  "htm",   "html",
-    "j2",     "jinja",  "jinja2",   "jsp",        "jspx", "latte", "leex",  "liquid",
-    "mako",   "mhtml",  "mustache", "njk",        "php",  "phtml", "rhtml", "shtml",
-    "svelte", "svg",    "tmpl",     "tpl",        "twig", "vue",   "xht",   "xhtml"};
 
 bool matches(const std::vector<std::string>& globs, const std::string& name,
              const std::string& path) {
@@ -114,11 +108,15 @@ bool is_folder(const std::string& path) {
 
 }  // namespace
 
+// What any dialect's files end in.
 bool has_page_ending(const std::string& name) {
   const std::size_t dot = name.rfind('.');
   if (dot == std::string::npos) return false;
-  const std::string ending = lower(std::string_view(name).substr(dot + 1));
-  return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+  const std::string ending = " " + lower(std::string_view(name).substr(dot + 1)) + " ";
+  const std::vector<qo::DialectInfo> rows = qo::dialects();
+  return std::any_of(rows.begin(), rows.end(), [&ending](const qo::DialectInfo& row) {
+    return (" " + std::string(row.endings) + " ").find(ending) != std::string::npos;
+  });
 }
 
 std::vector<std::string> find_files(const FileChoice& choice, std::size_t& failed) {

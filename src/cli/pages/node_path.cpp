@@ -40,11 +40,19 @@ std::string id_step(const std::string& id) {
 }  // namespace
 
 NodePaths::NodePaths(const qo::Page& page) {
+  for (const qo::DialectInfo& dialect : qo::dialects()) {
+    if (dialect.name == page.options().dialect) has_case_ = dialect.has_case;
+  }
   for (const qo::Node node : page.document().descendants()) {
     if (!node.is_element()) continue;
-    ++names_[lower(node.name())];
+    ++names_[key_of(node)];
     if (const std::optional<std::string> id = node.attribute("id")) ++ids_[lower(*id)];
   }
+}
+
+// The same for elements whose names a selector does not tell apart.
+std::string NodePaths::key_of(qo::Node element) const {
+  return has_case_ ? std::string(element.name()) : lower(element.name());
 }
 
 bool NodePaths::has_own_id(qo::Node element, std::string& id) const {
@@ -60,7 +68,7 @@ std::string NodePaths::path(qo::Node element) {
       steps.push_back(id_step(id));
       break;
     }
-    const std::string name = lower(element.name());
+    const std::string name = key_of(element);
     if (names_.at(name) == 1 && is_plain(name)) {
       steps.push_back(name);
       break;
@@ -75,7 +83,7 @@ std::string NodePaths::path(qo::Node element) {
 }
 
 std::string NodePaths::step(qo::Node element) {
-  const std::string name = lower(element.name());
+  const std::string name = key_of(element);
   const bool has_name = is_plain(name);
   const Position position = this->position(element);
   std::string step = has_name ? name : std::string();
@@ -96,11 +104,11 @@ void NodePaths::count_children(qo::Node parent) {
   std::size_t place = 0;
   for (const qo::Node child : parent.children()) {
     if (!child.is_element()) continue;
-    positions_[child] = {++place, ++counts[lower(child.name())], 0};
+    positions_[child] = {++place, ++counts[key_of(child)], 0};
   }
   for (const qo::Node child : parent.children()) {
     if (!child.is_element()) continue;
-    positions_[child].count = counts[lower(child.name())];
+    positions_[child].count = counts[key_of(child)];
   }
 }
 

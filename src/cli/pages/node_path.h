@@ -28,12 +28,15 @@ class NodePaths {
     std::size_t index, count;  // among those of its name
   };
 
+  std::string key_of(qo::Node element) const;
   bool has_own_id(qo::Node element, std::string& id) const;
   std::string step(qo::Node element);
   Position position(qo::Node element);
   void count_children(qo::Node parent);
 
-  // How often each is there, in lower case: ids compare so on some pages.
+  bool has_case_ = false;  // names of elements count as they are written
+
+  // How often each is there; ids in lower case: they compare so on some pages.
   std::unordered_map<std::string, std::size_t> ids_, names_;
   std::unordered_map<qo::Node, Position> positions_;
 };

@@ -8,7 +8,10 @@ namespace cli {
 
 qo::Page read_page(Input& input, const Options& options) {
   try {
-    return qo::Page(std::move(input.text), qo::PageOptions{options.templates ? "html" : "plain"});
+    qo::PageOptions how;
+    how.dialect = options.dialect.empty() ? std::string(qo::dialect_of(input.name, input.text))
+                                          : options.dialect;
+    return qo::Page(std::move(input.text), std::move(how));
   } catch (const qo::Error& error) {
     throw Failure(input.name + ": " + error.what());
   }

@@ -36,9 +36,9 @@ std::string_view dialect_of(std::string_view path, std::string_view source) {
   return dialect_of_file(path, source).name;
 }
 
-std::vector<DialectEndings> dialects() {
-  std::vector<DialectEndings> rows;
-  for (const Dialect& row : all_dialects()) rows.push_back({row.name, row.endings});
+std::vector<DialectInfo> dialects() {
+  std::vector<DialectInfo> rows;
+  for (const Dialect& row : all_dialects()) rows.push_back({row.name, row.endings, row.has_case});
   return rows;
 }
 

@@ -73,7 +73,9 @@ bool has_class_beside_code(const Tree& tree, Range value, const std::string& nam
 }  // namespace
 
 bool matches(const NameTest& test, const Tree& tree, NodeIndex node) {
-  return tree[node].tag == Tag::unknown && equals_without_case(tree.name(node), test.name);
+  if (tree[node].tag != Tag::unknown) return false;
+  const std::string_view name = tree.name(node);
+  return tree.dialect->has_case ? name == test.name : equals_without_case(name, test.name);
 }
 
 bool matches(const ClassTest& test, const Tree& tree, NodeIndex node) {

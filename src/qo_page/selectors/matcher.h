@@ -35,7 +35,7 @@ class Matcher {
 
   bool matches(const Compound& compound, const Here& here) {
     const NodeRecord& record = tree_[here.node];
-    if (compound.tag != Tag::unknown && compound.tag != record.tag) return false;
+    if (compound.tag != Tag::unknown && !has_name(compound, here.node)) return false;
     if (record.kind != NodeKind::element &&
         !(compound.of_comments && record.kind == NodeKind::comment)) {
       return false;
@@ -47,6 +47,12 @@ class Matcher {
   bool matches_page(const Compound& compound);
 
  private:
+  // Where case counts, the tag of an element does not tell that of a selector.
+  bool has_name(const Compound& compound, NodeIndex node) const {
+    return tree_.dialect->has_case ? tree_.name(node) == compound.name
+                                   : tree_[node].tag == compound.tag;
+  }
+
   bool matches_tests(const Compound& compound, const Here& here);
   bool matches_page(const Test& test);
 

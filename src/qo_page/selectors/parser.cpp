@@ -137,6 +137,7 @@ class Parser {
 
   void element_name(Compound& compound) {
     const std::string name = reader_.name("the name of an element");
+    compound.name = name;
     compound.tag = find_tag(name);
     if (compound.tag == Tag::unknown) compound.tests.push_back(NameTest{name});
   }

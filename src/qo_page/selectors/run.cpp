@@ -12,7 +12,8 @@ class Run {
       : program_(program), tree_(tree), root_(root), matcher_(program, tree, scope) {
     if (program.passes.size() > 1) kept_.resize(tree.size());
     const bool is_one = program.outputs.size() == 1;
-    if (is_one && !keeps_levels()) wanted_ = program.outputs[0].compound.tag;
+    if (is_one && !keeps_levels() && !tree.dialect->has_case)
+      wanted_ = program.outputs[0].compound.tag;
   }
 
   std::vector<NodeIndex> below(std::size_t most) {

@@ -31,7 +31,9 @@ SiblingPositions::Type SiblingPositions::type_of(NodeIndex node) {
   const auto tag = static_cast<std::uint32_t>(record.tag);
   if (record.tag != Tag::unknown) return tag * space_count + space;
   const auto next = static_cast<std::uint32_t>(tag_count + unknown_.size());
-  return unknown_.try_emplace(lower(tree_.name(node)), next).first->second * space_count + space;
+  const std::string_view written = tree_.name(node);
+  const std::string name = tree_.dialect->has_case ? std::string(written) : lower(written);
+  return unknown_.try_emplace(name, next).first->second * space_count + space;
 }
 
 void SiblingPositions::count_types(Family& family) {

@@ -127,6 +127,7 @@ using Test = std::variant<NameTest, ClassTest, IdTest, AttributeTest, PositionTe
 // All that one node has to be.
 struct Compound {
   Tag tag = Tag::unknown;     // unless unknown
+  std::string name;           // as written; empty: any
   bool has_comments = false;  // there may be comments among what it is for
   bool of_comments = false;   // a comment may match; otherwise elements alone
   std::vector<Test> tests;

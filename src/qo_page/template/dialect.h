@@ -89,10 +89,11 @@ struct Dialect {
 
   // How elements nest.
   SelfClosing self_closing = SelfClosing::never;
-  bool has_case = false;        // names count as they are written: <Link> is not <link>
-  bool is_strict = false;       // no end tag may be left out
-  bool is_xml = false;          // no element is void, and none holds anything but markup
-  bool has_raw_blocks = false;  // what is at the top is a text, but for <template>
+  bool slash_ends_values = false;  // "/>" ends a value without quotes
+  bool has_case = false;           // names count as they are written: <Link> is not <link>
+  bool is_strict = false;          // no end tag may be left out
+  bool is_xml = false;             // no element is void, and none holds anything but markup
+  bool has_raw_blocks = false;     // what is at the top is a text, but for <template>
 
   // Which code there is.
   bool has_known_marks = true;   // <?...?>, <%...%>, {{...}}, {%...%}, {#...#} that look like code

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <iterator>
+#include <string>
 
 #include <qo_page/base/words.h>
 #include <qo_page/template/dialect.h>
@@ -41,12 +42,14 @@ constexpr Dialect angular = [] {
 
 constexpr Dialect svelte = [] {
   Dialect row = component("svelte", "svelte");
+  row.slash_ends_values = true;
   row.marks[0] = {"{", "}", not_raw, CodeUse::words, javascript};
   return row;
 }();
 
 constexpr Dialect astro = [] {
   Dialect row = component("astro", "astro");
+  row.slash_ends_values = true;
   row.quotes_keep_code = false;
   row.marks[0] = {"{", "}", tag | unquoted, CodeUse::output, javascript};
   return row;
@@ -94,7 +97,7 @@ constexpr Dialect with_only(std::string_view name, std::string_view endings, Cod
 }
 
 constexpr Dialect listed[] = {
-    {"html", "html htm", ""},
+    {"html", "html htm shtml dtl", ""},
     plain,
     vue,
     angular,
@@ -114,7 +117,17 @@ constexpr Dialect listed[] = {
     {"liquid", "liquid", ""},
     {"handlebars", "hbs handlebars", ""},
     {"mustache", "mustache", ""},
-    {"go", "tmpl gohtml", ""},
+    {"go", "tmpl gohtml gotmpl", ""},
+    {"blade", "blade.php", ""},
+    {"jsp", "jsp jspf jspx tag", ""},
+    {"razor", "cshtml razor", ""},
+    {"heex", "heex leex eex", ""},
+    {"marko", "marko", ""},
+    {"freemarker", "ftl ftlh", ""},
+    {"velocity", "vm", ""},
+    {"mako", "mako", ""},
+    {"mason", "mas mhtml", ""},
+    {"mojo", "ep", ""},
     with_mark("tt", "tt tt2", {"[%", "%]", anywhere, CodeUse::words}),
     with_only("smarty", "tpl", {"{*", "*}", anywhere, CodeUse::silent},
               {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f"},
@@ -169,7 +182,8 @@ constexpr std::array<Dialect, count> dialects = [] {
 // The longest ending that a row has counts: "component.html" before "html".
 const Dialect* find_by_ending(std::string_view path) {
   const std::size_t slash = path.find_last_of('/');
-  std::string_view name = slash == path.npos ? path : path.substr(slash + 1);
+  const std::string file = lower(slash == path.npos ? path : path.substr(slash + 1));
+  std::string_view name = file;
   for (std::size_t dot; (dot = name.find('.')) != name.npos;) {
     name.remove_prefix(dot + 1);
     for (const Dialect& row : dialects) {

@@ -238,9 +238,10 @@ std::unique_ptr<TagBlocks> TagReader::blocks_from(std::size_t begin) {
 void TagReader::unquoted_value(AttributeToken& attribute) {
   bool has_block = false;
   constexpr unsigned ends_value = Characters::blank | Characters::tag_end;
+  const unsigned slash = code_.dialect().slash_ends_values ? Characters::slash : 0;
   for (;;) {
-    skip_until(ends_value | Characters::bracket | Characters::code);
-    if (at_end() || is(ends_value)) break;
+    skip_until(ends_value | slash | Characters::bracket | Characters::code);
+    if (at_end() || is(ends_value) || (is(slash) && source_.substr(position_, 2) == "/>")) break;
     const std::size_t end = is(Characters::code) ? code_end(CodeScanner::Place::unquoted) : 0;
     if (end == 0) {
       take_character(false);
