@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the commands of README and docs/ as a reader would, in a copy of examples/, and looks for their C++ in the
-examples' files. usage: docs_test.py QO SOURCE_FOLDER"""
+"""Runs the commands of README and docs/ as a reader would, in a copy of examples/, and looks for their C++, and for what
+it prints, in the examples' files. usage: docs_test.py QO SOURCE_FOLDER"""
 
 import os
 import re
@@ -52,10 +52,15 @@ class Docs(unittest.TestCase):
         self.assertGreater(count, 35)
 
     def test_snippets_are_lines_of_the_examples(self):
-        examples = [read(path) for path in files(os.path.join(SOURCE, "examples"), ".cpp")]
-        for page, block in blocks("cpp"):
-            with self.subTest(page=page, block=block):
-                self.assertTrue(any(block in example for example in examples))
+        for language, ending in [("cpp", ".cpp"), ("text", ".txt")]:
+            examples = [read(path) for path in files(os.path.join(SOURCE, "examples"), ending)]
+            for page, block in blocks(language):
+                with self.subTest(page=page, block=block):
+                    self.assertTrue(any(block in example for example in examples))
+
+    def test_the_guide_has_the_project_of_its_example(self):
+        project = read(os.path.join(SOURCE, "examples/guide/CMakeLists.txt"))
+        self.assertIn(("qo_page.md", project), blocks("cmake"))
 
     def test_links_lead_somewhere(self):
         for page in [*PAGES, os.path.join(SOURCE, "CONTRIBUTING.md")]:

@@ -87,8 +87,7 @@ void Session::run_thread(const Work& work) {
   }
 }
 
-// The next file to work on, once the results of those before it are not too many; nothing at the
-// end.
+// The next file to work on, nothing at the end. Waits while too many results wait for their turn.
 std::optional<std::size_t> Session::claim() {
   std::unique_lock<std::mutex> lock(mutex_);
   reported_more_.wait(lock, [this] {

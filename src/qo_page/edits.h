@@ -16,8 +16,8 @@ namespace qo {
 
 // What is done to a node. `name` and `value` are empty where a kind does not use them.
 //
-// Values of attributes, classes and texts are plain text, which is escaped as far as needed;
-// template code in them stays as given. Markup goes in as given.
+// Values of attributes, classes and texts are plain text, which is escaped where needed; template
+// code in them stays as given. Markup goes in as given.
 struct Operation {
   // Beside each: what it uses.
   enum class Kind {
@@ -71,12 +71,12 @@ QO_PAGE_API Operation wrap(std::string markup);
 QO_PAGE_API Operation replace(std::string markup);
 QO_PAGE_API Operation remove();
 
-// Throws Error when two operations contradict each other, since one wipes out what the other does,
-// when a name or class is none, or when an operation has a field that its kind does not use. The
-// offset is the index of the operation.
+// Throws Error when one operation wipes out what another one does, when a name or class is not one,
+// or when an operation has a field that its kind does not use. The offset is the index of the
+// operation.
 QO_PAGE_API void check_operations(const std::vector<Operation>& operations);
 
-// What is refused: an edit that would not be just what was asked.
+// Thrown when an edit is refused, since its result would not be just what was asked.
 class QO_PAGE_API EditError : public Error {
  public:
   EditError(const std::string& message, std::size_t offset, Node node)
@@ -115,8 +115,8 @@ struct EditedPage {
   std::vector<Change> changes;  // in order
 };
 
-// Collects operations on the nodes of one page, and makes the new source of them. What an operation
-// on an outer node replaces, operations on nodes within it no longer touch. The page must outlive
+// Collects operations on the nodes of one page, and makes the new source of them. Operations on
+// nodes within what another operation replaces or takes away have no effect. The page must outlive
 // the object, and may be moved.
 class QO_PAGE_API Edits {
  public:
@@ -127,22 +127,22 @@ class QO_PAGE_API Edits {
   Edits(const Edits&) = delete;
   Edits& operator=(const Edits&) = delete;
 
-  // Adds operations on nodes of the page, for each node after those that it already has; they are
-  // carried out in this order. Throws Error as check_operations() does, for a node of another page,
-  // for template code in plain text when that is refused, or EditError when an operation does not
-  // fit the kind of a node; nothing was then added.
+  // Adds operations on nodes of the page. Those on one node are carried out in the order in which
+  // they were added. Throws Error as check_operations() does, for a node of another page, and for
+  // template code in plain text when that is refused; EditError when an operation does not fit the
+  // kind of a node. Nothing is then added.
   void add(Node node, const std::vector<Operation>& operations);
   void add(const std::vector<Node>& nodes, const std::vector<Operation>& operations);
 
   // The operations on a node so far, in their order. They live until the next call of add().
   std::vector<const Operation*> operations(Node node) const;
 
-  // The new source. It was read again: all that was not named is as before, tags, attributes and
-  // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not
-  // close or a text that ends its script, throws EditError; also when operations from several calls
-  // contradict each other, when a node holds a part of a block of template code, and when an
-  // attribute that is to be set is there only in a branch of one. Takes time and memory as reading
-  // the new source does. The page and this object stay as they are.
+  // The new source. It was read again: tags, attributes and nesting of all that was not named are
+  // as before, and what was named is as asked. Throws EditError where that cannot be: for a text
+  // that ends its script, markup that opens what it does not close, operations from several calls
+  // that contradict each other, a node that holds a part of a block of template code, or an
+  // attribute to be set that is there only in one branch of such a block. Takes the time and memory
+  // of reading the new source. The page and this object stay as they are.
   EditedSource apply() const;
 
   // The same, as the page that was read to check it.

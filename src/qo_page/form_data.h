@@ -2,9 +2,9 @@
 // something else.
 //
 // The state is that of the markup, before anyone types or a script runs. Template code in names and
-// values stays as written, and a value with code in it is taken for a fitting one.
+// values stays as written, and a value with code in it counts as one that fits.
 //
-// Errors: std::bad_alloc, Error for a node that is none or one of another page, and what a function
+// Errors: std::bad_alloc, Error for a null node or a node of another page, and what a function
 // says.
 //
 // Threads: nothing is shared. One object may be asked by several threads at once.
@@ -40,7 +40,7 @@ struct FormControl {
   bool is_disabled;  // by itself or by a fieldset around it
   bool is_checked;   // of checkboxes, and of the one radio button of a group that is sent
 
-  // What it sends: of checkboxes, radio buttons and buttons, when they are checked or pressed. None
+  // What it sends; checkboxes, radio buttons and buttons when they are checked or pressed. Empty
   // for images, for buttons that send nothing, and where no option is selected.
   std::vector<std::string> values;
 };
@@ -49,7 +49,7 @@ struct FormControl {
 // tell the controls apart, as those of checkboxes do, any order will do.
 struct FieldValues {
   std::string name;
-  std::vector<std::string> values;  // none: whatever is checked or selected no longer is
+  std::vector<std::string> values;  // empty: nothing stays checked or selected
 };
 
 // The controls of a page, by the form that owns them: the one that their "form" attribute names, or
@@ -63,10 +63,10 @@ class QO_PAGE_API FormControls {
   FormControls& operator=(FormControls&&) noexcept;
 
   // What is sent for `form`, in document order; `form` is an element of the page, or its document.
-  // For one that is no form, that is what all controls below it would send, whatever form owns
-  // them. `submitter` is the name of the button that is pressed, the first one of that name that is
-  // not disabled, or NAME=VALUE where several have that name; an empty name is that of a button
-  // without one. No other button is sent.
+  // For an element that is not a form, that is what all controls below it would send, whatever form
+  // owns them. `submitter` names the button that is pressed: the first one of that name that is not
+  // disabled. It is NAME=VALUE where several buttons have that name, and empty for a button without
+  // a name. No other button is sent.
   std::vector<FormEntry> entries(Node form,
                                  std::optional<std::string_view> submitter = std::nullopt) const;
 
@@ -85,10 +85,10 @@ class QO_PAGE_API FormControls {
   // the values get "checked" or "selected", and the others lose it. A hidden input beside other
   // controls of its name stays; what it sends may be among the values or not.
   //
-  // Throws Error, with the place of the node that it is about, when that cannot be exact: there is
-  // no control of a name, or only disabled ones or buttons; no control or option has a value, only
-  // a disabled one, or several that send it; there are more or fewer values than controls take; an
-  // input of the type does not take a value; what is to be a file's name.
+  // Throws Error, with the place of the node that it is about, when that cannot be exact: a name
+  // has no control that can be set; a value is that of no control or option, of a disabled one, or
+  // of several; there are more or fewer values than the controls take; an input of the type does
+  // not take a value; or a value is to be the name of a file.
   std::vector<std::pair<Node, Operation>> fill(Node form,
                                                const std::vector<FieldValues>& values) const;
 

@@ -1,13 +1,13 @@
 // The nodes of a page, and their attributes.
 //
 // Both are small values that name a place in a page: copying one costs nothing, and none of them
-// can change the page. They are good as long as their page is, wherever it is moved to; what a page
-// is given by a move assignment makes the nodes that it had invalid.
+// can change the page. They are valid as long as their page, wherever it is moved to. A page that
+// another one is assigned to loses the nodes that it had.
 //
-// A node that is none (`!node`) has no parent, children or attributes, and its texts are empty:
-// asking it throws Error. Views of texts live as long as the page.
+// Where there is no such node, functions return a null node (`!node`). Asking it anything throws
+// Error. Views of texts live as long as the page.
 //
-// Costs: what is not said otherwise takes the same short time whatever the page.
+// Costs: a call takes the same short time whatever the page, unless its comment says otherwise.
 
 #ifndef QO_PAGE_NODE_H
 #define QO_PAGE_NODE_H
@@ -33,8 +33,8 @@ class Node;
 enum class NodeKind : unsigned char { document, element, text, comment, doctype, cdata, code };
 
 // How a text or value is given: with its references decoded, as it is in the source, or as a person
-// reads it: decoded, with one blank for all white space, also between blocks and cells, and none at
-// the ends.
+// reads it. The last one is decoded as well, with one blank for each run of white space and between
+// blocks and cells, and no blanks at the ends.
 enum class TextForm { decoded, written, readable };
 
 // Where a node lies in the source. An element without an end tag of its own ends where its content
@@ -75,8 +75,8 @@ class QO_PAGE_API Attribute {
   const AttributeRecord* record_;
 };
 
-// The attributes of an element, all that are written, in the order of the source: those whose name
-// was there before, and those in one branch of a template, too.
+// The attributes of an element in the order of the source. All that are written are there: those
+// whose name was there before, and those in one branch of a template, too.
 class QO_PAGE_API Attributes {
  public:
   class QO_PAGE_API Iterator {
@@ -150,7 +150,7 @@ class QO_PAGE_API Node {
   // time in proportion to what is in the node.
   std::string text(TextForm form = TextForm::decoded) const;
 
-  // None where there is no such node. `previous_sibling` takes time for the depth of what it finds.
+  // A null node where there is none. `previous_sibling` takes time for the depth of what it finds.
   Node parent() const;
   Node first_child() const;
   Node next_sibling() const;
@@ -161,7 +161,7 @@ class QO_PAGE_API Node {
   NodeRange<NextInDocument> descendants() const;
   NodeRange<NextAncestor> ancestors() const;
 
-  // None for nodes that are no elements.
+  // Empty for nodes that are not elements.
   Attributes attributes() const;
 
   // The value of the first attribute of that name; names compare without case. Empty for one
@@ -169,8 +169,8 @@ class QO_PAGE_API Node {
   std::optional<std::string> attribute(std::string_view name,
                                        TextForm form = TextForm::decoded) const;
 
-  // The same node of the same page. Nodes of one page are ordered as in the document, those of
-  // different pages somehow.
+  // The same node of the same page. Nodes of one page are ordered as in the document; the order of
+  // nodes of different pages means nothing.
   friend bool operator==(Node a, Node b) { return a.tree_ == b.tree_ && a.index_ == b.index_; }
   friend bool operator!=(Node a, Node b) { return !(a == b); }
   friend bool operator<(Node a, Node b) {

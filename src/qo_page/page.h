@@ -6,9 +6,9 @@
 // {{...}}, {{{...}}}, {%...%} and {#...#} may be in text, in tags and in values, hold any
 // character, and end neither a tag nor a value.
 //
-// The tree has one element for each start tag of the source, in the order of the source, nested as
-// a browser would nest it: end tags that authors may leave out are understood, nothing is invented,
-// moved or dropped. It is for reading; a page is changed by Edits (<qo_page/edits.h>).
+// The tree has one element for each start tag, in the order of the source, nested as a browser
+// would nest it. End tags that authors may leave out are understood; nothing is invented, moved or
+// dropped. It is for reading; a page is changed by Edits (<qo_page/edits.h>).
 //
 // Ownership: a page owns its source and its nodes, which live as long as it does. Offsets are in
 // bytes, from 0, into `source()`.
@@ -16,7 +16,7 @@
 // Memory: the source, and some 32 bytes for each node and 16 for each attribute.
 //
 // Errors: std::bad_alloc, with nothing half-done, and what a function says. A page that was moved
-// from has no nodes: asking it throws Error. So does a node of another page, or one that is none.
+// from has no nodes: asking it throws Error. So does a null node, or a node of another page.
 //
 // Threads: nothing is shared between pages. One page may be read by several threads at once.
 
@@ -79,21 +79,22 @@ class QO_PAGE_API Page {
   Node document() const&;
   Node document() const&& = delete;
 
-  // What a selector finds, in document order, not more than the first `most`. A text is read as a
-  // selector first, which throws SelectorError.
+  // What a selector finds, in document order, at most the first `most`. A text is first read as a
+  // selector, which may throw SelectorError.
   std::vector<Node> select(const Selector& selector, std::size_t most = SIZE_MAX) const&;
   std::vector<Node> select(std::string_view selector, std::size_t most = SIZE_MAX) const&;
   std::vector<Node> select(const Selector& selector, std::size_t most = SIZE_MAX) const&& = delete;
   std::vector<Node> select(std::string_view selector, std::size_t most = SIZE_MAX) const&& = delete;
 
-  // The first of these; none when there is none.
+  // The first of these; a null node when there is none.
   Node first(const Selector& selector) const&;
   Node first(std::string_view selector) const&;
   Node first(const Selector& selector) const&& = delete;
   Node first(std::string_view selector) const&& = delete;
 
-  // The node itself or the innermost one around it that matches; none when none does. For a few
-  // nodes: it looks at the page up to the node, and with `:has` and texts at all of it.
+  // The node itself or the innermost one around it that matches; a null node when none does. It is
+  // meant for a few nodes: it looks at the page up to the node, and with `:has` and texts at the
+  // whole page.
   Node closest(Node node, const Selector& selector) const&;
   Node closest(Node node, std::string_view selector) const&;
   Node closest(Node node, const Selector& selector) const&& = delete;

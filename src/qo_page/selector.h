@@ -41,25 +41,24 @@ class QO_PAGE_API SelectorError : public Error {
 // what was read.
 class QO_PAGE_API Selector {
  public:
-  // Throws SelectorError when the text is anything but a selector that has a meaning here.
+  // Throws SelectorError when the text is not a selector, or one that has no meaning here.
   explicit Selector(std::string_view text);
 
   // What it was read from.
   const std::string& text() const;
 
-  // The nodes below `root` that match, in document order, not more than the first `most`; `root`
-  // itself never does. They are
-  // elements, and comments where the selector asks for these. What is around `root` counts: with
-  // "a b", the a may be anywhere above. Only `:scope` means `root`, or, when that is the document,
-  // the elements at its top.
+  // The nodes below `root` that match, in document order, at most the first `most`; `root` itself
+  // never does. They are elements, and comments where the selector asks for these. What is around
+  // `root` counts: with "a b", the a may be anywhere above. Only `:scope` means `root`, or, when
+  // that is the document, the elements at its top.
   //
   // Time grows with the size of the page, and only for `:matches` with depth as well. Throws
   // SelectorError when a pattern of `:matches` takes too many steps.
   std::vector<Node> select(Node root, std::size_t most = SIZE_MAX) const;
 
   // Whether the node is among what select() finds from its document. It takes time for the nodes
-  // above and for those before it beside each; with `:has`, positions "of" a selector and text, for
-  // the whole page. For many nodes of a page, select() is the cheaper way.
+  // above and the earlier siblings of each; with `:has`, positions "of" a selector and text, for
+  // the whole page. For many nodes, select() is cheaper.
   bool matches(Node node) const;
 
  private:

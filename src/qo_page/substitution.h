@@ -17,7 +17,7 @@ class QO_PAGE_API Substitution {
  public:
   // `expression` is Perl-compatible. In `replacement`, "$0" is the whole match, "$1" or "${1}" a
   // group by its number, "${name}" one by its name, and "$$" a "$". Throws Error when either cannot
-  // be read; the offset is that in the wrong one.
+  // be read; the offset is one into the text that is wrong.
   Substitution(const std::string& expression, const std::string& replacement);
 
   // As it was given.

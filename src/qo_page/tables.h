@@ -16,7 +16,7 @@ namespace qo {
 
 // A cell, and the places that it fills: from its row and column on, so many of each.
 struct Cell {
-  Node node;  // none: there is no cell
+  Node node;  // null: there is no cell
   std::size_t row, column;
   std::size_t rows, columns;
 };
@@ -40,8 +40,8 @@ class QO_PAGE_API Table {
   // row if all its cells are th.
   std::size_t header_rows() const { return header_rows_; }
 
-  // The cell that fills a place; where there is none, it is that one place, without a node. Where
-  // two cells want one place, the first has it: the spans are as wide as if they both had. Throws
+  // The cell that fills a place. Where there is none, it is a cell of that one place without a
+  // node. Where two cells want one place, the first one has it, and both keep their spans. Throws
   // Error for a place that is not in the grid.
   Cell cell(std::size_t row, std::size_t column) const;
 

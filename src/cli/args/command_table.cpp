@@ -18,7 +18,7 @@ const std::vector<CommandRow>& command_table() {
        "table",
        "[SEL] [FILE...]",
        "Print tables as lines of cells, with tabs between them",
-       "_SEL_ tells which; an element that is no table means those in it. A cell fills all "
+       "_SEL_ tells which; an element that is not a table means those in it. A cell fills all "
        "places that it spans. Tables "
        "in tables are apart. Between two tables is an empty line. A first argument is a _FILE_ if "
        "there is such a file, if it "
@@ -30,8 +30,8 @@ const std::vector<CommandRow>& command_table() {
        "Print what a browser would send of a form, as JSON",
        "Names such as *user[mail]* and *tags[]* make objects and arrays; so does a plain name that "
        "comes several times. _SEL_ tells which "
-       "element to take for a form; of a page, the first is printed. Which argument is a _FILE_ is "
-       "told as for *table*. No "
+       "element to take for a form; of a page, the first is printed. A _FILE_ is known as with "
+       "*table*. No "
        "contents of files are read.",
        {{"Send a form again", "qo form --urlencoded '#search' page.html | curl -d @- URL"}}},
       {Command::edit,
@@ -41,15 +41,15 @@ const std::vector<CommandRow>& command_table() {
        "The operations are carried out on every match, in the order in which they are given, and "
        "the page is printed. Exactly the bytes of "
        "what an operation names change: a value between its quotes, one class, a name in both "
-       "tags. What an operation "
-       "on an outer match replaces, none on an inner one touches. Operations that contradict each "
-       "other are refused.\n\n"
+       "tags. Operations on matches within "
+       "what another operation replaces or takes away have no effect. Operations that contradict "
+       "each other are refused.\n\n"
        "The result is read again. Where anything that was not named would be read otherwise, as "
        "after markup that "
        "opens what it does not close, or where the result is not what was asked, the page is "
        "refused with place and "
        "reason, and nothing is written.\n\n"
-       "_TEXT_, _VALUE_ and _CLASS_ are plain text, which is escaped as far as needed; template "
+       "_TEXT_, _VALUE_ and _CLASS_ are plain text, which is escaped where needed; template "
        "code in them stays as given. "
        "_MARKUP_ goes in as given.",
        {{"What an edit would change",

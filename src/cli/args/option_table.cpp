@@ -306,9 +306,9 @@ const std::vector<OptionRow>& option_table() {
        [](Options& o, const Values& v) { o.script = v[0]; }},
       {'i', "in-place", "SUFFIX", true, "", in_edit, Group::own, "Write the pages back",
        "A page that the edit does not change is not touched; links are followed and the mode stays. At every moment "
-       "the file holds all of the old or all of the new page. Of several files, the pages are not waited for until they are on the "
+       "the file holds all of the old or all of the new page. With several files, *qo* does not wait until the pages are on the "
        "disk: a power cut soon after can bring old pages back or, on a file system that does not write a file before its name, "
-       "cost them. With a "
+       "lose them. With a "
        "_SUFFIX_, the old page stays under its name with _SUFFIX_ after it. A file with several names (hard links) has the new page "
        "under this one alone. Of several files, a last line on standard error tells how many were changed.",
        set_in_place},

@@ -9,7 +9,7 @@
 
 namespace cli {
 
-// A page that hosts read as it is counts as found, in terms of the exit status.
+// For the exit status, a page that hosts read as it is counts as found.
 int run_check(const Options& options) {
   Session session(options);
   std::atomic<bool> different = false;

@@ -18,11 +18,11 @@ namespace cli {
 // Several threads may use it.
 class Columns {
  public:
-  // Throws Failure when a name is none.
+  // Throws Failure when a name is not that of a column.
   explicit Columns(const Options& options);
 
-  // The cells of a match, on one line in `line`, whose former content is lost. Whether there are
-  // any: a match has none when it has none of the attributes and nothing else was asked for.
+  // Puts the cells of a match into `line`, whose former content is lost. Returns false when there
+  // are none: the match has none of the attributes, and nothing else was asked for.
   bool write(FieldWriter& writer, std::size_t match, std::string& line) const;
 
   // The attributes that no match had, if there was any match.

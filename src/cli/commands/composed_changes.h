@@ -9,8 +9,8 @@
 
 namespace cli {
 
-// `first` leads from one source to the next, `second` on from there; the result leads all the way,
-// and tells of no nodes.
+// `first` leads from one source to the next, `second` from there to the last one. The result leads
+// from the first source to the last, and has no nodes.
 std::vector<qo::Change> composed(const std::vector<qo::Change>& first,
                                  const std::vector<qo::Change>& second);
 

@@ -98,8 +98,8 @@ class Editing {
       edits.add(matches, edit.operations);
       return edits.apply();
     } catch (const qo::Error& error) {
-      // What no node can be given is told of the first. The text between two edits of a script is
-      // one that the user never sees.
+      // An operation that fits no node is reported at the first match. The text between two edits
+      // of a script has no place that the user could see.
       const bool has_place = error.place() == qo::Error::Place::source;
       const std::size_t offset = has_place ? error.offset() : matches.front().extent().begin;
       const std::string place = is_first ? ":" + place_of(page.source(), offset) : "";
@@ -116,7 +116,7 @@ class Editing {
     ++written_;
   }
 
-  // No page that is yet to be edited, or has been, is overwritten by the old text of another.
+  // A backup must not overwrite another page of the run.
   void back_up(const std::string& name, const std::string& text) const {
     const std::string backup = name + options_.backup_suffix;
     if (pages_.count(resolved(backup)) != 0) {

@@ -18,13 +18,14 @@ std::vector<std::string> default_fields(bool host, bool with_file);
 
 bool is_field(const std::string& name);
 
-// Throws Failure, which names the option, when one of them is no field, or none of the library's.
+// Throws Failure, which names the option, when one of them is not a field, or not one that the
+// library has.
 void check_fields(const std::string& option, const std::vector<std::string>& fields, bool host);
 
 // Tells of the matches of one page.
 class FieldWriter {
  public:
-  // Both must stay.
+  // Both must outlive the object.
   FieldWriter(const std::string& file, Matches& matches) : file_(file), matches_(matches) {}
 
   // A line of JSON.

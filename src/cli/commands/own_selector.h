@@ -12,8 +12,8 @@
 
 namespace cli {
 
-// That for a page's own reading. The library reads its selectors as it carries them out: for these
-// there is nothing but hints. Throws what is wrong with the selector.
+// The selector for a page's own reading. The library reads its selectors only when it carries them
+// out; for these, hints are given at most. Throws what is wrong with the selector.
 inline std::optional<qo::Selector> own_selector(const Options& options) {
   if (!options.host) return qo::Selector(options.selector);
   give_hints(options.selector, options.strict);

@@ -16,7 +16,7 @@ namespace cli {
 
 namespace {
 
-// The tables among the matches, and those in matches that are none; each once, in their order.
+// The tables among the matches and those within other matches, each once, in their order.
 std::vector<qo::Node> find_tables(const qo::Page& page, const qo::Selector& selector) {
   static const qo::Selector all("table");
   const std::vector<qo::Node> matches = page.select(selector);
@@ -35,7 +35,7 @@ std::vector<qo::Node> find_tables(const qo::Page& page, const qo::Selector& sele
   return found;
 }
 
-// Of each column, for members of objects: the texts of its header's cells, each once.
+// The name of each column as a member of objects: the texts of its header cells, each once.
 std::vector<std::string> column_names(const qo::Table& table) {
   std::vector<std::string> names;
   std::set<std::string> taken;

@@ -15,7 +15,7 @@ bool is_element(const PlacedNode& node);
 bool is_text(const PlacedNode& node);
 bool has_end_tag(const PlacedNode& node);
 
-// The nodes of a reading, and what was told of them by now.
+// The nodes of a reading, and what was reported of them so far.
 class ComparedReading {
  public:
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -56,8 +56,8 @@ class ComparedReading {
 
   // --- What was told ---
 
-  // Notes that the other reading takes what is within this node otherwise. Whether that was told
-  // before.
+  // Notes that the other reading takes what is within this node otherwise. Returns whether that was
+  // noted before.
   bool tell_within(std::size_t i);
 
   // From now on the node is known to end elsewhere in the other reading, or not to be there: it no

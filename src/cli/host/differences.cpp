@@ -19,7 +19,7 @@ constexpr char for_qo[] = " for qo";
 
 // --- Nodes ---
 
-// Whether it is an element of which a host reads the content as text, if it has any.
+// Whether a host reads the content of the element, if it has any, as text.
 bool is_raw_element(const PlacedNode& node) {
   return is_element(node) && (node.name == "script" || node.name == "SCRIPT" ||
                               node.name == "style" || node.name == "STYLE");

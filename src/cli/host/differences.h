@@ -19,10 +19,10 @@ struct Difference {
   std::string what;  // in a line, without the place
 };
 
-// Each place where the two readings of `source` part, in no particular order. What only follows
-// from one that was told is not told: after a <li> that a host does not close, everything else
-// nests otherwise, too. `host` may have read the beginning of the source alone; then only that is
-// compared. Time grows with the source.
+// Each place where the two readings of `source` differ, in no particular order. What only follows
+// from a reported place is left out: after a <li> that a host does not close, everything else nests
+// otherwise, too. If `host` has read only the beginning of the source, only that is compared. Time
+// grows with the source.
 std::vector<Difference> find_differences(const Reading& page, const Reading& host,
                                          std::string_view source, const qo::LineIndex& lines);
 

@@ -12,7 +12,7 @@ namespace cli {
 
 namespace {
 
-// What a host makes of a page, as far as it reads it.
+// What a host makes of a page, up to where it stops reading.
 struct HostPage {
   Document document;
   std::string_view read;

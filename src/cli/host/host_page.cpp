@@ -98,9 +98,10 @@ std::vector<std::size_t> offsets_of(char c, std::string_view text) {
   return offsets;
 }
 
-// Where the tag is at which the parser gave up: the last that it met, so the shortest beginning
-// of the page with as many tags ends with its "<". Each "<" is one tag at most: going on by as many
-// as are missing never goes too far, and mostly gets there at once; else the search halves.
+// Where the tag is at which the parser gave up. It is the last one that the parser met, so that the
+// shortest beginning of the page with as many tags ends with its "<". Each "<" is at most one tag:
+// going on by as many "<" as tags are missing never goes too far, and mostly gets there at once.
+// Otherwise the search halves what is left.
 std::size_t find_refused_tag(const std::string& html) {
   const std::vector<std::size_t> offsets = offsets_of('<', html);
   const auto tags_up_to = [&](std::size_t i) { return count_tags(html.substr(0, offsets[i] + 1)); };

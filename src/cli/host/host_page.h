@@ -19,8 +19,8 @@ using Document = std::unique_ptr<_qo_html>;
 // the tool writes goes around both.
 void silence_library();
 
-// The library answers some calls with an empty text, or goes on without an attribute, when memory
-// runs out, and writes a line: throws std::bad_alloc if it has done so since the last call.
+// When memory runs out, the library answers some calls with an empty text, or goes on without an
+// attribute, and writes a line. This throws std::bad_alloc if it has done so since the last call.
 void require_memory();
 
 // Null when the parser refuses the page. Throws std::bad_alloc.

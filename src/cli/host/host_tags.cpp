@@ -12,7 +12,7 @@ bool is_space_in_tag(char c) {
   return spaces_in_tags.find(c) != std::string_view::npos;
 }
 
-// The third of a leading "!" and all "-" and "[" ends a name, and belongs to it.
+// A leading "!", each "-" and each "[" is a mark. The third mark ends a name, and belongs to it.
 bool ends_by_mark(std::string_view name) {
   if (name.empty() || (name.back() != '-' && name.back() != '[')) return false;
   const auto marks =

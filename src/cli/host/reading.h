@@ -40,7 +40,7 @@ struct Reading {
   std::vector<PlacedAttribute> attributes;
 };
 
-// That of the page's own tags.
+// The reading of the page's own tags.
 Reading page_reading(const qo::Page& page);
 
 struct HostReading {

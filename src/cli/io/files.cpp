@@ -99,8 +99,8 @@ class Replacement {
     file_.close(target_);
   }
 
-  // Gives the file the owner and group of another, as far as the user may. Returns the bits of the
-  // mode that go with what was given.
+  // Gives the file the owner and group of another, where the user may do so. Returns the bits of
+  // the mode that go with what was given.
   static mode_t kept_owner(int number, const struct stat& like) {
     if (fchown(number, like.st_uid, like.st_gid) == 0) return S_ISUID | S_ISGID | S_ISVTX;
     const bool owner = fchown(number, like.st_uid, static_cast<gid_t>(-1)) == 0;

@@ -18,9 +18,9 @@ struct FileChoice {
 // Whether a name ends as those of pages and templates do.
 bool has_page_ending(const std::string& name);
 
-// The files to read: those that were named and, with -r, for each folder in its place the pages
-// below it, in the order of their names. Hidden folders, node_modules and links are left out there.
-// What cannot be looked into is complained of. `failed` counts these.
+// The files to read: those that were named. With -r, the pages below a folder take its place, in
+// the order of their names. Hidden folders, node_modules and links are left out there. A folder
+// that cannot be read gives a complaint; `failed` counts these.
 std::vector<std::string> find_files(const FileChoice& choice, std::size_t& failed);
 
 }  // namespace cli

@@ -18,14 +18,14 @@ void complain_of_place(std::string_view lines);
 // Writes to standard error as it is.
 void write_message(const std::string& text);
 
-// Complaints of many files: of those that say the same, the first are told, and how many more there
-// were.
+// Complaints about many files. Of those that say the same, the first ones are printed and the
+// others counted.
 class FileComplaints {
  public:
   // `message` is "FILE: ...", or "FILE:LINE:COLUMN: ...".
   void add(const std::string& file, const std::string& message);
 
-  // Tells what was held back.
+  // Prints how many were held back.
   void finish();
 
  private:

@@ -11,9 +11,9 @@
 
 namespace cli {
 
-// Of the elements of one page, which must stay. A path begins at the nearest element with an id or
-// a name that no other has. Where that is farther away than some sixty levels, it is too long for a
-// selector.
+// The paths of the elements of one page, which must outlive the object. A path begins at the
+// nearest element with an id or a name that no other has. Where that is farther away than some
+// sixty levels, it is too long for a selector.
 class NodePaths {
  public:
   // Goes over the page once.

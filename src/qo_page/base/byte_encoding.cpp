@@ -23,7 +23,8 @@ constexpr EscapeRow escapes[] = {{"\x1B$)C", "ISO-2022-KR"}, {"\x1B$)A", "ISO-20
                                  {"\x1B$@", "ISO-2022-JP"},  {"\x1B$(", "ISO-2022-JP"},
                                  {"\x1B(J", "ISO-2022-JP"},  {"\x1B(I", "ISO-2022-JP"}};
 
-// Marks that mean something else on most pages: only what the page says of itself tells.
+// Most pages have these marks for something else: they count only where the page names the
+// encoding.
 struct DeclaredRow {
   std::string_view label, mark, encoding;
 };

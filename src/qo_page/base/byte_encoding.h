@@ -7,8 +7,8 @@
 
 namespace qo {
 
-// The name of the text's encoding, as iconv knows it, when a byte below 128 need not be that ASCII
-// character in it; empty for all others.
+// The name of the text's encoding, as iconv knows it, when a byte below 128 is not always that
+// ASCII character in it; empty for all other encodings.
 std::string_view encoding_beyond_ascii(std::string_view text);
 
 }  // namespace qo

@@ -159,7 +159,7 @@ std::size_t Pattern::find(std::string_view text, PatternBudget& budget) const {
   return matching.find(0) ? matching.begin() : std::string_view::npos;
 }
 
-// Right after a match, an empty one is none.
+// An empty match right after another one does not count.
 std::vector<PatternMatch> Pattern::find_all(std::string_view text, PatternBudget& budget) const {
   Matching matching(code_, any_code_, text, budget);
   std::vector<PatternMatch> found;

@@ -40,7 +40,7 @@ struct PatternBudget {
 using PatternMatch = std::vector<std::pair<std::size_t, std::size_t>>;
 
 // A Perl-compatible regular expression over UTF-8, whose letters and words are those of Unicode.
-// Bytes that are no UTF-8 match nothing.
+// Bytes that are not UTF-8 match nothing.
 class Pattern {
  public:
   // Throws PatternError when the text is no such expression.
@@ -52,8 +52,8 @@ class Pattern {
   // The offset at which it first matches, or npos. Throws PatternBudget::Exceeded.
   std::size_t find(std::string_view text, PatternBudget& budget) const;
 
-  // All its matches that do not overlap, each with its groups; an empty one right after another is
-  // none. Throws PatternBudget::Exceeded.
+  // All its matches that do not overlap, each with its groups. An empty match right after another
+  // one does not count. Throws PatternBudget::Exceeded.
   std::vector<PatternMatch> find_all(std::string_view text, PatternBudget& budget) const;
 
   std::size_t group_count() const;  // without the whole match

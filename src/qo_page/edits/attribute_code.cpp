@@ -11,8 +11,7 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 
-// A name without a value that is code of a kind that is not known: {...rest}, @class($list),
-// ${attributes}.
+// A name without a value that is code of an unknown kind: {...rest}, @class($list), ${attributes}.
 bool may_be_code(std::string_view name) {
   return std::any_of(name.begin(), name.end(), opens_bracket);
 }
@@ -42,7 +41,7 @@ bool is_assignment(std::string_view code) {
   return rest.size() > 1 && rest[0] == '=' && rest[1] != '=';
 }
 
-// What divides a block that begins or ends outside of the tag. What a block in it holds is seen.
+// Code of a block that begins or ends outside of the tag: it writes nothing itself.
 bool is_control(std::string_view code) {
   static constexpr std::string_view words[] = {"if",     "for",  "foreach", "while",
                                                "unless", "case", "switch",  "with"};
@@ -51,7 +50,7 @@ bool is_control(std::string_view code) {
   return code[0] == '{' && is_one_of(first_word(inner), words);
 }
 
-// The text of a block that is named may be another in a template that extends this one.
+// A template that extends this one may give a named block another text.
 bool is_overridden(std::string_view code) {
   const std::string_view word = first_word(without_leading(code.substr(2), "-+~ \t\r\n"));
   return word == "block" || word == "section";

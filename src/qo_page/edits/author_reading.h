@@ -31,8 +31,8 @@ class AuthorReading : private StartTagObserver {
   // Whether an end tag at an offset ends anything.
   bool has_end_tag(std::size_t offset) const;
 
-  // A tag that is read otherwise, and may be why a node's end is: the first one in it, or else the
-  // last one before it. Empty when there is none.
+  // A tag that the author reads otherwise, which may be why a node ends elsewhere: the first one in
+  // the node, or else the last one before it. Empty when there is none.
   std::string_view reason_for(const Extent& extent) const;
 
  private:

@@ -220,7 +220,7 @@ class EditCheck {
     }
   }
 
-  // A new text may end what it was put in.
+  // A new text may end the element that it was put into.
   void fail_on_text(NodeIndex old_node, const Extent& wanted) const {
     for (const Insertion& insertion : written_.insertions) {
       if (insertion.is_text && insertion.begin == wanted.content_begin) {

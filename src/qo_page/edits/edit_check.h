@@ -7,9 +7,9 @@
 
 namespace qo {
 
-// Throws Error, with a place in the old source, unless every kept node is where it must be in the
-// new tree, nested as it must be, all others are whole within what was put in, and the texts beside
-// are read as before.
+// Throws Error, with a place in the old source, unless every kept node has its place and nesting in
+// the new tree, every other node lies whole within what was put in, and the texts beside it are
+// read as before.
 void check_edit(const WrittenEdit& written, const Tree& old_tree, const Tree& new_tree);
 
 }  // namespace qo

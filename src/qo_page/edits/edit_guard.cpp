@@ -52,7 +52,7 @@ bool is_only_on_attributes(const NodeEdits& edits) {
               Kind::remove_attribute, Kind::add_class, Kind::remove_class, Kind::substitute_value});
 }
 
-// An element with "/>" and an end tag of its own ends there for both.
+// An element with "/>" and an end tag of its own ends at that tag for author and browser.
 bool is_closed_twice(const AuthorReading& author, const NodeRecord& node,
                      const NodeRecord& authors) {
   return !authors.has_content && node.content_end < node.end &&
@@ -121,7 +121,7 @@ bool EditGuard::keeps_odd_tag(const NodeEdits& edits) const {
   return odd != nullptr && odd->tag.end == node.content_begin && keeps_tags(edits);
 }
 
-// What is no markup for a browser may be some for the author.
+// What is text to a browser may be markup to the author.
 void EditGuard::check_text_place(NodeIndex text) const {
   const NodeIndex parent = tree_.parent(text);
   const NodeRecord& around = tree_[parent];
@@ -131,7 +131,7 @@ void EditGuard::check_text_place(NodeIndex text) const {
   throw Error(where_it_ends(*author_, tree_, parent), tree_[text].begin);
 }
 
-// An edit needs the parts of the node that it touches to be where they are for both.
+// The parts of the node that an edit touches must be at the same place for author and browser.
 void EditGuard::check_extent(const NodeEdits& edits) const {
   const NodeRecord& node = tree_[edits.node];
   const NodeRecord* const authors = author_->node_at(node.begin);
@@ -202,7 +202,7 @@ void EditGuard::check_rename(const NodeEdits& edits) const {
               extent.content_begin);
 }
 
-// The new name, or the content around, may read references and tags where the old one has none.
+// Under the new name, or in the content around, references and tags may count that did not before.
 void EditGuard::check_content(const NodeEdits& edits) const {
   const NodeRecord& node = tree_[edits.node];
   const ContentModel before = content_model(node);

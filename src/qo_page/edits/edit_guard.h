@@ -1,4 +1,4 @@
-// What no edit may do, as far as the old page tells.
+// The edits that the old page rules out.
 
 #ifndef QO_PAGE_EDITS_EDIT_GUARD_H
 #define QO_PAGE_EDITS_EDIT_GUARD_H
@@ -13,7 +13,7 @@
 
 namespace qo {
 
-// That of a node's content when the edits are made.
+// The content model of a node after its edits.
 ContentModel content_model_after(const Tree& tree, const NodeEdits& edits);
 
 class EditGuard {
@@ -21,9 +21,9 @@ class EditGuard {
   // The tree must outlive the object.
   explicit EditGuard(const Tree& tree) : tree_(tree) {}
 
-  // Throws Error when they would touch what is elsewhere for the author than for a browser, give a
-  // part of a block of template code another fate than the rest, or would have what stays of the
-  // content, or comes after it, read otherwise than before.
+  // Throws Error when the edits would touch what is elsewhere for the author than for a browser,
+  // separate the parts of a block of template code, or change how the rest of the content, or what
+  // comes after it, is read.
   void check(const NodeEdits& edits);
 
   // Whether the start tag stays as it is, and ends for the author where it does for a browser,

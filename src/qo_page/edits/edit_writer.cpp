@@ -233,8 +233,8 @@ void EditWriter::write_end_tag(NodeIndex node, const NodeEdits& edits) {
   copy_until(record.end);
 }
 
-// Everything goes right beside the node: what came first is farther away. Gives the place of the
-// insertion.
+// Each insertion goes right beside the node, so that earlier ones are farther away. Returns the
+// place in `insertions`.
 std::size_t EditWriter::write_before(const NodeEdits& edits) {
   std::string text;
   for (const Operation* operation : edits.operations) {
@@ -282,7 +282,7 @@ void EditWriter::skip_until(std::size_t end) {
   insert_until(end, std::string_view());
 }
 
-// The new text takes the place of the old one, but for what both begin and end with.
+// The new text takes the place of the old one, but for what both begin with and end with.
 void EditWriter::replace_until(std::size_t end, std::string_view text) {
   const std::string_view old_text = source_.substr(position_, end - position_);
   const std::size_t shorter = std::min(old_text.size(), text.size());

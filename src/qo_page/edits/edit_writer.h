@@ -54,8 +54,8 @@ struct WrittenEdit {
   std::vector<Seam> seams;            // in order
 };
 
-// Two halves of markup, on both sides of where the innermost first element's content ends. Throws
-// Error when there is none.
+// Markup in two halves: up to where the content of its innermost first element ends, and from there
+// on. Throws Error when there is none.
 struct Halves {
   std::string first, second;
   std::size_t levels;  // elements that both have a part of

@@ -51,8 +51,8 @@ bool ends_other_operand(std::string_view text) {
   return begins_with(rest, ")") && without_leading(rest.substr(1), blanks).substr(0, 1) == ":";
 }
 
-// That in front of an element, in the text beside it: "{a ? (" has one, and so has ") : (" after
-// the element that is the operand of the first.
+// The operator in front of an element, in the text beside it. "{a ? (" has one, and so has ") : ("
+// after the element that is its first operand.
 std::string_view operator_in_front(const Tree& tree, NodeIndex element) {
   const std::string_view before = text_before(tree, element);
   const std::string_view found = operator_at_end(before);

@@ -1,4 +1,4 @@
-// What an element of a component is to the markup beside it.
+// What ties an element of a component to the markup beside it: expressions and conditions.
 
 #ifndef QO_PAGE_EDITS_NEIGHBOURS_H
 #define QO_PAGE_EDITS_NEIGHBOURS_H
@@ -8,7 +8,7 @@
 namespace qo {
 
 // Throws Error when the edits would take an operand from its expression, or put something beside
-// it, or part an element with v-else from the one with v-if in front of it.
+// it, or separate an element with v-else from the one with v-if in front of it.
 void check_neighbours(const Tree& tree, const NodeEdits& edits);
 
 }  // namespace qo

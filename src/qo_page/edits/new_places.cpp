@@ -20,7 +20,8 @@ NodeIndex NewPlaces::peek() const {
   return NewPlaces(*this).next();
 }
 
-// After so many changes, all that comes in front of the next one is as far from where it was.
+// Where an offset is after that many changes. Up to the next change, everything has moved equally
+// far.
 std::size_t NewPlaces::shifted(std::size_t offset, std::size_t changes) const {
   if (changes == 0) return offset;
   const Change& last = written_.changes[changes - 1];

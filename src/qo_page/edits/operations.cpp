@@ -15,7 +15,7 @@ namespace {
 
 using Kind = Operation::Kind;
 
-// What an operation works on, as far as that decides what it goes together with.
+// What an operation works on. This decides which operations go together.
 enum Part : unsigned {
   tags = 1u << 0,     // changes the node's tags
   bare = 1u << 1,     // takes them away
@@ -98,7 +98,7 @@ std::string quoted(const std::string& text) {
   return '"' + text + '"';
 }
 
-// Each field that an operation has is one that its kind uses.
+// An operation must have no field that its kind does not use.
 void check_fields(const Operation& operation, std::size_t index) {
   const KindRow& row = row_of(operation.kind);
   const auto fail = [&](const std::string& what) {

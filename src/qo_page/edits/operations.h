@@ -14,14 +14,14 @@ namespace qo {
 class OperationSet {
  public:
   // Throws Error, with `index`, when the operation contradicts one before it, or when its name is
-  // none. The operation must outlive the set.
+  // not one. The operation must outlive the set.
   void add(const Operation& operation, std::size_t index);
 
  private:
   std::vector<const Operation*> firsts_;  // of each kind: all of one kind contradict the same
 };
 
-// Throws Error, with the operation's index, when plain text of it holds what begins template code.
+// Throws Error, with the operation's index, when its plain text has what begins template code.
 void check_has_no_code(const std::vector<Operation>& operations, const PageOptions& options);
 
 // Throws EditError when the operation does not fit the kind of the node.

@@ -75,7 +75,8 @@ void SeamCheck::text(Range text, NodeIndex holder) {
   for (Iterator seam = first; seam != next_; ++seam) code_after(*seam);
 }
 
-// What is dropped at the start of a content was read where it was before.
+// A line break that comes to the start of a content was read where it was before, and would be
+// dropped.
 void SeamCheck::line_break(NodeIndex holder, Iterator seam, Iterator last) const {
   if (!drops_line_break(tree_[holder])) return;
   for (; seam != last && seam->offset <= tree_[holder].content_begin; ++seam) {

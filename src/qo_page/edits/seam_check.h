@@ -1,4 +1,4 @@
-// Whether what is beside a change of the content is read as before.
+// Whether what is on both sides of a change is read as before.
 
 #ifndef QO_PAGE_EDITS_SEAM_CHECK_H
 #define QO_PAGE_EDITS_SEAM_CHECK_H
@@ -19,8 +19,8 @@ struct Seam {
   bool is_end;             // what was there comes after it
 };
 
-// To be asked of the tags and texts of the new page, in their order. What becomes a node, or no
-// longer is one, is for others to see.
+// To be asked of the tags and texts of the new page, in their order. Nodes that appear or go are
+// checked elsewhere.
 class SeamCheck {
  public:
   // `seams` are in order.
@@ -33,7 +33,7 @@ class SeamCheck {
   // one is no longer the same. `holder` is what the text is in.
   void text(Range text, NodeIndex holder);
 
-  // The same for a stretch between nodes, where only end tags are that end nothing.
+  // The same for a stretch between nodes. It has only end tags that end nothing.
   void stray_tags(Range tags);
 
  private:

@@ -1,4 +1,4 @@
-// Carries a substitution out on a text as it is written.
+// Carries out a substitution on a text as it is written.
 
 #ifndef QO_PAGE_EDITS_SUBSTITUTER_H
 #define QO_PAGE_EDITS_SUBSTITUTER_H
@@ -41,12 +41,12 @@ struct Splice {
 
 class Substituter {
  public:
-  // All must stay. `place` is the offset of errors.
+  // All of them must outlive the object. `place` is the offset of errors.
   Substituter(const Substitution& substitution, PatternBudget& budget, std::size_t place)
       : program_(*substitution.program_), budget_(budget), place_(place) {}
 
   // The expression is matched with the decoded text, and what no match holds stays as it is
-  // written. A match within template code is none. Throws Error when the result would not be
+  // written. A match within template code does not count. Throws Error when the result would not be
   // exactly what was asked, since code or a reference would be cut, or when the expression takes
   // too many steps.
   std::vector<Splice> splices(const WrittenText& written) const;

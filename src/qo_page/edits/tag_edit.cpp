@@ -36,7 +36,7 @@ bool is_expression(std::string_view value) {
   return !begins_with(value, "{{") || is_object(value.substr(1));
 }
 
-// What is on both sides of an end of a splice must not be code together.
+// What meets at an end of a splice must not become code.
 void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices,
                          const Dialect& dialect, std::size_t place) {
   std::vector<std::size_t> seams;
@@ -151,7 +151,7 @@ void TagEdit::check_is_first(std::string_view name, std::size_t offset) const {
               token_.extent.begin);
 }
 
-// Quotes would make a text of it.
+// Quotes would turn an expression into a text.
 void TagEdit::check_is_no_code(const Slot& slot) const {
   const bool is_text = !dialect_.has_code() || (dialect_.is_exact && dialect_.quotes_keep_code);
   if (is_text || slot.quote != 0 || !is_expression(slot.value)) return;
@@ -192,7 +192,7 @@ std::vector<ClassToken> TagEdit::tokens_of(const Slot& slot) const {
   return class_tokens(slot.value, {0, slot.value.size()}, code);
 }
 
-// Puts the value in quotes that it does not have itself.
+// Puts the value in quotes that do not occur in it.
 void TagEdit::use_quotes(Slot& slot) {
   slot.has_value = true;
   if (slot.quote != 0) return;
@@ -337,7 +337,7 @@ std::size_t TagEdit::changes_end() const {
   return end;
 }
 
-// After a part of a block that is in a value, or that the tag alone has no other half of, each
+// A part of a block may lie in a value, or have its other half outside of the tag. After it, each
 // branch may see other attributes.
 void TagEdit::check_blocks() const {
   const std::size_t begin = token_.extent.begin;

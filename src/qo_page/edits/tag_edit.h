@@ -17,7 +17,7 @@
 
 namespace qo {
 
-// Carries operations on attributes, classes and the name out on one start tag.
+// Carries out operations on the attributes, classes and name of one start tag.
 class TagEdit {
  public:
   // `begin`: where the tag is in the source.

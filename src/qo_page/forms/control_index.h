@@ -51,7 +51,7 @@ class ControlIndex {
   // Of the checked radio buttons of a group, a browser keeps the last one checked.
   bool is_checked(ControlNumber number) const { return is_checked_[number]; }
 
-  // The first radio button of the group that a radio button is one of; none for other controls.
+  // The first radio button of the group of a radio button; no_node for other controls.
   NodeIndex group(ControlNumber number) const { return groups_[number]; }
 
   // What it would send, were it checked or pressed.

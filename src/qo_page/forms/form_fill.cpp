@@ -272,7 +272,7 @@ class Filler {
     }
   }
 
-  // Of the radio buttons of a group that have one value, the first one does for all.
+  // Where several radio buttons of a group have one value, the first one is taken.
   static void add_choice(std::size_t i, const std::vector<Choice>& choices,
                          std::unordered_map<std::string, std::vector<std::size_t>>& by_value) {
     std::vector<std::size_t>& of_value = by_value[choices[i].value];

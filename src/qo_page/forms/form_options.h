@@ -14,7 +14,7 @@ struct SelectOption {
   bool is_disabled;  // by itself or by its group
 };
 
-// What the select itself offers, in document order; not what else is in it.
+// The options that belong to the select itself, in document order.
 std::vector<SelectOption> options_of(const Tree& tree, NodeIndex select);
 
 // Whether one row is all that is shown of the select, so that one option is always selected.

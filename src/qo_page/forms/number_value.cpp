@@ -114,7 +114,8 @@ std::string written(Decimal number) {
   return sign + digits + "e" + std::to_string(point - 1);
 }
 
-// From `base`, by `step`: the multiple that is nearest, of two the farther one, within the limits.
+// The nearest number in whole steps from `base` within the limits; of two equally near ones, the
+// one that is farther from `base`.
 Integer on_step(Integer value, Integer base, Integer step, Integer min, Integer max) {
   const Integer half = value < base ? -step : step;
   const Integer steps = (2 * (value - base) + half) / (2 * step);

@@ -33,7 +33,7 @@ class Compiler {
  private:
   enum class Direction { forward, backward };
 
-  // The pass from `pass` on that goes that way.
+  // The first pass from `pass` on that goes in that direction.
   static std::size_t turn(std::size_t pass, Direction direction) {
     return pass + (pass % 2 == (direction == Direction::forward ? 0 : 1) ? 0 : 1);
   }
@@ -43,8 +43,8 @@ class Compiler {
     return program_.passes[pass];
   }
 
-  // Makes the compound one that a node and its slots can tell. Returns the pass from which on they
-  // can.
+  // Changes the compound so that a node and its slots suffice to test it. Returns the first pass in
+  // which they do.
   std::size_t resolve(Compound& compound) {
     program_.has_comments = program_.has_comments || compound.has_comments;
     std::size_t pass = 0;

@@ -43,7 +43,7 @@ class Matcher {
     return matches_tests(compound, here);
   }
 
-  // What is said of the document, for elements that have nothing above that tells.
+  // What holds for the whole page, for elements with nothing above them that says otherwise.
   bool matches_page(const Compound& compound);
 
  private:

@@ -21,7 +21,7 @@ class PageText {
   std::size_t size() const { return text_.size(); }
 
   // Whether the needle is in the text of the node, or with `own`, in that of its own texts, one
-  // after the other. Together, these take as long as one search through the page for each test.
+  // after the other. All calls for one test together take as long as one search through the page.
   bool contains(NodeIndex node, const TextTest& test);
 
   // The text of a node, in `buffer` where it has to be put together.

@@ -1,12 +1,12 @@
 // A selector in the form in which it is carried out.
 //
-// Whether a node matches a compound alone is told by the node itself. All else is found out on
-// walks over the page, in steps that each set one bit of the node that the walk is at, its slot: a
-// part of "a > b c" needs that the part before it matched at the parent, or at one of the nodes
-// above or beside. A walk that goes forward knows these. A walk that goes backward, from the last
-// node to the first, knows the nodes below and those after, which is what :has() and counting from
-// the end take. Where one needs what the other finds, the bits are kept for the next walk. Walks
-// take turns; the last one goes forward, and finds the nodes.
+// Whether a node matches a compound of simple tests is told by the node itself. All else is found
+// out on walks over the page, in steps. Each step sets one bit, its slot, of the node that the walk
+// is at. A part of "a > b c" needs that the part before it matched at the parent, or at one of the
+// nodes above or beside. A forward walk knows these. A backward walk, from the last node to the
+// first, knows the nodes below and those after, which :has() and counting from the end need. Where
+// one walk needs what another finds, the bits are kept for it. Forward and backward walks take
+// turns; the last one goes forward, and finds the nodes.
 
 #ifndef QO_PAGE_SELECTORS_PROGRAM_H
 #define QO_PAGE_SELECTORS_PROGRAM_H

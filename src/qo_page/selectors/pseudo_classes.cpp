@@ -41,7 +41,8 @@ constexpr Named<Function> functions[] = {
     {"-qo-nearest", Function::nearest},
 };
 
-// A fieldset disables what is in it, but for what its first legend has; a list, what it offers.
+// A fieldset disables what is in it, but for what is in its first legend;
+// an optgroup or a select, its options.
 constexpr Named<std::string_view> definitions[] = {
     {"first-child", ":nth-child(1)"},
     {"last-child", ":nth-last-child(1)"},
@@ -112,9 +113,9 @@ std::optional<T> meaning(const Named<T> (&table)[count], std::string_view name) 
 }
 
 constexpr std::size_t longest_name = 40;
-constexpr std::size_t furthest = 3;  // a distance that is none of a slip of the pen any more
+constexpr std::size_t furthest = 3;  // names that differ more are no typing errors
 
-// How many characters one has to put in, take out, change or swap to get from one to the other.
+// The number of characters to insert, delete, change or swap that leads from one to the other.
 std::size_t distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> before, last, now(b.size() + 1);
   std::iota(now.begin(), now.end(), 0);

@@ -35,10 +35,10 @@ std::optional<Function> find_function(std::string_view name);
 // The selector that the name is short for; empty when there is none.
 std::string_view find_definition(std::string_view name);
 
-// Why the name of CSS is none here; empty for a name that is no name of CSS either.
+// Why a name of CSS has no meaning here; empty for a name that CSS does not have.
 std::string reason_against(std::string_view name);
 
-// The known name that is most like this one, with its colon; empty when none is.
+// The known name that is most like this one, with its colon; empty when none is close.
 std::string nearest_name(std::string_view name);
 
 }  // namespace qo::selectors

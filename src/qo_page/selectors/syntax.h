@@ -88,8 +88,8 @@ struct PatternTest {
   std::size_t offset = 0;
 };
 
-// The nearest element, from the node itself upwards, that has what the first compound tells is as
-// the second one tells.
+// The nearest element, from the node itself upwards, that matches `having` must match `being` as
+// well.
 struct NearestTest {
   List having, being;  // one compound each
 };

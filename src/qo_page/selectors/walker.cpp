@@ -53,7 +53,7 @@ void Walker::pop_level() {
   counts_.resize(levels_.size() * program_.counters);
 }
 
-// Out of the elements that end before the node.
+// Leaves the elements that end before the node.
 void Walker::go_to(NodeIndex node) {
   while (levels_.back().end <= node) pop_level();
 }
@@ -66,7 +66,7 @@ Walker::Level Walker::take_own_level(NodeIndex node) {
   return own;
 }
 
-// Into the elements around the node that begin before it and were not visited yet.
+// Enters the elements around the node that were not visited yet.
 void Walker::go_back_to(NodeIndex node) {
   const std::size_t known = levels_.size();
   const NodeIndex innermost = levels_.back().node;

@@ -15,16 +15,17 @@ namespace qo::selectors {
 
 class Walker {
  public:
-  // `kept` has the slots of each node from one walk to the next one; empty where there is one only.
+  // `kept` has the slots of each node from one walk to the next one; it is empty where there is
+  // only one walk.
   Walker(const Program& program, const Tree& tree, Matcher& matcher, std::vector<Slots>& kept,
          std::size_t pass);
 
   bool is_backward() const { return is_backward_; }
 
-  // The walk is at that element, or that comment where the program looks at these. Forward, it has
-  // been at the elements around it, and at those beside these and it that come before; backward, at
-  // all that come after. Completes the slots, and tells whether the program finds the node, if this
-  // is its last walk.
+  // Visits an element, or a comment where the program looks at comments. A forward walk has visited
+  // the elements around it by then, and the earlier siblings of these and of the node itself; a
+  // backward walk, all nodes that come after it. Completes the slots. Returns whether the program
+  // finds the node, if this is its last walk.
   bool visit(NodeIndex node) {
     Here here{node, 0, 0, 0, nullptr, is_backward_};
     return keeps_levels_ ? visit_level(here) : is_output(here, Links{~Slots{0}});

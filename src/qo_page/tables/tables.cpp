@@ -37,8 +37,8 @@ struct Row {
   std::vector<NodeIndex> cells;
 };
 
-// The rows below an element, in the order of the source. A cell whose row has no tag begins one, or
-// goes on with that of the cell before it.
+// The rows below an element, in the order of the source. A cell outside of a row begins one, or
+// continues the row of the cell before it.
 std::vector<Row> read_rows(const Tree& tree, NodeIndex table) {
   std::vector<Row> rows;
   NodeIndex row = no_node;

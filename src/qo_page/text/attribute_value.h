@@ -12,7 +12,7 @@
 
 namespace qo {
 
-// In `buffer` where it is not the one that is written.
+// The decoded value; it is in `buffer` where it differs from the written one.
 inline std::string_view decoded_value(const Tree& tree, const AttributeRecord& attribute,
                                       std::string& buffer) {
   const std::string_view written = tree.written_value(attribute);

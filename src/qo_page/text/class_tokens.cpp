@@ -99,8 +99,8 @@ class Ways {
     previous_[to].push_back(from);
   }
 
-  // From the beginning into each branch, or past all; from the end of each branch past all; from
-  // the end of a loop to any branch again.
+  // A block leads from its beginning into each branch or past the block, from the end of each
+  // branch past the block, and from the end of a loop into any branch again.
   void add_block(const CodeBlock& block) {
     for (const std::size_t piece : block.pieces) {
       if (item_of_[piece] == none) return;

@@ -16,8 +16,8 @@ struct ClassToken {
   bool is_always;  // it is there whatever way is taken
 };
 
-// The tokens of the value at `value`, as written. Blanks are between them, and code that begins or
-// ends a block; code that stands for text is a part of its token.
+// The tokens of the value at `value`, as written. They are separated by blanks and by code that
+// begins or ends a block; code that writes text is a part of its token.
 std::vector<ClassToken> class_tokens(std::string_view source, Range value, CodeScanner& code);
 
 }  // namespace qo

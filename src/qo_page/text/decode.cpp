@@ -98,7 +98,7 @@ const NamedReference* find_bare_name(std::string_view letters) {
   return nullptr;
 }
 
-// The letters and digits that `text` begins with, as far as a name can go and one further.
+// The letters and digits that `text` begins with, at most one more than a name can have.
 std::string_view leading_letters(std::string_view text) {
   const std::size_t limit = std::min(text.size(), longest_name + 1);
   std::size_t size = 0;

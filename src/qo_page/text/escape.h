@@ -1,4 +1,4 @@
-// Plain text as markup, escaped as far as needed. Template code in it stays as given.
+// Plain text as markup, escaped where needed. Template code in it stays as given.
 
 #ifndef QO_PAGE_TEXT_ESCAPE_H
 #define QO_PAGE_TEXT_ESCAPE_H

@@ -45,7 +45,7 @@ class ControlFinder {
   }
 
  private:
-  // The path has those elements alone that make a difference.
+  // The path has only the elements that make a difference.
   void enter(NodeIndex node) {
     if (has_direction(tree_, node)) begin(node).directed = node;
     switch (tree_[node].tag) {

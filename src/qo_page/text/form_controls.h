@@ -12,9 +12,9 @@ namespace qo {
 // A button, input, select or textarea.
 struct OwnedControl {
   NodeIndex node;
-  NodeIndex form;      // that owns it; none for none
-  NodeIndex root;      // the innermost <template> around it; none for none
-  NodeIndex directed;  // the nearest element, itself included, with a direction; none for none
+  NodeIndex form;      // that owns it; no_node: none
+  NodeIndex root;      // the innermost <template> around it; no_node: none
+  NodeIndex directed;  // the nearest element, itself included, with a direction; no_node: none
   bool is_disabled;    // by itself or by a fieldset
   bool is_offered;     // in a datalist: not to be sent
 };
@@ -22,7 +22,7 @@ struct OwnedControl {
 // In document order. Time grows with the page.
 std::vector<OwnedControl> find_form_controls(const Tree& tree);
 
-// The innermost <template> that the node is, or is in; none for none.
+// The innermost <template> that the node is, or is in; no_node when there is none.
 NodeIndex template_of(const Tree& tree, NodeIndex node);
 
 bool is_submit_button(const Tree& tree, NodeIndex node);

@@ -11,7 +11,7 @@ bool is_script_or_style(const NodeRecord& node) {
   return node.tag == Tag::script_ || node.tag == Tag::style_;
 }
 
-// Whether it is what its parent begins with, and drops.
+// Whether it is the text whose first line break its parent drops.
 bool may_lose_line_break(const Tree& tree, NodeIndex text) {
   const NodeIndex parent = tree.parent(text);
   return parent != no_node && text == parent + 1 && drops_line_break(tree[parent]);

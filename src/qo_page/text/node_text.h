@@ -30,7 +30,8 @@ bool is_literal(const Tree& tree, NodeIndex text);
 bool drops_line_break(Tag name);
 bool drops_line_break(const NodeRecord& node);
 
-// That of the line break that a text begins with, be it written as a reference; 0 for none.
+// The length of the line break that a text begins with, even if it is a reference; 0 when there is
+// none.
 std::size_t line_break_length(std::string_view text);
 
 // The text of the node and all that is below it, but for what is hidden there.
