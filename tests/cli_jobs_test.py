@@ -10,6 +10,7 @@ import signal
 import stat
 import subprocess
 import threading
+import time
 
 from cli_support import QO, Cli, main, qo
 
@@ -104,6 +105,9 @@ class Jobs(Cli):
         pages = ["<a{{ x }}>b</a{{ x }}><{{ t }}>c</{{ t }}><{{ t }}>d</{{ t }}>",
                  """<p id="a{{ x }}"><p id="it's"><p id='a"b'><p id='"&#39;'><p id="a\\b"><p id="1a"><p id="a&#9;b"><p id="-">""",
                  "<c:if>a</c:if><div><c:if>b</c:if><c:if><i>c</i></c:if></div><x.y>d</x.y>",
+                 "<p id=-1><p id=--><p id=-a><p id=- ><p id='-\u00e9'>", "<a{{ x }}></a{{ x }}><a{{ x }}>b</a{{ x }}>",
+                 "<{{ x }}}>a</{{ x }}}><{{ x }}}>b", "<x--><-a><x:y><x:y><x\U0001f600><x\U0001f600>",
+                 "<p id='\U0001f600'><p id='&#x1f600;&#x1f600;'>",
                  "<p id=A><p id=a><p id=é><p id='a b'><p id='a&amp;b'><p id='{% if x %}c{% endif %}'>"]
         for page in pages:
             for line in qo("select", "-a", ":path,:start", "*", stdin=page)[1].decode().splitlines():
@@ -257,6 +261,80 @@ class Jobs(Cli):
             self.assertEqual(len(os.listdir()), 3000)
         for i in range(3000):
             self.assertRegex(self.read(f"{i}.html"), r"^(<p>ab*</p>){50}$")
+
+    def gate(self):
+        """A file that is not read before the gate is opened."""
+        os.mkfifo("gate.html")
+
+    def opened_gate(self, run):
+        """To write to, once the run reads it."""
+        while run.poll() is None:
+            try:
+                return os.fdopen(os.open("gate.html", os.O_WRONLY | os.O_NONBLOCK), "wb")
+            except OSError:
+                time.sleep(0.01)
+        return self.fail(run.communicate()[1])
+
+    def behind_gate(self, arguments, page, before=lambda run: None, **options):
+        """Runs qo on the gate and others, which gets its page when the others have had their time."""
+        with subprocess.Popen([QO, *arguments], stderr=subprocess.PIPE, **options) as run:
+            try:
+                with self.opened_gate(run) as gate:
+                    before(run)
+                    gate.write(page)
+                complaints = run.communicate(timeout=60)[1]
+            finally:
+                run.kill()
+        return run.returncode, complaints.decode()
+
+    def test_a_slow_file_in_front_of_many(self):
+        names = [f"{i}.html" for i in range(700)]
+        for name in names:
+            self.write(name, f"<b>{name}</b>" + "<p>x</p>" * 100)
+        pages = [self.read(name) for name in names]
+        slow = b"<p>slow</p>"
+        self.gate()
+
+        def wait(_):
+            time.sleep(0.3)
+
+        for threads in ("2", "3", "8"):
+            threaded = ["select", "--threads", threads, "--no-filename"]
+            with self.subTest(threads=threads), open("out", "wb") as out:
+                found = self.behind_gate([*threaded, "p", "gate.html", *names], slow, wait, stdout=out)
+                self.assertEqual(found, (0, ""))
+                self.assertEqual(self.read("out"), "<p>slow</p>\n" + "<p>x</p>\n" * 100 * len(pages))
+                # What fails, and what ends the run, ends it for those that wait, too.
+                with open("/dev/full", "wb") as full:
+                    found = self.behind_gate([*threaded, "p", "gate.html", *names], slow, wait, stdout=full)
+                self.assertEqual(found, (2, "qo: standard output: No space left on device\n"))
+                found = self.behind_gate([*threaded, "-q", ":contains(slow)", "gate.html", *names], slow, wait)
+                self.assertEqual(found, (0, ""))
+                self.assertEqual(self.behind_gate([*threaded, "-q", "i", "gate.html", *names], slow, wait)[0], 1)
+
+    def test_a_signal_ends_the_run_between_two_files(self):
+        names = [f"{i}.html" for i in range(600)]
+        self.gate()
+
+        def interrupt(run):
+            run.send_signal(signal.SIGINT)
+
+        def blocked():
+            signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGINT])
+            os.kill(os.getpid(), signal.SIGINT)
+
+        for threads in ("1", "4"):
+            for prepare, status in ((None, -signal.SIGINT), (blocked, 0)):
+                with self.subTest(threads=threads, status=status):
+                    for name in ("first.html", *names):
+                        self.write(name, "<p>a</p>")
+                    run = self.behind_gate(["edit", "-i", "p", "--append", "b", "--threads", threads, "first.html",
+                                            "gate.html", *names], b"<i>", interrupt, preexec_fn=prepare)
+                    edited = sum(self.read(name) == "<p>ab</p>" for name in names)
+                    self.assertEqual(run[0], status)
+                    self.assertEqual(self.read("first.html"), "<p>ab</p>")
+                    self.assertTrue(edited == 600 if status == 0 else edited == 0 if threads == "1" else edited < 300)
+                    self.assertEqual(len(os.listdir()), 602)
 
     def test_help(self):
         general = qo("--help")[1]

@@ -279,32 +279,6 @@ TEST(CssSelector, SaysWhatIsWrongAndWhere) {
   }
 }
 
-// Each of these takes minutes when its time grows with the square.
-TEST(CssSelector, StaysLinear) {
-  constexpr int count = 100000;
-  const qo::Page wide(repeated("<b>x</b><!---->", count));
-  for (const char* selector :
-       {"b:nth-last-child(2n)", "b ~ b", "b:has(~ p)", "b:nth-last-of-type(odd)", ":nth-last-child(2 of b)",
-        "b:last-child", ":comment:contains(y)", "b:contains(xxx)", "b:not(b + p ~ b)"}) {
-    wide.select(qo::Selector(selector));
-  }
-  const qo::Page deep(repeated("<div>a", count));
-  for (const char* selector :
-       {"div div div div p", "div:not(:has(b))", ":has(div div p)", ":contains(aaab)", ":lang(en)", ":dir(rtl)",
-        ":only-of-type", ":nth-last-child(2 of div)", ":disabled", "div:is(p div, i > div)"}) {
-    deep.select(qo::Selector(selector));
-  }
-  const qo::Page steps(repeated("<ul><li>a<li><b>c</b>", count));
-  for (const char* selector : {"li:has(b) > b", ":has(+ li b)", "li:nth-last-of-type(1)", "b:nth-last-child(1 of b)"}) {
-    EXPECT_EQ(steps.select(selector).size(), std::size_t{count}) << selector;
-  }
-  // An opener without a closer, in each value.
-  const qo::Page codes(repeated("<b class='{{ a'>x</b>", count));
-  EXPECT_EQ(codes.select(".a").size(), std::size_t{count});
-  EXPECT_EQ(codes.select("b:has(+ .a)").size(), std::size_t{count - 1});
-  EXPECT_EQ(found("<p>" + repeated("ab", count), "p:contains(" + repeated("ab", count / 2) + "b)"), "*nothing*");
-}
-
 TEST(CssSelector, ServesSeveralThreads) {
   const qo::Page page("<ul>" + repeated("<li>a</li><li class=x>b</li>", 100) + "</ul>");
   const qo::Selector selector("ul:has(.x) > li:nth-child(2n of :contains(b)):not(:matches(c)):dir(ltr)");
