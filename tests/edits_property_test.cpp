@@ -19,10 +19,10 @@ const std::string& pick(Random& random, const std::vector<std::string>& all) { r
 // "@" stands for a number that is in the page once: it tells a node again in an edited page.
 std::string random_page(Random& random) {
   static const std::vector<std::string> pieces = {
-      "<div k=@>", "<div k=@>", "</div>", "<p k=@>",    "<p k=@>",    "</p>", "<b k=@>",           "</b>",
-      "<ul k=@>",  "<li k=@>",  "</ul>",  "<br k=@>",   "<i k=@>",    "</i>", "<textarea k=@>",    "</textarea>",
-      "<svg k=@>", "</svg>",    "<g k=@/>", "<!--a@-->", "<![CDATA[a@]]>", "<?@?>", "{% if @ %}", "{% endif %}",
-      "a@",        "a@",        "&amp;",  "&lt",        "{{ @ }}",    "\n",   "<pre k=@>",         "<h@ k=@></h@>"};
+      "<div k=@>", "<div k=@>", "</div>",   "<p k=@>",   "<p k=@>",        "</p>",  "<b k=@>",        "</b>",
+      "<ul k=@>",  "<li k=@>",  "</ul>",    "<br k=@>",  "<i k=@>",        "</i>",  "<textarea k=@>", "</textarea>",
+      "<svg k=@>", "</svg>",    "<g k=@/>", "<!--a@-->", "<![CDATA[a@]]>", "<?@?>", "{% if @ %}",     "{% endif %}",
+      "a@",        "a@",        "&amp;",    "&lt",       "{{ @ }}",        "\n",    "<pre k=@>",      "<h@ k=@></h@>"};
   std::string page;
   for (unsigned number = 100, end = number + 4 + random() % 16; number < end; ++number) {
     std::string piece = pick(random, pieces);
@@ -57,7 +57,8 @@ std::map<std::string, qo::Node> nodes_by_key(const qo::Page& page) {
 }
 
 qo::Operation random_operation(Random& random) {
-  static const std::vector<std::string> markup = {"x", "<u>y</u>", "<p>z</p>", "", "<br>", "{{ v }}", "&gt;", "w<s></s>"};
+  static const std::vector<std::string> markup = {"x",    "<u>y</u>", "<p>z</p>", "",
+                                                  "<br>", "{{ v }}",  "&gt;",     "w<s></s>"};
   const std::string& value = pick(random, markup);
   switch (const auto kind = static_cast<Kind>(random() % (static_cast<unsigned>(Kind::remove) + 1))) {
     case Kind::set_attribute:

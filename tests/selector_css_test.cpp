@@ -147,6 +147,29 @@ TEST(CssSelector, CountsSiblings) {
   EXPECT_EQ(found("<A-b></a-B><a-B id=3></a-b><a-c>", "a-b:last-of-type"), "3");
 }
 
+// What is counted in one parent does not count in the next one, nor in the one around it.
+TEST(CssSelector, CountsTheChildrenOfEachParent) {
+  const qo::Page page(
+      "<div class=x id=1><i class=x id=2></i><i class=x id=3></i><p><i class=x id=4></i></p><b class=x id=5></b></div>"
+      "<div id=6><i id=7></i><i class=x id=8></i><x-y id=9></x-y><x-y class=x id=a></x-y></div><div class=x "
+      "id=b></div>");
+  const std::pair<const char*, const char*> rows[] = {
+      {"[id]:nth-child(1 of .x)", "1 2 4 8"},
+      {"[id]:nth-child(2 of .x)", "3 a b"},
+      {"[id]:nth-last-child(1 of .x)", "4 5 a b"},
+      {":nth-child(2 of .x):nth-last-child(1 of .x)", "a b"},
+      {":nth-child(1 of .x) :nth-child(1 of .x)", "2 4"},
+      {":nth-child(2 of :nth-child(n+1 of .x))", "3 a b"},
+      {"[id]:nth-of-type(2)", "3 6 8 a"},
+      {"[id]:nth-last-of-type(1)", "3 4 5 8 a b"},
+      {"[id]:nth-last-of-type(2)", "2 6 7 9"},
+      {"[id]:first-of-type", "1 2 4 5 7 9"},
+      {"[id]:nth-child(2)", "3 6 8"},
+      {":has(> :nth-child(2 of .x))", "1 6"},
+  };
+  for (const auto& [selector, expected] : rows) EXPECT_EQ(found(page, selector), expected) << selector;
+}
+
 TEST(CssSelector, FollowsCombinators) {
   const qo::Page page(
       "<div id=1 class=a><p id=2><b id=3 class=x></b></p></div><div id=4><p id=5><b id=6></b><i id=7></i></p></div>");

@@ -83,7 +83,8 @@ TEST(Substitution, IsRefusedOrBounded) {
       {"a", "b$1", "1: the replacement: the expression has no group 1"},
       {"a", "${x}", "0: the replacement: the expression has no group \"x\""},
       {"a", "${x", "0: the replacement: \"${\" has no \"}\""},
-      {"(?<first>a) (b)", "${2} $first$$", "5: the replacement: after \"$\" comes a group, or \"$$\" for a \"$\" itself"},
+      {"(?<first>a) (b)", "${2} $first$$",
+       "5: the replacement: after \"$\" comes a group, or \"$$\" for a \"$\" itself"},
       {"a", "$", "0: the replacement: after \"$\" comes a group, or \"$$\" for a \"$\" itself"},
       {"a", "$99999999999999999999", "0: the replacement: the expression has no group 99999999999999999999"}};
   for (const auto& test : cases) {

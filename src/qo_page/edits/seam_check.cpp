@@ -78,7 +78,8 @@ void SeamCheck::text(Range text, NodeIndex holder) {
   }
 }
 
-// Whether another change begins where this one ends: then what comes after it is not what was there.
+// Whether another change begins where this one ends: then what comes after it is not what was
+// there.
 bool SeamCheck::is_followed_at_once(Iterator seam) const {
   return std::next(seam) != end_ && std::next(seam)->offset == seam->offset;
 }
