@@ -43,6 +43,13 @@ class Jobs(Cli):
         ])
         os.chdir("site")
         self.check([(["select", "-rl", "p"], "", "a.HTM\nb.html\nc/.i.html\nc/d.twig\nc/e/f.php\n")])
+        # A file that has the name of standard input.
+        self.write("-", "<p>dash</p>")
+        self.check([([*select, "--include", "-"], "", "./-:dash\n"), ([*select, "--include", "-", "."], "", "./-:dash\n"),
+                    ([*select, "-"], "<p>in</p>", "(standard input):in\n"), ([*select, "./-"], "", "./-:dash\n")])
+        self.assertEqual(qo("edit", "-r", "-i", "--include", "-", "p", "--text", "x"), (0, b"", ""))
+        self.assertEqual(self.read("-"), "<p>x</p>")
+        os.unlink("-")
         os.chdir("..")
         self.assertEqual(qo("edit", "-r", "-i", "p", "--text", "x", "site"), (0, b"", "qo: changed 5 of 5 files\n"))
         self.assertEqual((self.read("site/c.txt"), self.read("site/c/d.twig")), ("<p>c.txt</p>", "<p>x</p>"))
@@ -101,6 +108,18 @@ class Jobs(Cli):
             (["select", "--csv", "-nHa", "t", "a"], "<a t='x,y'>", '(standard input),1,"x,y"\n'),
         ])
 
+    def test_all_fields(self):
+        page = "<p>\n<b c=d>e</b><i>f</i>"
+        values = {"tag": "b", "attrs": {"c": "d"}, "text": "e", "html": "<b c=d>e</b>", "inner": "e", "line": 2, "column": 1,
+                  "start": 4, "end": 16, "path": "b", "file": "(standard input)"}
+        found = qo("select", "-j", "--fields", ",".join(values), "b", stdin=page)[1]
+        self.assertEqual(found.decode(), json.dumps(values, separators=(",", ":")) + "\n")
+        for name, value in values.items():
+            shown = json.dumps(value, separators=(",", ":")) if name == "attrs" else str(value)
+            self.check([(["select", "-a", ":" + name, "b"], page, shown + "\n"),
+                        (["select", "-j", "--fields", name, "b"], page,
+                         json.dumps({name: value}, separators=(",", ":")) + "\n")])
+
     def test_paths_find_their_element_again(self):
         pages = ["<a{{ x }}>b</a{{ x }}><{{ t }}>c</{{ t }}><{{ t }}>d</{{ t }}>",
                  """<p id="a{{ x }}"><p id="it's"><p id='a"b'><p id='"&#39;'><p id="a\\b"><p id="1a"><p id="a&#9;b"><p id="-">""",
@@ -147,6 +166,11 @@ class Jobs(Cli):
             (["table", "--json", "div"], page, '[","]\n["q\\""]\n'),
             (["table"], "<table><td>a<td>b<tr><td>c</table>", "a\tb\nc\t\n"),
             (["table"], "<p>", "", 1),
+            # Each once, whatever is around it.
+            (["table", "div, #b, p"], "<div><table id=a><td>1</table></div><table><td>2</table><table id=b><td>3<p><table>"
+             "<td>4</table></p></table><p><i></i><table><td>5</table></p>", "1\n\n3\n\n4\n\n5\n"),
+            (["table", "--json"], "<table><tr><th>a<th>a<th>a 2<th>a<tr><td>1<td>2<td>3<td>4</table>",
+             '{"a":"1","a 2":"2","a 2 2":"3","a 3":"4"}\n'),
         ])
         found = qo("table", stdin="<table>" + "<tr><td colspan=9999 rowspan=0>a" * 200)
         self.assertEqual((found[0], found[2]), (2, "qo: (standard input): the table has too many cells\n"))
