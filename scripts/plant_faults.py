@@ -247,11 +247,13 @@ FAULTS = {
              "a second look: a node that is gone lies within one that has another extent"),
         ],
         "new_places.cpp": [
-            ("next_ = std::max(next_, gone[next_gone_++].end);", "next_ = gone[next_gone_++].end;"),
+            ("next_ = std::max(next_, gone[next_gone_++].end);", "next_ = gone[next_gone_++].end;",
+             "stretches do not overlap: nothing is done below what is gone"),
             ("return wanted < change.old_end; }", "return wanted <= change.old_end; }"),
             ("return change.old_end < wanted; }", "return change.old_end <= wanted; }"),
             ("return last.new_end + (offset - last.old_end);", "return last.new_end;"),
-            ("record.has_content ? moved_end(record.end) : begin + (record.end - record.begin)", "moved_end(record.end)"),
+            ("record.has_content ? moved_end(record.end) : begin + (record.end - record.begin)", "moved_end(record.end)",
+             "a node without content whose tag changes is known"),
             ("if (tree_[node].kind != NodeKind::text) return node;", "return node;"),
         ],
         "seam_check.cpp": [
@@ -401,7 +403,8 @@ FAULTS = {
         "session.cpp": [
             ("report(shown_path(files_[next->first]), next->second);\n    early_.erase(next);\n  }\n  reported_more_.notify_all();", "report(shown_path(files_[next->first]), next->second);\n    early_.erase(next);\n  }\n  reported_more_.notify_one();"),
             ("if (failure_ == nullptr) failure_ = std::current_exception();\n    reported_more_.notify_all();", "if (failure_ == nullptr) failure_ = std::current_exception();"),
-            ("claimed_ < reported_ + most_early || failure_ != nullptr || must_stop()", "claimed_ < reported_ + most_early || failure_ != nullptr"),
+            ("claimed_ < reported_ + most_early || failure_ != nullptr || must_stop()", "claimed_ < reported_ + most_early || failure_ != nullptr",
+             "what stops the run is reported, which makes room as well"),
             ("claimed_ < reported_ + most_early || failure_", "true || failure_", "only keeps few results waiting"),
             ("next != early_.end() && found_ != Found::enough;", "next != early_.end();"),
             ("(signals_ != nullptr && signals_->is_pending())", "false"),

@@ -332,7 +332,8 @@ class Jobs(Cli):
                 with open("/dev/full", "wb") as full:
                     found = self.behind_gate([*threaded, "p", "gate.html", *names], slow, wait, stdout=full)
                 self.assertEqual(found, (2, "qo: standard output: No space left on device\n"))
-                found = self.behind_gate([*threaded, "-q", ":contains(slow)", "gate.html", *names], slow, wait)
+                found = self.behind_gate([*threaded, "-q", ":contains(slow)", "gate.html", "none.html", *names], slow,
+                                         wait)
                 self.assertEqual(found, (0, ""))
                 self.assertEqual(self.behind_gate([*threaded, "-q", "i", "gate.html", *names], slow, wait)[0], 1)
 
