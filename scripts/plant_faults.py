@@ -265,7 +265,7 @@ FAULTS = {
             ("if (!drops_line_break(tree_[holder])) return;", "return;"),
         ],
         "operations.cpp": [
-            ("is_first = is_first && first->kind != operation.kind;", "is_first = is_first && first == nullptr;", "only saves time where operations repeat a kind"),
+            ("is_first = is_first && first->kind != operation.kind;", "is_first = is_first && first == nullptr;"),
             ("if (a == inside && b == content) return true;", ""),
             ("second.kind == Kind::rename && first.name != second.name;", "second.kind == Kind::rename;"),
             ("if (!is_used(value_field) && !operation.value.empty()) fail(\" takes no value\");", ""),

@@ -66,6 +66,7 @@ TEST(Substitution, ChangesOnlyWhatWasMatched) {
     const std::string result = substituted(test.source, "p", test.attribute, test.expression, test.replacement);
     EXPECT_EQ(result, test.result) << test.source;
   }
+  EXPECT_EQ(substituted("<div>a<p>a</p></div>", "div, p", "", "a", "aa"), "<div>aa<p>aa</p></div>");
   EXPECT_EQ(substituted("<script>a</script>", "script", "", "a", "b && c<d"), "<script>b && c<d</script>");
   EXPECT_EQ(substituted("<script>a</script>", "script", "", "a", "</script>"),
             "8: the new text would not stay in <script>");
