@@ -10,6 +10,7 @@ import signal
 import stat
 import subprocess
 import threading
+import time
 
 from cli_support import QO, Cli, main, qo
 
@@ -42,6 +43,13 @@ class Jobs(Cli):
         ])
         os.chdir("site")
         self.check([(["select", "-rl", "p"], "", "a.HTM\nb.html\nc/.i.html\nc/d.twig\nc/e/f.php\n")])
+        # A file that has the name of standard input.
+        self.write("-", "<p>dash</p>")
+        self.check([([*select, "--include", "-"], "", "./-:dash\n"), ([*select, "--include", "-", "."], "", "./-:dash\n"),
+                    ([*select, "-"], "<p>in</p>", "(standard input):in\n"), ([*select, "./-"], "", "./-:dash\n")])
+        self.assertEqual(qo("edit", "-r", "-i", "--include", "-", "p", "--text", "x"), (0, b"", ""))
+        self.assertEqual(self.read("-"), "<p>x</p>")
+        os.unlink("-")
         os.chdir("..")
         self.assertEqual(qo("edit", "-r", "-i", "p", "--text", "x", "site"), (0, b"", "qo: changed 5 of 5 files\n"))
         self.assertEqual((self.read("site/c.txt"), self.read("site/c/d.twig")), ("<p>c.txt</p>", "<p>x</p>"))
@@ -100,10 +108,25 @@ class Jobs(Cli):
             (["select", "--csv", "-nHa", "t", "a"], "<a t='x,y'>", '(standard input),1,"x,y"\n'),
         ])
 
+    def test_all_fields(self):
+        page = "<p>\n<b c=d>e</b><i>f</i>"
+        values = {"tag": "b", "attrs": {"c": "d"}, "text": "e", "html": "<b c=d>e</b>", "inner": "e", "line": 2, "column": 1,
+                  "start": 4, "end": 16, "path": "b", "file": "(standard input)"}
+        found = qo("select", "-j", "--fields", ",".join(values), "b", stdin=page)[1]
+        self.assertEqual(found.decode(), json.dumps(values, separators=(",", ":")) + "\n")
+        for name, value in values.items():
+            shown = json.dumps(value, separators=(",", ":")) if name == "attrs" else str(value)
+            self.check([(["select", "-a", ":" + name, "b"], page, shown + "\n"),
+                        (["select", "-j", "--fields", name, "b"], page,
+                         json.dumps({name: value}, separators=(",", ":")) + "\n")])
+
     def test_paths_find_their_element_again(self):
         pages = ["<a{{ x }}>b</a{{ x }}><{{ t }}>c</{{ t }}><{{ t }}>d</{{ t }}>",
                  """<p id="a{{ x }}"><p id="it's"><p id='a"b'><p id='"&#39;'><p id="a\\b"><p id="1a"><p id="a&#9;b"><p id="-">""",
                  "<c:if>a</c:if><div><c:if>b</c:if><c:if><i>c</i></c:if></div><x.y>d</x.y>",
+                 "<p id=-1><p id=--><p id=-a><p id=- ><p id='-\u00e9'>", "<a{{ x }}></a{{ x }}><a{{ x }}>b</a{{ x }}>",
+                 "<{{ x }}}>a</{{ x }}}><{{ x }}}>b", "<x--><-a><x:y><x:y><x\U0001f600><x\U0001f600>",
+                 "<p id='\U0001f600'><p id='&#x1f600;&#x1f600;'>",
                  "<p id=A><p id=a><p id=é><p id='a b'><p id='a&amp;b'><p id='{% if x %}c{% endif %}'>"]
         for page in pages:
             for line in qo("select", "-a", ":path,:start", "*", stdin=page)[1].decode().splitlines():
@@ -143,6 +166,11 @@ class Jobs(Cli):
             (["table", "--json", "div"], page, '[","]\n["q\\""]\n'),
             (["table"], "<table><td>a<td>b<tr><td>c</table>", "a\tb\nc\t\n"),
             (["table"], "<p>", "", 1),
+            # Each once, whatever is around it.
+            (["table", "div, #b, p"], "<div><table id=a><td>1</table></div><table><td>2</table><table id=b><td>3<p><table>"
+             "<td>4</table></p></table><p><i></i><table><td>5</table></p>", "1\n\n3\n\n4\n\n5\n"),
+            (["table", "--json"], "<table><tr><th>a<th>a<th>a 2<th>a<tr><td>1<td>2<td>3<td>4</table>",
+             '{"a":"1","a 2":"2","a 2 2":"3","a 3":"4"}\n'),
         ])
         found = qo("table", stdin="<table>" + "<tr><td colspan=9999 rowspan=0>a" * 200)
         self.assertEqual((found[0], found[2]), (2, "qo: (standard input): the table has too many cells\n"))
@@ -257,6 +285,81 @@ class Jobs(Cli):
             self.assertEqual(len(os.listdir()), 3000)
         for i in range(3000):
             self.assertRegex(self.read(f"{i}.html"), r"^(<p>ab*</p>){50}$")
+
+    def gate(self):
+        """A file that is not read before the gate is opened."""
+        os.mkfifo("gate.html")
+
+    def opened_gate(self, run):
+        """To write to, once the run reads it."""
+        while run.poll() is None:
+            try:
+                return os.fdopen(os.open("gate.html", os.O_WRONLY | os.O_NONBLOCK), "wb")
+            except OSError:
+                time.sleep(0.01)
+        return self.fail(run.communicate()[1])
+
+    def behind_gate(self, arguments, page, before=lambda run: None, **options):
+        """Runs qo on the gate and others, which gets its page when the others have had their time."""
+        with subprocess.Popen([QO, *arguments], stderr=subprocess.PIPE, **options) as run:
+            try:
+                with self.opened_gate(run) as gate:
+                    before(run)
+                    gate.write(page)
+                complaints = run.communicate(timeout=60)[1]
+            finally:
+                run.kill()
+        return run.returncode, complaints.decode()
+
+    def test_a_slow_file_in_front_of_many(self):
+        names = [f"{i}.html" for i in range(700)]
+        for name in names:
+            self.write(name, f"<b>{name}</b>" + "<p>x</p>" * 100)
+        pages = [self.read(name) for name in names]
+        slow = b"<p>slow</p>"
+        self.gate()
+
+        def wait(_):
+            time.sleep(0.3)
+
+        for threads in ("2", "3", "8"):
+            threaded = ["select", "--threads", threads, "--no-filename"]
+            with self.subTest(threads=threads), open("out", "wb") as out:
+                found = self.behind_gate([*threaded, "p", "gate.html", *names], slow, wait, stdout=out)
+                self.assertEqual(found, (0, ""))
+                self.assertEqual(self.read("out"), "<p>slow</p>\n" + "<p>x</p>\n" * 100 * len(pages))
+                # What fails, and what ends the run, ends it for those that wait, too.
+                with open("/dev/full", "wb") as full:
+                    found = self.behind_gate([*threaded, "p", "gate.html", *names], slow, wait, stdout=full)
+                self.assertEqual(found, (2, "qo: standard output: No space left on device\n"))
+                found = self.behind_gate([*threaded, "-q", ":contains(slow)", "gate.html", "none.html", *names], slow,
+                                         wait)
+                self.assertEqual(found, (0, ""))
+                self.assertEqual(self.behind_gate([*threaded, "-q", "i", "gate.html", *names], slow, wait)[0], 1)
+
+    def test_a_signal_ends_the_run_between_two_files(self):
+        names = [f"{i}.html" for i in range(600)]
+        self.gate()
+
+        def interrupt(run):
+            run.send_signal(signal.SIGINT)
+
+        def blocked():
+            signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGINT])
+            os.kill(os.getpid(), signal.SIGINT)
+
+        for threads in ("1", "4"):
+            for prepare, status in ((None, -signal.SIGINT), (blocked, 0)):
+                with self.subTest(threads=threads, status=status):
+                    for name in ("first.html", *names):
+                        self.write(name, "<p>a</p>")
+                    run = self.behind_gate(["edit", "-i", "p", "--append", "b", "--threads", threads, "first.html",
+                                            "gate.html", *names], b"<i>", interrupt, preexec_fn=prepare)
+                    edited = sum(self.read(name) == "<p>ab</p>" for name in names)
+                    self.assertEqual(run[0], status)
+                    self.assertEqual(self.read("first.html"), "<p>ab</p>")
+                    self.assertTrue(edited == 600 if status == 0 else edited == 0 if threads == "1" else edited < 300)
+                    self.assertEqual(len(os.listdir()), 602)
 
     def test_help(self):
         general = qo("--help")[1]

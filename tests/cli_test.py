@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """Runs qo as its users do. usage: cli_test.py QO SOURCE_FOLDER"""
 
+import html
+import html.entities
 import json
 import os
 import pty
@@ -174,12 +176,29 @@ class Tool(Cli):
 \\ No newline at end of file
 """), (["edit", "-n", "i", "--remove"], "<i>\n</i>", "--- (standard input)\t\n+++ (standard input)\t\n"
        "@@ -1,2 +0,0 @@\n-<i>\n-</i>\n\\ No newline at end of file\n")])
-        # patch reads any name.
-        for name in ("ta\tb", 'q"\\.html', "two words", "line\nbreak"):
+
+    @unittest.skipUnless(shutil.which("patch"), "there is no patch")
+    def test_patch_reads_any_name(self):
+        for name in ("ta\tb", 'q"\\.html', "two words", "line\nbreak", "\u00e9"):
             self.write(name, "<p>a</p>")
             diff = qo("edit", "-n", "p", "--text", "b", name)[1]
-            subprocess.run(["patch", "-p0", "-s"], input=diff, check=True) if shutil.which("patch") else None
-            self.assertIn(self.read(name), ("<p>b</p>", "<p>a</p>"[:0 if shutil.which("patch") else 8]))
+            subprocess.run(["patch", "-p0", "-s"], input=diff, check=True)
+            self.assertEqual(self.read(name), "<p>b</p>")
+
+    def test_all_references(self):
+        names = sorted(html.entities.html5)
+        text = "".join(f"&{name}=&{name} x&{name}1 \n" for name in names)
+        self.assertEqual(qo("decode", stdin=text), (0, html.unescape(text).encode(), ""))
+        # In a value, what is after a name without ";" decides.
+        values = "".join(f"<i a='&{name}=' b='&{name}'>" for name in names)
+        found = qo("select", "-a", "a,b", "i", stdin=values)[1].decode().split("\n")
+        self.assertEqual(len(found), len(names) + 1)
+        for name, line in zip(names, found):
+            value = html.entities.html5[name]
+            with self.subTest(name=name):
+                shown = value.replace("\\", "\\\\").replace("\n", "\\n").replace("\t", "\\t")
+                whole = shown if name.endswith(";") else "&" + name
+                self.assertEqual(line, f"{whole}=\t{shown}")
 
     def test_edit_in_place(self):
         os.chmod("page.html", 0o640)

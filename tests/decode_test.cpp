@@ -87,44 +87,4 @@ TEST(Decode, TellsTheLengthOfAReference) {
   }
 }
 
-struct Row {
-  const char* name;
-  unsigned first;
-  unsigned second;
-  bool bare;
-};
-
-constexpr Row rows[] = {
-#include <qo_page/text/references_table.inc>
-};
-
-std::string numeric(unsigned code_point) { return code_point == 0 ? "" : "&#" + std::to_string(code_point) + ";"; }
-
-TEST(Decode, KnowsEveryName) {
-  for (const Row& row : rows) {
-    const std::string bare = std::string("&") + row.name;
-    const std::string expected = qo::decode(numeric(row.first) + numeric(row.second));
-    EXPECT_EQ(qo::decode(bare + ";"), expected) << bare;
-    EXPECT_EQ(qo::decode(bare, DecodeMode::attribute) == expected, row.bare) << bare;
-  }
-}
-
-std::string repeated(const char* unit, std::size_t count) {
-  std::string out;
-  for (std::size_t i = 0; i < count; ++i) out += unit;
-  return out;
-}
-
-// Each takes minutes if a reference is read again from each of its characters.
-TEST(Decode, TakesTimeThatGrowsWithTheText) {
-  const std::size_t count = 1'000'000;
-  for (const char* unit : {"&", "&#", "&#x", "&CounterClockwise", "&;"}) {
-    const std::string text = repeated(unit, count);
-    EXPECT_EQ(qo::decode(text), text);
-  }
-  EXPECT_EQ(qo::decode("&#" + repeated("1", count)), "\uFFFD");
-  EXPECT_EQ(qo::decode("&#x" + repeated("0", count) + "41"), "A");
-  EXPECT_EQ(qo::decode("&" + repeated("a", count)).size(), count + 1);
-}
-
 }  // namespace

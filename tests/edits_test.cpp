@@ -242,4 +242,225 @@ TEST(Edits, TellTheirChanges) {
   EXPECT_EQ(page.source(), "<p class=\"a b\">c</p>");
 }
 
+struct EditRow {
+  const char* source;
+  std::vector<std::pair<const char*, std::vector<qo::Operation>>> edits;  // node, operations
+  std::string result;
+};
+
+TEST(Edits, OfSeveralNodesDoNotMix) {
+  const qo::Substitution to_b("a", "b");
+  const EditRow rows[] = {
+      // At one place.
+      {"<i></i><b></b>", {{"<b", {qo::insert_before("2")}}, {"<i", {qo::insert_after("1")}}}, "<i></i>12<b></b>"},
+      {"<i></i><b></b>", {{"<i", {qo::remove()}}, {"<b", {qo::insert_before("x"), qo::remove()}}}, "x"},
+      {"<i></i>x", {{"<i", {qo::insert_before("<br>"), qo::replace("{{ y }}")}}}, "<br>{{ y }}x"},
+      {"<i></i>{{ x }}", {{"<i", {qo::insert_before("{{ y }}"), qo::replace("{{ z }}")}}}, "{{ y }}{{ z }}{{ x }}"},
+      {"<p><i></i></p>", {{"<i", {qo::insert_after("1")}}, {"<p", {qo::append("2")}}}, "<p><i></i>12</p>"},
+      {"<p><i></i></p>", {{"<i", {qo::insert_before("2")}}, {"<p", {qo::prepend("1")}}}, "<p>12<i></i></p>"},
+      // One in the other.
+      {"<div><p><b>a</b></p></div>",
+       {{"<p", {qo::unwrap()}}, {"<div", {qo::unwrap()}}, {"<b", {qo::unwrap(), qo::wrap("<i></i>")}}},
+       "<i>a</i>"},
+      {"<p><b>a</b></p>",
+       {{"<b", {qo::set_text("c")}}, {"<p", {qo::wrap("<u></u>"), qo::unwrap()}}},
+       "<u><b>c</b></u>"},
+      // Elements that end with what is in them.
+      {"<ul><li>a<li>b</ul>",
+       {{"<li>a", {qo::append("1")}}, {"<li>b", {qo::append("2")}}, {"<ul", {qo::append("<li>3")}}},
+       "<ul><li>a1<li>b2<li>3</ul>"},
+      {"<ul><li>a<li>b</ul>",
+       {{"<li>a", {qo::remove()}}, {"<li>b", {qo::rename("li"), qo::prepend("1")}}},
+       "<ul><li>1b</ul>"},
+      {"<ul><li>a<li><i>b</i></ul>", {{"<i", {qo::remove()}}, {"<li>a", {qo::set_text("")}}}, "<ul><li><li></ul>"},
+      {"<p>a<b>c",
+       {{"<b", {qo::append("1")}}, {"<p", {qo::append("2")}}},
+       "4: <b> has no end tag: what comes after it would become a part of it; append does that"},
+      // Two of something.
+      {"<i></i>", {{"<i", {qo::wrap("<u></u>"), qo::wrap("<s></s>")}}}, "<u><s><i></i></s></u>"},
+      {"<i></i><b></b>",
+       {{"<i", {qo::wrap("<u></u>")}}, {"<b", {qo::wrap("<s>1</s>")}}},
+       "<u><i></i></u><s>1<b></b></s>"},
+      {"<i></i><b></b>",
+       {{"<i", {qo::append("1")}}, {"<b", {qo::append("2")}}, {"<i", {qo::append("3")}}, {"<b", {qo::append("4")}}},
+       "<i>13</i><b>24</b>"},
+      {"<i></i><b></b>",
+       {{"<i", {qo::add_class("k")}},
+        {"<i", {qo::append("1")}},
+        {"<b", {qo::insert_before("2")}},
+        {"<b", {qo::remove()}}},
+       "<i class=\"k\">1</i>2"},
+      {"<i class=a{% if b %} id=c{% endif %} title=d{% if e %} dir=f{% endif %}>",
+       {{"<i", {qo::add_class("k"), qo::set_attribute("title", "g")}}},
+       "<i class=\"a k\"{% if b %} id=c{% endif %} title=g{% if e %} dir=f{% endif %}>"},
+      {"<i a='1' b='2' A='3' B='4'>", {{"<i", {qo::remove_attribute("a"), qo::remove_attribute("b")}}}, "<i>"},
+      {"<i>a</i><b>c</b>\xE9",
+       {{"<i", {qo::set_text("x")}}, {"<b", {qo::set_text("\xC3\xA9")}}},
+       "11: characters beyond ASCII would be UTF-8, which the page is not"},
+      {"<i>a</i><b>c</b>",
+       {{"<i", {qo::set_text("\xC3\xA9")}}, {"<b", {qo::set_text("y")}}},
+       "<i>\xC3\xA9</i><b>y</b>"},
+      // What is no element.
+      {"<p>a<!--a--><svg><![CDATA[a<a]]></svg>&#97;</p>",
+       {{"<p", {qo::substitute_text(to_b)}}},
+       "<p>b<!--a--><svg><![CDATA[b<b]]></svg>b</p>"},
+      {"<!--a--><!--a--><p>a</p>",
+       {{"<!--", {qo::substitute_text(to_b), qo::insert_after("<br>")}}, {"<p", {qo::substitute_text(to_b)}}},
+       "<!--b--><br><!--a--><p>b</p>"},
+      {"<p>a a</p>",
+       {{"<p", {qo::substitute_text(to_b), qo::substitute_text(qo::Substitution("b", "c"))}}},
+       "<p>c c</p>"},
+      {"<!--a-->",
+       {{"<!--", {qo::substitute_text(qo::Substitution("a", "-->"))}}},
+       "4: the new text would not stay in the comment"},
+  };
+  for (const auto& [source, edits, expected] : rows) {
+    const auto add = [&rows = edits](qo::Edits& all, const qo::Page& page) {
+      for (const auto& [node, operations] : rows) all.add(find(page, node), operations);
+    };
+    EXPECT_EQ(result(source, add), expected) << source;
+  }
+}
+
+// Of each kind of operation: what it uses, and on which of these pages it is refused for the node "<b".
+TEST(Edits, OfEachKindUseAndAreRefusedWhatTheyShould) {
+  const char* const pages[] = {
+      "{a && <b>c</b>}",
+      "<b v-if=d>c</b><i v-else></i>",
+      "<b v-else>c</b>",
+      "<b>{% if d %}</b>{% endif %}",
+      "<div>{% if d %}<b></div>{% endif %}",
+      "<b a={d > 1}>c</b>",
+      "<b/>c",
+      "<p>a<b>c</p>d",
+      "<b {{ d }}>c</b>",
+      "<b {% if d %}k=1 class=y{% endif %}>c</b>",
+  };
+  const qo::Substitution substitution("c", "z");
+  const struct {
+    Kind kind;
+    const char* fields;   // n: name, v: value, s: substitution
+    const char* refused;  // x: on that page
+  } rows[] = {
+      {Kind::set_attribute, "nv", ".....x...x"},
+      {Kind::set_bare_attribute, "n", ".....x...x"},
+      {Kind::remove_attribute, "n", ".....x...."},
+      {Kind::add_class, "v", ".....x..xx"},
+      {Kind::remove_class, "v", ".....x...."},
+      {Kind::rename, "n", "...x.xx..."},
+      {Kind::substitute_value, "ns", ".....x...."},
+      {Kind::substitute_text, "s", ".....x...."},
+      {Kind::unwrap, "", "xxxx.xx..."},
+      {Kind::set_text, "v", "...x.xx..."},
+      {Kind::set_html, "v", "...x.xx..."},
+      {Kind::prepend, "v", ".....xx..."},
+      {Kind::append, "v", ".....xx..."},
+      {Kind::insert_before, "v", "x.x......."},
+      {Kind::insert_after, "v", "xx..xxxx.."},
+      {Kind::wrap, "v", ".xxx.xx..."},
+      {Kind::replace, "v", ".x.x.xx..."},
+      {Kind::remove, "", "xx.x.xx..."},
+  };
+  for (const auto& row : rows) {
+    const std::string fields = row.fields;
+    const auto uses = [&fields](char field) { return fields.find(field) != fields.npos; };
+    qo::Operation good{row.kind, uses('n') ? "k" : "", uses('v') ? "y" : ""};
+    if (uses('s')) good.substitution = substitution;
+    if (row.kind == Kind::wrap) good.value = "<u></u>";
+    if (row.kind == Kind::rename) good.name = "u";
+    const std::string message = edited("<b>c</b>", "<b", {good});
+    EXPECT_EQ(message[0] == '0' && message[1] == ':', false) << message;
+    for (const char field : {'n', 'v', 's'}) {
+      qo::Operation other = good;
+      if (field == 'n') other.name = uses('n') ? "" : "k";
+      if (field == 'v') other.value = uses('v') ? good.value : "y";
+      if (field == 's') other.substitution = uses('s') ? std::nullopt : std::optional(substitution);
+      const bool is_fine = field == 'v' && uses('v');
+      if (is_fine) continue;
+      try {
+        qo::check_operations({qo::unwrap(), other});
+        ADD_FAILURE() << static_cast<int>(row.kind) << field;
+      } catch (const qo::Error& error) {
+        EXPECT_EQ(error.offset(), 1u);
+        EXPECT_EQ(error.place(), qo::Error::Place::operations);
+      }
+    }
+    std::string refused;
+    for (const char* page : pages) {
+      const std::string given = edited(page, "<b", {good});
+      refused += given.find(": ") != given.npos && given[0] >= '0' && given[0] <= '9' ? 'x' : '.';
+    }
+    EXPECT_EQ(refused, row.refused) << static_cast<int>(row.kind);
+  }
+}
+
+TEST(Edits, AreToldOfTheirNodes) {
+  const qo::Page page("<p>a<b>c</b></p><script>d</script>");
+  const qo::Node p = find(page, "<p"), b = find(page, "<b"), script = find(page, "<script");
+  qo::Edits edits(page);
+  EXPECT_EQ(edits.apply_to_page().page.node_count(), page.node_count());
+  EXPECT_TRUE(edits.operations(p).empty());
+  edits.add({p, b}, {qo::add_class("1"), qo::append("2")});
+  EXPECT_THROW(edits.add({b, page.document()}, {qo::append("3")}), qo::EditError);
+  edits.add(b, {qo::append("4")});
+  std::string shown;
+  for (const qo::Node node : {b, p, script}) {
+    for (const qo::Operation* operation : edits.operations(node)) shown += operation->value;
+    shown += "|";
+  }
+  EXPECT_EQ(shown, "124|12||");
+  const qo::EditedPage edited = edits.apply_to_page();
+  EXPECT_EQ(edited.page.first("b").html(), "<b class=\"1\">c24</b>");
+  ASSERT_EQ(edited.changes.size(), 4u);
+  EXPECT_EQ(edited.changes[0].node, p);
+  EXPECT_EQ(edited.changes[1].node, b);
+  EXPECT_EQ(edited.changes[3].node, p);
+
+  const struct {
+    std::vector<std::pair<qo::Node, qo::Operation>> edits;
+    qo::Node node;
+  } refused[] = {
+      {{{b, qo::append("</p>")}}, b},
+      {{{p, qo::add_class("k")}, {b, qo::insert_after("<i>")}}, b},
+      {{{script, qo::set_text("</script>")}, {b, qo::remove()}}, script},
+      {{{p, qo::add_class("k")}, {b, qo::append("x")}, {p, qo::unwrap()}}, p},
+      {{{b, qo::add_class("k")}, {page.document(), qo::append("x")}}, page.document()},
+  };
+  for (const auto& row : refused) {
+    try {
+      qo::Edits wrong(page);
+      for (const auto& [node, operation] : row.edits) wrong.add(node, {operation});
+      wrong.apply();
+      ADD_FAILURE() << row.node.html();
+    } catch (const qo::EditError& error) {
+      EXPECT_EQ(error.node(), row.node) << error.what();
+    }
+  }
+  const qo::Page other("<p>");
+  EXPECT_THROW(edits.operations(other.first("p")), qo::Error);
+  EXPECT_THROW(edits.add(other.first("p"), {qo::remove()}), qo::Error);
+}
+
+TEST(Edits, OfDataBringNoCode) {
+  const qo::Page page("<p title='a'>a</p>");
+  for (const std::string mark : {"{{ x }}", "{% x %}", "{# x #}", "<? x ?>", "<% x %>", "{{{ x }}}"}) {
+    const qo::Operation texts[] = {qo::set_text(mark), qo::set_attribute("k", mark), qo::add_class(mark.substr(0, 2)),
+                                   qo::substitute_text(qo::Substitution("a", mark)),
+                                   qo::substitute_value("title", qo::Substitution("a", mark))};
+    for (const qo::Operation& operation : texts) {
+      qo::Edits kept(page), refused(page, qo::CodeInText::refuse);
+      EXPECT_NO_THROW(kept.add(page.first("p"), {operation}));
+      try {
+        refused.add(page.first("p"), {qo::insert_before(mark), operation});
+        ADD_FAILURE() << mark << static_cast<int>(operation.kind);
+      } catch (const qo::Error& error) {
+        EXPECT_EQ(error.offset(), 1u);
+      }
+    }
+    qo::Edits markup(page, qo::CodeInText::refuse);
+    markup.add(page.first("p"), {qo::set_html(mark), qo::insert_before("b"), qo::remove_class("{{")});
+    EXPECT_EQ(markup.apply().source, "b<p title='a'>" + mark + "</p>");
+  }
+}
+
 }  // namespace

@@ -56,6 +56,14 @@ TEST(FormData, HasTheControlsOfTheForm) {
   for (const Row& row : rows) EXPECT_EQ(sent(row.html), row.sent) << row.html;
   EXPECT_EQ(sent("<form><template><form><input name=a></form><input name=b></template></form>", "template form"), "a=");
   EXPECT_EQ(sent("<template><form></template><form><input name=a></form>", "template + form"), "a=");
+  const std::string templates =
+      "<template><form><input type=radio name=a value=1 checked></form></template><form id=o><input type=radio name=a "
+      "value=0 checked></form><template><form id=f><input type=radio name=a value=2 checked><template><form "
+      "id=g><input "
+      "type=radio name=a value=3 checked></form></template></form><input form=f name=b></template>";
+  for (const auto& [selector, entries] : {std::pair("form", "a=1"), {"#o", "a=0"}, {"#f", "a=2"}, {"#g", "a=3"}}) {
+    EXPECT_EQ(sent(templates, selector), entries) << selector;
+  }
   EXPECT_EQ(sent("<table><form></table></form><form id=f><input name=a></form>", "#f"), "a=");
   EXPECT_EQ(sent("<template><b id=f></b></template><input name=a form=f><form id=f></form>"), "a=");
 }

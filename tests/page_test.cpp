@@ -250,6 +250,83 @@ TEST(Page, KnowsWhoseTablesEndAParagraph) {
   }
 }
 
+// The standard's lists of names: what an element of each does that no other does.
+TEST(Page, KnowsTheListsOfTheStandard) {
+  const auto has_own_parent = [](const std::string& source, const char* around) {
+    const qo::Page page(source);
+    const qo::Node found = page.first("[k]");
+    return found && found.parent().name() == around;
+  };
+  const auto finds = [](const std::string& source, const char* selector) {
+    const qo::Page page(source);
+    return static_cast<bool>(page.first(selector));
+  };
+  struct {
+    const char* what;
+    std::function<bool(const std::string&)> test;
+    const char* names;
+  } const lists[] = {
+      {"has no content",
+       [](const std::string& name) {
+         const qo::Page page("<" + name + "><!---->");
+         return page.document().first_child().extent().end < page.source().size();
+       },
+       "area base basefont bgsound br col embed frame hr image img input keygen link meta param source track wbr"},
+      {"has no tags in it", [&](const std::string& name) { return !finds("<" + name + "><q k>", "[k]"); },
+       "iframe noembed noframes plaintext script style textarea title xmp"},
+      {"has references in it",
+       [](const std::string& name) {
+         const qo::Page page("<" + name + ">&lt;<q>");
+         return page.document().text() == "<<q>";
+       },
+       "textarea title"},
+      {"ends svg", [&](const std::string& name) { return !has_own_parent("<svg><" + name + " k>", "svg"); },
+       "b big blockquote body br center code dd div dl dt em embed h1 h2 h3 h4 h5 h6 head hr i img li listing menu "
+       "meta "
+       "nobr ol p pre ruby s small span strike strong sub sup table tt u ul var"},
+      {"ends math", [&](const std::string& name) { return !has_own_parent("<math><" + name + " k>", "math"); },
+       "b big blockquote body br center code dd div dl dt em embed h1 h2 h3 h4 h5 h6 head hr i img li listing menu "
+       "meta "
+       "nobr ol p pre ruby s small span strike strong sub sup table tt u ul var"},
+      {"holds HTML in svg",
+       [&](const std::string& name) { return finds("<svg><" + name + "><p>", ("svg > " + name + " > p").c_str()); },
+       "desc foreignobject title"},
+      {"holds HTML in math",
+       [&](const std::string& name) { return finds("<math><" + name + "><p>", ("math > " + name + " > p").c_str()); },
+       "mi mn mo ms mtext"},
+      {"ends a paragraph",
+       [&](const std::string& name) { return !has_own_parent("<!DOCTYPE html><p><" + name + " k>", "p"); },
+       "address article aside blockquote center dd details dialog dir div dl dt fieldset figcaption figure footer form "
+       "h1 h2 h3 h4 h5 h6 header hgroup hr li listing main menu nav ol p plaintext pre search section summary table ul "
+       "xmp"},
+      {"may be in a head", [&](const std::string& name) { return has_own_parent("<head><" + name + " k>", "head"); },
+       "base basefont bgsound head link meta noframes noscript script style template title"},
+      {"drops a line break",
+       [](const std::string& name) {
+         const qo::Page page("<" + name + ">\nx");
+         return page.document().text() == "x";
+       },
+       "listing pre textarea"},
+  };
+  for (const auto& list : lists) {
+    std::string found;
+    for (const qo::TagRow& row : qo::tag_flags::rows) {
+      if (row.name.empty() || !list.test(std::string(row.name))) continue;
+      found += (found.empty() ? "" : " ") + std::string(row.name);
+    }
+    EXPECT_EQ(found, list.names) << list.what;
+  }
+  for (const auto& [attribute, ends] :
+       {std::pair<const char*, bool>("color", true), {"FACE", true}, {"size", true}, {"class", false}}) {
+    EXPECT_EQ(!has_own_parent("<svg><font k " + std::string(attribute) + ">", "svg"), ends) << attribute;
+  }
+  for (const auto& [encoding, holds] :
+       {std::pair<const char*, bool>("text/HTML", true), {"application/xhtml+xml", true}, {"text/xml", false}}) {
+    const std::string source = "<math><annotation-xml encoding=" + std::string(encoding) + "><p k>";
+    EXPECT_EQ(has_own_parent(source, "annotation-xml"), holds) << encoding;
+  }
+}
+
 TEST(Page, RefusesOnlyEncodingsBeyondAscii) {
   using namespace std::string_literals;
   struct {

@@ -143,7 +143,11 @@ class EditCheck {
     }
     const std::size_t end = record.end;
     const bool is_wrapper = end > insertion.second_begin && end <= insertion.second_end;
-    const bool is_open = content_model(record) != ContentModel::data && record.content_end == end;
+    // Formatting that is not ended goes on after the block that it is in.
+    const bool is_formatting = new_.is_element(node) && record.space == Namespace::html &&
+                               has(record.tag, tag_flags::formatting);
+    const bool needs_end = content_model(record) != ContentModel::data || is_formatting;
+    const bool is_open = needs_end && record.content_end == end;
     if ((end > insertion.end && !is_wrapper) || is_open) {
       fail_unclosed(named(new_, node), insertion);
     }

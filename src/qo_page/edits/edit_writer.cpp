@@ -30,6 +30,22 @@ std::string joined(const NodeEdits& edits, Kind kind, bool newest_first) {
   return out;
 }
 
+// How much two texts have in common at their beginning, and at the end of what is left of them.
+struct Common {
+  std::size_t begin, end;
+};
+
+Common in_common(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  Common common{0, 0};
+  while (common.begin < shorter && a[common.begin] == b[common.begin]) ++common.begin;
+  while (common.begin + common.end < shorter &&
+         a[a.size() - 1 - common.end] == b[b.size() - 1 - common.end]) {
+    ++common.end;
+  }
+  return common;
+}
+
 }  // namespace
 
 Halves split_wrapper(const std::string& markup, const PageOptions& options) {
@@ -123,16 +139,24 @@ void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
   const auto begin = static_cast<std::size_t>(old_text.data() - source_.data());
   std::string text(old_text);
   std::vector<Splice> splices;
+  std::size_t count = 0;
   for (const Operation* operation : edits.operations) {
     if (operation->kind != Kind::substitute_text) continue;
+    ++count;
     const Substituter substituter(*operation->substitution, budget_, tree_[node].begin);
     splices = substituter.splices({text, kind, 0, *tree_.dialect});
     text = spliced(text, splices);
   }
-  if (edits.operations.size() > 1) return insert_until(begin + old_text.size(), text, true);
+  constexpr char substituted[] = "what is substituted";
+  if (count > 1) {
+    const Common common = in_common(old_text, text);
+    const Range range{begin + common.begin, begin + old_text.size() - common.end};
+    guard_.check_uncut(range, substituted, range.begin);
+    return insert_until(begin + old_text.size(), text, true);
+  }
   for (const Splice& splice : splices) {
     const Range range{begin + splice.begin, begin + splice.end};
-    guard_.check_uncut(range, "what is substituted", range.begin);
+    guard_.check_uncut(range, substituted, range.begin);
     copy_until(range.begin);
     insert_until(range.end, splice.text, true);
   }
@@ -198,7 +222,8 @@ bool EditWriter::write_content(NodeIndex node, const NodeEdits& edits) {
   const Operation* const operation = edits.find({Kind::set_text, Kind::set_html});
   const NodeRecord& record = tree_[node];
   if (operation == nullptr) {
-    if (record.kind == NodeKind::cdata) write_substituted(node, edits);
+    const bool is_section = record.kind == NodeKind::cdata || record.kind == NodeKind::comment;
+    if (is_section) write_substituted(node, edits);
     return false;
   }
   insert_until(record.kind == NodeKind::text ? record.end : record.content_end,
@@ -285,19 +310,12 @@ void EditWriter::skip_until(std::size_t end) {
 // The new text takes the place of the old one, but for what both begin with and end with.
 void EditWriter::replace_until(std::size_t end, std::string_view text) {
   const std::string_view old_text = source_.substr(position_, end - position_);
-  const std::size_t shorter = std::min(old_text.size(), text.size());
-  std::size_t start = 0;
-  while (start < shorter && old_text[start] == text[start]) ++start;
-  std::size_t tail = 0;
-  while (start + tail < shorter &&
-         old_text[old_text.size() - 1 - tail] == text[text.size() - 1 - tail]) {
-    ++tail;
-  }
+  const Common common = in_common(old_text, text);
   const std::size_t written = written_.source.size();
   written_.source += text;
-  if (start + tail < std::max(old_text.size(), text.size())) {
-    written_.changes.push_back({position_ + start, end - tail, written + start,
-                                written_.source.size() - tail,
+  if (common.begin + common.end < std::max(old_text.size(), text.size())) {
+    written_.changes.push_back({position_ + common.begin, end - common.end, written + common.begin,
+                                written_.source.size() - common.end,
                                 NodeAccess::node(tree_, current_->node)});
   }
   position_ = end;

@@ -1,5 +1,6 @@
 #include <qo_page/edits/seam_check.h>
 
+#include <iterator>
 #include <string>
 
 #include <qo_page/decode.h>
@@ -72,7 +73,15 @@ void SeamCheck::text(Range text, NodeIndex holder) {
   if (model != ContentModel::rawtext) references(text, first, next_);
   if (model != ContentModel::data) return;
   code(text, first, next_);
-  for (Iterator seam = first; seam != next_; ++seam) code_after(*seam);
+  for (Iterator seam = first; seam != next_; ++seam) {
+    if (!is_followed_at_once(seam)) code_after(*seam);
+  }
+}
+
+// Whether another change begins where this one ends: then what comes after it is not what was
+// there.
+bool SeamCheck::is_followed_at_once(Iterator seam) const {
+  return std::next(seam) != end_ && std::next(seam)->offset == seam->offset;
 }
 
 // A line break that comes to the start of a content was read where it was before, and would be

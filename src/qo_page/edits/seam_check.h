@@ -40,6 +40,7 @@ class SeamCheck {
   using Iterator = std::vector<Seam>::const_iterator;
 
   Iterator take_until(std::size_t end);
+  bool is_followed_at_once(Iterator seam) const;
   void line_break(NodeIndex holder, Iterator seam, Iterator last) const;
   void code(Range text, Iterator seam, Iterator last);
   void references(Range text, Iterator seam, Iterator last) const;

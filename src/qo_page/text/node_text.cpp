@@ -2,6 +2,7 @@
 
 #include <qo_page/decode.h>
 #include <qo_page/text/readable_text.h>
+#include <qo_page/tree/content_model.h>
 
 namespace qo {
 
@@ -46,9 +47,8 @@ std::string_view written_text(const Tree& tree, NodeIndex text) {
 }
 
 bool is_literal(const Tree& tree, NodeIndex text) {
-  if (tree[text].kind != NodeKind::text) return true;
-  const NodeRecord& parent = tree[tree.parent(text)];
-  return parent.space == Namespace::html && has(parent.tag, tag_flags::raw_text);
+  return tree[text].kind != NodeKind::text ||
+         content_model(tree[tree.parent(text)]) == ContentModel::rawtext;
 }
 
 std::string characters_of(const Tree& tree, NodeIndex node) {
