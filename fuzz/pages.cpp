@@ -99,12 +99,16 @@ qo::Operation make_operation(unsigned choice, unsigned value) {
     case Kind::add_class:
     case Kind::remove_class:
       return {kind, "", (value & 8) != 0 ? "&a\"" : "a"};
+    case Kind::add_token:
+    case Kind::remove_token:
+      return {kind, (value & 8) != 0 ? "class" : "rel", "a"};
     case Kind::rename:
       return {kind, (value & 8) != 0 ? "div" : "x-y", ""};
     case Kind::wrap:
       return {kind, "", "<div class=w><b></b></div>"};
     case Kind::substitute_value:
     case Kind::substitute_text:
+    case Kind::substitute_html:
       return {kind, (value & 8) != 0 ? "class" : "id", "", qo::Substitution("a|b c", substituted)};
     default:
       return {kind, "", text};

@@ -138,6 +138,9 @@ TEST(Edits, RefuseWhatContradictsItself) {
       {{append, text}, contradiction("append", "set the text")},
       {{text, text}, contradiction("set the text", "set the text")},
       {{wrap, remove}, contradiction("wrap", "remove")},
+      {{qo::substitute_text({"a", "b"}), qo::substitute_html({"a", "b"})},
+       contradiction("substitute in texts", "substitute by markup")},
+      {{qo::add_token("rel", "a b")}, "0: \"a b\" is not one token"},
       {{rename, {Kind::rename, "z", ""}}, contradiction("rename", "rename")},
       {{text, append}, "<p>xy</p>"},
       {{append, {Kind::prepend, "", "1"}, {Kind::append, "", "z"}, {Kind::prepend, "", "2"}}, "<p>21oyz</p>"},
@@ -222,6 +225,17 @@ TEST(Edits, LeaveWhatIsBesideThemAsItWasRead) {
   // A new text is written as its new name reads it.
   EXPECT_EQ(edited("<style>a</style>", "<style", {{Kind::rename, "p", ""}, {Kind::set_text, "", "&lt;"}}),
             "<p>&amp;lt;</p>");
+}
+
+TEST(Edits, TakeNoLineThatOtherEditsAreOn) {
+  const auto edited = [](const char* second) {
+    return result("<p>a\n <b>b</b>\nc</p>", [second](qo::Edits& edits, const qo::Page& page) {
+      edits.add(find(page, "<b"), {qo::remove_line()});
+      edits.add(find(page, second), {qo::substitute_text({"[ac]?\\s+[ac]?", "_"})});
+    });
+  };
+  EXPECT_EQ(edited("\nc"), "<p>a\n _</p>");
+  EXPECT_EQ(edited("a"), "<p>_\nc</p>");
 }
 
 TEST(Edits, TellTheirChanges) {

@@ -24,12 +24,15 @@ struct Operation {
     // Of elements:
     set_attribute,       // name, value. In the quotes that are there; a new one after the last one
     set_bare_attribute,  // name. Without a value
-    remove_attribute,    // name
+    remove_attribute,    // name; a "*" after its first character is any text, "*" alone any name
     add_class,           // value: one token, added unless it is there whatever way a template takes
     remove_class,        // value: one token
+    add_token,           // name, value: what add_class is for "class", as for "rel"
+    remove_token,        // name, value
     rename,              // name: of both tags
     substitute_value,    // name, substitution: in the values of the attributes of that name
     substitute_text,  // substitution: in each text of the element, but for what text() leaves out
+    substitute_html,  // substitution: the same, by markup; groups go in as they are written
     unwrap,           // takes the tags away and leaves the content
     // Of elements that have content; the first two of comments, sections and texts as well:
     set_text,  // value
@@ -41,6 +44,7 @@ struct Operation {
     insert_after,   // value: markup, right after the node
     wrap,           // value: markup, whose innermost first element the node goes into
     replace,        // value: markup
+    remove_line,    // with the blanks and the line break of its lines, if nothing else is on them
     remove
   };
 
@@ -57,9 +61,12 @@ QO_PAGE_API Operation set_bare_attribute(std::string name);
 QO_PAGE_API Operation remove_attribute(std::string name);
 QO_PAGE_API Operation add_class(std::string token);
 QO_PAGE_API Operation remove_class(std::string token);
+QO_PAGE_API Operation add_token(std::string name, std::string token);
+QO_PAGE_API Operation remove_token(std::string name, std::string token);
 QO_PAGE_API Operation rename(std::string name);
 QO_PAGE_API Operation substitute_value(std::string name, Substitution substitution);
 QO_PAGE_API Operation substitute_text(Substitution substitution);
+QO_PAGE_API Operation substitute_html(Substitution substitution);
 QO_PAGE_API Operation unwrap();
 QO_PAGE_API Operation set_text(std::string text);
 QO_PAGE_API Operation set_html(std::string markup);
@@ -69,6 +76,7 @@ QO_PAGE_API Operation insert_before(std::string markup);
 QO_PAGE_API Operation insert_after(std::string markup);
 QO_PAGE_API Operation wrap(std::string markup);
 QO_PAGE_API Operation replace(std::string markup);
+QO_PAGE_API Operation remove_line();
 QO_PAGE_API Operation remove();
 
 // Throws Error when two operations contradict each other, since one wipes out what the other does,

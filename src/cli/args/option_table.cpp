@@ -99,6 +99,11 @@ void valued(Options& options, const Values& values) {
 }
 
 template <Kind kind>
+void named_and_valued(Options& options, const Values& values) {
+  options.operations.push_back({kind, values[0], values[1]});
+}
+
+template <Kind kind>
 void from_file(Options& options, const Values& values) {
   std::string text = read_input(values[0]).text;
   drop_byte_order_mark(text);
@@ -128,6 +133,11 @@ void substitute_value(Options& options, const Values& values) {
 void substitute_text(Options& options, const Values& values) {
   options.operations.push_back({Kind::substitute_text, std::string(), std::string(),
                                 substitution("--sub-text", values[0], values[1])});
+}
+
+void substitute_html(Options& options, const Values& values) {
+  options.operations.push_back({Kind::substitute_html, std::string(), std::string(),
+                                substitution("--sub-html", values[0], values[1])});
 }
 
 void set_in_place(Options& options, const Values& values) {
@@ -236,7 +246,8 @@ const std::vector<OptionRow>& option_table() {
        "Quotes stay; a new attribute goes after the last one.", set_attribute},
       {'\0', "bare-attr", "NAME", false, "", in_edit, Group::operations, "Set an attribute without a value", "",
        named<Kind::set_bare_attribute>},
-      {'\0', "del-attr", "NAME", false, "", in_edit, Group::operations, "Remove an attribute", "",
+      {'\0', "del-attr", "NAME", false, "", in_edit, Group::operations, "Remove an attribute",
+       "In the _NAME_, a *\\** that is not at its start stands for any characters: *on\\**. A *\\** alone is every attribute.",
        named<Kind::remove_attribute>},
       {'\0', "sub-attr", "NAME REGEX REPLACEMENT", false, "", in_edit, Group::operations,
        "Substitute in an attribute's value",
@@ -246,6 +257,10 @@ const std::vector<OptionRow>& option_table() {
        substitute_value},
       {'\0', "add-class", "CLASS", false, "", in_edit, Group::operations, "Add a class", "", valued<Kind::add_class>},
       {'\0', "del-class", "CLASS", false, "", in_edit, Group::operations, "Remove a class", "", valued<Kind::remove_class>},
+      {'\0', "add-token", "NAME TOKEN", false, "", in_edit, Group::operations,
+       "Add a word to an attribute's list, as to rel", "As *--add-class* does to _class_.", named_and_valued<Kind::add_token>},
+      {'\0', "del-token", "NAME TOKEN", false, "", in_edit, Group::operations, "Remove a word from an attribute's list", "",
+       named_and_valued<Kind::remove_token>},
       {'\0', "rename", "NAME", false, "", in_edit, Group::operations, "Change the element's name", "In both tags.",
        named<Kind::rename>},
       {'\0', "text", "TEXT", false, "", in_edit, Group::operations, "Replace the content by text", "",
@@ -261,6 +276,10 @@ const std::vector<OptionRow>& option_table() {
        "In each of them alone: a match does not go over a tag. Scripts, styles and comments are left alone, unless they "
        "are the match.",
        substitute_text},
+      {'\0', "sub-html", "REGEX MARKUP", false, "", in_edit, Group::operations,
+       "Substitute in each text by markup, as a word by a tag",
+       "As *--sub-text* does; *$1* is the group as it is written.",
+       substitute_html},
       {'\0', "prepend", "MARKUP", false, "", in_edit, Group::operations, "Insert markup at the start of the content", "",
        valued<Kind::prepend>},
       {'\0', "prepend-file", "FILE", false, "", in_edit, Group::operations, "The same, from a file", "",
@@ -286,6 +305,8 @@ const std::vector<OptionRow>& option_table() {
       {'\0', "replace-file", "FILE", false, "", in_edit, Group::operations, "The same, from a file", "",
        from_file<Kind::replace>},
       {'\0', "remove", "", false, "", in_edit, Group::operations, "Remove the element", "", bare<Kind::remove>},
+      {'\0', "remove-line", "", false, "", in_edit, Group::operations,
+       "Remove the element, with its line where nothing else is on it", "", bare<Kind::remove_line>},
 
       {'f', "file", "FILE", false, "", in_edit, Group::own, "Take selectors and operations from a file",
        "Each line is a _SEL_ with its operations, quoted as in a shell; each works on what the one before it gives. Empty lines, and "
@@ -299,6 +320,8 @@ const std::vector<OptionRow>& option_table() {
        "_SUFFIX_, the old page stays under its name with _SUFFIX_ after it. A file with several names (hard links) has the new page "
        "under this one alone. Of several files, a last line on standard error tells how many were changed.",
        set_in_place},
+      {'1', "first", "", false, "", in_edit, Group::own, "Edit only the first match of each page", "",
+       [](Options& o, const Values&) { o.first_only = true; }},
       {'n', "diff", "", false, "", in_edit, Group::own, "Write nothing; show the changes as a diff", "",
        [](Options& o, const Values&) { o.show_diff = true; }},
 

@@ -89,9 +89,10 @@ class Editing {
     return all;
   }
 
-  static qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
-                                      const CompiledEdit& edit, bool is_first) {
-    const std::vector<qo::Node> matches = page.select(edit.selector);
+  qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
+                               const CompiledEdit& edit, bool is_first) const {
+    std::vector<qo::Node> matches = page.select(edit.selector);
+    if (options_.first_only && matches.size() > 1) matches.resize(1);
     if (matches.empty()) return {page.source(), {}};
     try {
       qo::Edits edits(page);

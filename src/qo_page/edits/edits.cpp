@@ -71,7 +71,8 @@ std::vector<NodeIndex> texts_of(const Tree& tree, std::vector<NodeIndex> nodes) 
 }
 
 bool is_for_texts(const Operation& operation) {
-  return operation.kind == Operation::Kind::substitute_text;
+  return operation.kind == Operation::Kind::substitute_text ||
+         operation.kind == Operation::Kind::substitute_html;
 }
 
 }  // namespace

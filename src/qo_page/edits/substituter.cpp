@@ -72,7 +72,9 @@ std::vector<PatternMatch> Substituter::find_matches(const std::string& text) con
   }
 }
 
-std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool templates) const {
+template <class Replacement>
+std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool templates,
+                                              Replacement replacement) const {
   const std::string& text = decoded.text();
   std::vector<Splice> changes;
   auto code = decoded.code().begin();
@@ -82,26 +84,51 @@ std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, bool t
     auto last = code;
     while (last != decoded.code().end() && last->begin < here.end) ++last;
     if (code != last && is_within(here, *code)) continue;
-    std::string replacement = program_.replacement_of(match, text);
-    if (in(text, here) == replacement) continue;
+    std::string wanted = replacement(match);
+    if (in(text, here) == wanted) continue;
     const bool keeps_code =
         std::all_of(code, last, [&here](const Stretch& piece) { return is_within(piece, here); }) &&
-        holds_code(replacement, templates, text, code, last);
+        holds_code(wanted, templates, text, code, last);
     if (!keeps_code) throw Error("the expression would change template code", place_);
-    changes.push_back({here.begin, here.end, std::move(replacement)});
+    changes.push_back({here.begin, here.end, std::move(wanted)});
   }
   return changes;
 }
 
+std::size_t Substituter::written_offset(const DecodedText& decoded, std::size_t offset) const {
+  const std::optional<std::size_t> found = decoded.written_offset(offset);
+  if (!found) throw Error("the expression matches a part of a reference", place_);
+  return *found;
+}
+
+std::vector<Splice> Substituter::markup_splices(const WrittenText& written) const {
+  const DecodedText decoded(written);
+  const auto markup = [&](PatternMatch match) {
+    for (auto& [begin, end] : match) {
+      if (begin == std::string::npos) continue;
+      begin = written_offset(decoded, begin);
+      end = written_offset(decoded, end);
+    }
+    return program_.replacement_of(match, written.text);
+  };
+  std::vector<Splice> splices = find_changes(decoded, written.templates, markup);
+  for (Splice& splice : splices) {
+    splice.begin = written_offset(decoded, splice.begin);
+    splice.end = written_offset(decoded, splice.end);
+  }
+  return splices;
+}
+
 std::vector<Splice> Substituter::splices(const WrittenText& written) const {
-  DecodedText decoded(written);
-  const std::vector<Splice> changes = find_changes(decoded, written.templates);
+  const DecodedText decoded(written);
+  const auto text_of = [&](const PatternMatch& match) {
+    return program_.replacement_of(match, decoded.text());
+  };
+  const std::vector<Splice> changes = find_changes(decoded, written.templates, text_of);
   std::vector<Splice> wanted;
   for (const Splice& change : changes) {
-    const std::optional<std::size_t> begin = decoded.written_offset(change.begin);
-    const std::optional<std::size_t> end = decoded.written_offset(change.end);
-    if (!begin || !end) throw Error("the expression matches a part of a reference", place_);
-    wanted.push_back({*begin, *end, change.text});
+    wanted.push_back(
+        {written_offset(decoded, change.begin), written_offset(decoded, change.end), change.text});
   }
   if (wanted.empty()) return wanted;
   const std::string result = spliced(decoded.text(), changes);
