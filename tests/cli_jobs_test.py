@@ -177,7 +177,7 @@ class Jobs(Cli):
                                ("--before-file", "<i>new</i>\n<p>a</p>"), ("--after-file", "<p>a</p><i>new</i>\n"),
                                ("--replace-file", "<i>new</i>\n")]:
             self.check([(["edit", "p", option, "m"], page, result)])
-        self.write("script", "# both\n\nb  --rename 'strong' --attr \"t=a \\\"b\\\" c\"\n  strong --after ' - '\n#x --remove\n")
+        self.write("script", "# both\n\nb  --rename 'strong' --attr \"t=a \\\"b\\\" c\"\n  b --after ' - '\nstrong --remove\n#x --remove\n")
         page = "<p>1\n<b>2</b>\n3\n\n\n\n\n\n\n<b>4</b><i id=x></i></p>"
         edited = "<p>1\n<strong t='a \"b\" c'>2</strong> - \n3\n\n\n\n\n\n\n<strong t='a \"b\" c'>4</strong> - </p>"
         edited = edited.replace("'a \"b\" c'", '"a &quot;b&quot; c"')
@@ -195,9 +195,16 @@ class Jobs(Cli):
             self.assertEqual(status, 2)
             self.assertRegex(complaint, "^qo: (edit: )?script:2: " + re.escape(message))
         self.write("script", "# nothing\n")
-        self.complaint(["edit", "-f", "script", "page"], "qo: edit: script: there is no edit in it\n")
+        self.check([(["edit", "-f", "script", "page"], "", page, 1)])
+        for lines, message in [("b --text x\ni --remove\nb --remove", '2:1: script:1: script:3: refused: "set the text" '
+                                'and "remove" contradict each other'),
+                               ("i --remove\np --move-into b", "1:1: script:2: refused: the place to move to has to be one "
+                                'element: "b" finds 2'),
+                               ("i --remove\nb --after '</p>'", "2:9: script:2: refused: </p> would end <p>")]:
+            self.write("script", lines)
+            self.complaint(["edit", "-f", "script", "page"], f"qo: page:{message}\n")
 
-    def test_composed_changes_make_the_diff(self):
+    def test_changes_of_a_script_make_the_diff(self):
         random.seed(3)
         operations = ["--text x", "--append 'a\nb'", "--before '<u>1</u>\n'", "--remove", "--unwrap", "--rename q",
                       "--attr k=v", "--wrap '<s></s>'", "--sub-text '[ab]' ''"]

@@ -44,6 +44,9 @@ struct Operation {
     insert_after,   // value: markup, right after the node
     wrap,           // value: markup, whose innermost first element the node goes into
     replace,        // value: markup
+    move_before,    // target: a node outside, right in front of which it goes as it is written
+    move_after,     // target
+    move_into,      // target: an element that has content, at whose end it goes
     remove_line,    // with the blanks and the line break of its lines, if nothing else is on them
     remove
   };
@@ -52,6 +55,7 @@ struct Operation {
   std::string name;                                         // of an attribute or element
   std::string value;                                        // plain text or markup
   std::optional<Substitution> substitution = std::nullopt;  // what is substituted by what
+  Node target = Node();                                     // where a node goes
 };
 
 // --- Each operation, with just what it uses ---
@@ -76,6 +80,9 @@ QO_PAGE_API Operation insert_before(std::string markup);
 QO_PAGE_API Operation insert_after(std::string markup);
 QO_PAGE_API Operation wrap(std::string markup);
 QO_PAGE_API Operation replace(std::string markup);
+QO_PAGE_API Operation move_before(Node target);
+QO_PAGE_API Operation move_after(Node target);
+QO_PAGE_API Operation move_into(Node target);
 QO_PAGE_API Operation remove_line();
 QO_PAGE_API Operation remove();
 
@@ -108,7 +115,7 @@ struct Change {
   std::size_t old_end;    // after it
   std::size_t new_begin;  // in the new source
   std::size_t new_end;    // after it
-  Node node;              // of the page, whose operations made the change
+  Node node;              // whose operations made the change; none where moves came after
 };
 
 // What Edits make of a page.
@@ -124,8 +131,9 @@ struct EditedPage {
 };
 
 // Collects operations on the nodes of one page, and makes the new source of them. What an operation
-// on an outer node replaces, operations on nodes within it no longer touch. The page must outlive
-// the object, and may be moved.
+// on an outer node replaces, operations on nodes within it no longer touch. Nodes move once all
+// else is done, those with one target in their order. The page must outlive the object, and may be
+// moved.
 class QO_PAGE_API Edits {
  public:
   // No operations yet.
@@ -148,7 +156,8 @@ class QO_PAGE_API Edits {
   // The new source. It was read again: all that was not named is as before, tags, attributes and
   // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not
   // close or a text that ends its script, throws EditError; also when operations from several calls
-  // contradict each other, when a node holds a part of a block of template code, and when an
+  // contradict each other, when a node holds a part of a block of template code, when one goes into
+  // itself or what moves as well, and when an
   // attribute that is to be set is there only in a branch of one. Takes time and memory as reading
   // the new source does. The page and this object stay as they are.
   EditedSource apply() const;

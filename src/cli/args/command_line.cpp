@@ -113,7 +113,8 @@ void check_edit(Options& options) {
     options.edits = read_edit_script(options.script);
   } else {
     require(!options.operations.empty(), "nothing to do: give an operation, such as --text");
-    options.edits = {{options.selector, std::move(options.operations), std::string()}};
+    options.edits = {{options.selector, std::move(options.operations), std::move(options.targets),
+                      std::string()}};
   }
   for (const Edit& edit : options.edits) check_operations(edit);
   const bool reads_input = options.has_read_input || options.script == "-";

@@ -116,6 +116,12 @@ void bare(Options& options, const Values&) {
   options.operations.push_back({kind, std::string(), std::string()});
 }
 
+template <Kind kind>
+void moving(Options& options, const Values& values) {
+  options.targets.push_back({options.operations.size(), values[0]});
+  options.operations.push_back({kind, std::string(), std::string()});
+}
+
 qo::Substitution substitution(const char* option, const std::string& expression,
                               const std::string& replacement) {
   try {
@@ -304,13 +310,20 @@ const std::vector<OptionRow>& option_table() {
        valued<Kind::replace>},
       {'\0', "replace-file", "FILE", false, "", in_edit, Group::operations, "The same, from a file", "",
        from_file<Kind::replace>},
+      {'\0', "move-before", "SEL", false, "", in_edit, Group::operations, "Move the element right in front of another one",
+       "_SEL_ has to find one element in the page. The element goes there as it is written; other operations are done to it first.",
+       moving<Kind::move_before>},
+      {'\0', "move-after", "SEL", false, "", in_edit, Group::operations, "Move it right after another one", "",
+       moving<Kind::move_after>},
+      {'\0', "move-into", "SEL", false, "", in_edit, Group::operations, "Move it to the end of another one's content", "",
+       moving<Kind::move_into>},
       {'\0', "remove", "", false, "", in_edit, Group::operations, "Remove the element", "", bare<Kind::remove>},
       {'\0', "remove-line", "", false, "", in_edit, Group::operations,
        "Remove the element, with its line where nothing else is on it", "", bare<Kind::remove_line>},
 
       {'f', "file", "FILE", false, "", in_edit, Group::own, "Take selectors and operations from a file",
-       "Each line is a _SEL_ with its operations, quoted as in a shell; each works on what the one before it gives. Empty lines, and "
-       "those that begin with \"# \", are skipped.",
+       "Each line is a _SEL_ with its operations, quoted as in a shell. All of them look at the page as it was; operations that contradict each other "
+       "are refused. Empty lines, and those that begin with \"# \", are skipped.",
        [](Options& o, const Values& v) { o.script = v[0]; }},
       {'i', "in-place", "SUFFIX", true, "", in_edit, Group::own, "Write the pages back",
        "A page that the edit does not change is not touched; links are followed and the mode stays. At every moment "

@@ -25,6 +25,7 @@ enum Part : unsigned {
   whole = 1u << 5,    // takes the node away
   texts = 1u << 6,    // changes texts within it
   marked = 1u << 7,   // puts markup into these
+  place = 1u << 8,    // takes the node elsewhere
 };
 
 // The fields that an operation uses.
@@ -33,7 +34,8 @@ enum Field : unsigned {
   name_field = 1u << 0,
   value_field = 1u << 1,
   substitution_field = 1u << 2,
-  text_field = 1u << 3 | value_field  // plain text
+  text_field = 1u << 3 | value_field,  // plain text
+  target_field = 1u << 4
 };
 
 struct KindRow {
@@ -64,6 +66,9 @@ constexpr KindRow kind_rows[] = {
     {"insert after", Part(), value_field},
     {"wrap", around, value_field},
     {"replace", whole, value_field},
+    {"move", place, target_field},
+    {"move", place, target_field},
+    {"move", place, target_field},
     {"remove", whole, no_field},
     {"remove", whole, no_field},
 };
@@ -73,9 +78,15 @@ const KindRow& row_of(Kind kind) {
 }
 
 // Parts that cannot both be worked on, whatever the order.
-constexpr unsigned excluded[][2] = {
-    {tags, bare | whole}, {bare, whole},  {content, content | whole},        {inside, whole},
-    {around, whole},      {whole, whole}, {texts | marked, content | whole}, {texts, marked}};
+constexpr unsigned excluded[][2] = {{tags, bare | whole},
+                                    {bare, whole},
+                                    {content, content | whole},
+                                    {inside, whole},
+                                    {around, whole},
+                                    {whole, whole},
+                                    {texts | marked, content | whole},
+                                    {texts, marked},
+                                    {place, bare | whole | around | place}};
 
 bool contradict(const Operation& first, const Operation& second) {
   const unsigned a = row_of(first.kind).part;
@@ -114,6 +125,7 @@ void check_fields(const Operation& operation, std::size_t index) {
   if (!is_used(substitution_field) && operation.substitution) fail(" takes no substitution");
   if (!is_used(name_field) && !operation.name.empty()) fail(" takes no name");
   if (!is_used(value_field) && !operation.value.empty()) fail(" takes no value");
+  if (!is_used(target_field) && operation.target) fail(" takes no target");
 }
 
 void check_names(const Operation& operation, std::size_t index) {
@@ -143,6 +155,26 @@ void check_names(const Operation& operation, std::size_t index) {
       return fail(quoted(operation.name) + " is no name of an element");
     default:
       return;
+  }
+}
+
+// A node goes outside of itself, and texts are no nodes that could be told from those beside them.
+void check_target(const Operation& operation, const Tree& tree, NodeIndex index) {
+  const auto fail = [&](const std::string& message) {
+    throw EditError(message, tree[index].begin, NodeAccess::node(tree, index));
+  };
+  const NodeIndex target = NodeAccess::index_in(tree, operation.target);
+  const NodeRecord& there = tree[target];
+  const bool goes_in = operation.kind == Kind::move_into;
+  if (tree[index].kind == NodeKind::text) fail("a text cannot be moved alone");
+  if (there.kind == NodeKind::text) fail("a text is no place to move to");
+  if (target == document_index) fail("the document is no place to move to");
+  if (index <= target && target < tree[index].subtree_end) {
+    fail(named(tree, index) + " cannot be moved " +
+         (index == target && !goes_in ? "beside" : "into") + " itself");
+  }
+  if (goes_in && !(there.kind == NodeKind::element && there.has_content)) {
+    fail(named(tree, target) + " has no content to move to");
   }
 }
 
@@ -196,6 +228,7 @@ void check_fits(const Operation& operation, const Tree& tree, NodeIndex index) {
   if ((part & (tags | bare)) != 0 && node.kind != NodeKind::element) {
     fail("only elements have tags to edit");
   }
+  if (part == place) return check_target(operation, tree, index);
   if ((part & (texts | marked)) != 0 || (part & (bare | content | inside)) == 0 ||
       ((part & content) != 0 && is_section)) {
     return;
@@ -265,6 +298,15 @@ Operation wrap(std::string markup) {
 }
 Operation replace(std::string markup) {
   return {Kind::replace, {}, std::move(markup), std::nullopt};
+}
+Operation move_before(Node target) {
+  return {Kind::move_before, {}, {}, std::nullopt, target};
+}
+Operation move_after(Node target) {
+  return {Kind::move_after, {}, {}, std::nullopt, target};
+}
+Operation move_into(Node target) {
+  return {Kind::move_into, {}, {}, std::nullopt, target};
 }
 Operation remove_line() {
   return {Kind::remove_line, {}, {}, std::nullopt};
