@@ -30,6 +30,24 @@ bool holds_code(const std::string& text, bool templates, const std::string& old_
   return next == end;
 }
 
+// What a change leaves as it is at its ends is not a part of it, and keeps its spelling.
+void trim(Splice& change, const DecodedText& decoded) {
+  const std::string& text = decoded.text();
+  const std::size_t shorter = std::min(change.end - change.begin, change.text.size());
+  std::size_t start = 0;
+  while (start < shorter && text[change.begin + start] == change.text[start]) ++start;
+  while (start > 0 && !decoded.is_uncut(change.begin + start)) --start;
+  std::size_t tail = 0;
+  while (start + tail < shorter &&
+         text[change.end - 1 - tail] == change.text[change.text.size() - 1 - tail]) {
+    ++tail;
+  }
+  while (tail > 0 && !decoded.is_uncut(change.end - tail)) --tail;
+  change.text = change.text.substr(start, change.text.size() - start - tail);
+  change.begin += start;
+  change.end -= tail;
+}
+
 enum class Ampersands { where_needed, all };
 
 std::string with_all_ampersands(std::string_view text) {
@@ -124,9 +142,12 @@ std::vector<Splice> Substituter::splices(const WrittenText& written) const {
   const auto text_of = [&](const PatternMatch& match) {
     return program_.replacement_of(match, decoded.text());
   };
-  const std::vector<Splice> changes = find_changes(decoded, written.templates, text_of);
+  std::vector<Splice> changes = find_changes(decoded, written.templates, text_of);
   std::vector<Splice> wanted;
-  for (const Splice& change : changes) {
+  for (Splice& change : changes) {
+    written_offset(decoded, change.begin);
+    written_offset(decoded, change.end);
+    trim(change, decoded);
     wanted.push_back(
         {written_offset(decoded, change.begin), written_offset(decoded, change.end), change.text});
   }

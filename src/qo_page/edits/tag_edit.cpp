@@ -9,6 +9,7 @@
 #include <qo_page/edits/edit_error.h>
 #include <qo_page/edits/substituter.h>
 #include <qo_page/edits/value_code.h>
+#include <qo_page/edits/value_spelling.h>
 #include <qo_page/text/escape.h>
 #include <qo_page/tokenizer/odd_attributes.h>
 #include <qo_page/tokenizer/tag_reader.h>
@@ -114,19 +115,19 @@ void TagEdit::check_is_no_code(const Slot& slot) const {
               token_.extent.begin);
 }
 
+// What stays the same at both ends of the value keeps its spelling.
 void TagEdit::set(Slot& slot, const std::string& value) {
   const bool is_new = slot.written == nullptr && !slot.has_value;
   if (!is_new && decode(slot.value, DecodeMode::attribute) == value) return;
   const bool had_no_quotes =
       slot.has_value && slot.quote == 0 && !(templates_ && is_expression(slot.value));
+  const SpelledValue old{slot.value, slot.quote};
   slot.has_value = true;
   slot.is_changed = true;
-  if (had_no_quotes && fits_without_quotes(value)) {
-    slot.value = escaped_value(value, 0, templates_);
-    return;
+  if (!had_no_quotes || !fits_without_quotes(value)) {
+    slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, templates_);
   }
-  slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, templates_);
-  slot.value = escaped_value(value, slot.quote, templates_);
+  slot.value = respelled_value(old, value, slot.quote, templates_);
 }
 
 void TagEdit::set_bare(Slot& slot) {

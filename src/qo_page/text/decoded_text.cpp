@@ -45,4 +45,11 @@ std::optional<std::size_t> DecodedText::written_offset(std::size_t offset) const
   return past.written.end + (offset - past.decoded.end);
 }
 
+bool DecodedText::is_uncut(std::size_t offset) const {
+  const auto code =
+      std::upper_bound(code_.begin(), code_.end(), offset,
+                       [](std::size_t wanted, const Stretch& there) { return wanted < there.end; });
+  return (code == code_.end() || code->begin >= offset) && written_offset(offset).has_value();
+}
+
 }  // namespace qo

@@ -37,6 +37,9 @@ class DecodedText {
   // Where an offset of the decoded text is in the written one; nothing within a reference.
   std::optional<std::size_t> written_offset(std::size_t offset) const;
 
+  // Whether an offset of the decoded text is within no reference and no code.
+  bool is_uncut(std::size_t offset) const;
+
  private:
   struct Reference {
     Stretch decoded, written;
