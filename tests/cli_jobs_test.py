@@ -85,6 +85,11 @@ class Jobs(Cli):
             (["select", "-nHt", "b"], page, "(standard input):2:two\n"),
             (["select", "-a", ":path", "*"], page,
              "#u\n#u > li:nth-of-type(1)\nb\n#u > li:nth-of-type(2)\np\n"),
+            (["select", "-a", 'h3@:text,a[rel="x,y"]@href,p:is(.a,.b)@:tag', "div"],
+             "<div><h3>A</h3><a href=1>B</a><a rel=x,y href=2>C</a></div><div><p class=b><h3>D</h3></div>",
+             "A\t2\t\nD\t\tp\n"),
+            (["select", "-a", "b@title", "p"], "<p>a</p><p><b title=c></b></p>", "c\n"),
+            (["select", "-a", "b@@click,@x", "p"], "<p @x=1><b @click=2></b></p>", "2\t1\n"),
             (["select", "-a", ":path,:text", ":comment"], "<!--c-->", "\tc\n"),
             (["select", "-j", "--fields", "path,line", "b"], page, '{"path":"b","line":2}\n'),
             (["select", "-s", "table"], "<table><tr><td> a<td>&nbsp;<br>b<tr><td>c<i>d</i></table>", "a b cd\n"),
@@ -93,6 +98,10 @@ class Jobs(Cli):
             (["select", "-L", "b", "-"], "<p>", "(standard input)\n"),
             (["select", "-L", "p", "-"], "<p>", "", 1),
         ])
+        self.complaint(["select", "-a", "a@hrfe", "p"], 'qo: no match has an attribute "a@hrfe"\n', "<p><a href=x></a></p>", 0)
+        self.complaint(["select", "-a", "text", "p"], 'qo: no match has an attribute "text"; did you mean ":text"?\n', "<p>a", 0)
+        self.complaint(["select", "-a", "b@", "p"], 'qo: select: -a: after the "@" of "b@" comes a name\n', page)
+        self.complaint(["select", "--host", "-a", "b@c", "p"], 'qo: select: -a: the library finds no "b@c"\n', page)
         self.complaint(["select", "-a", "hrfe", "li"], 'qo: no match has an attribute "hrfe"\n', page, 0)
         self.check([
             (["select", "-a", ":src", "i"], "<i :src=x>", "x\n"),

@@ -102,4 +102,16 @@ TEST(Suggestion, IsTheNearestName) {
 
 // --- Composed changes ---
 
+TEST(Text, IsSplitOutsideOfBracketsAndQuotes) {
+  const std::string text = R"(a[b=","],c:is(d,[e="(,"]),"f,",g\,h,i])";
+  std::vector<std::string> parts;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = cli::find_outside(text, ',', begin);
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  const std::vector<std::string> expected = {R"(a[b=","])", R"(c:is(d,[e="(,"]))", "\"f,\"", "g\\,h", "i]"};
+  EXPECT_EQ(parts, expected);
+}
+
 }  // namespace

@@ -157,9 +157,9 @@ class QO_PAGE_API Edits {
   // nesting, and what was named is as asked. Otherwise, as with markup that opens what it does not
   // close or a text that ends its script, throws EditError; also when operations from several calls
   // contradict each other, when a node holds a part of a block of template code, when one goes into
-  // itself or what moves as well, and when an
-  // attribute that is to be set is there only in a branch of one. Takes time and memory as reading
-  // the new source does. The page and this object stay as they are.
+  // itself or into what moves as well, and when an attribute that is to be set is there only in a
+  // branch of a block. Takes time and memory as reading the new source does. The page and this
+  // object stay as they are.
   EditedSource apply() const;
 
   // The same, as the page that was read to check it.

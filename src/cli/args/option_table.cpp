@@ -53,7 +53,7 @@ void set_shape(Options& options, FormShape shape) {
 
 void append_list(std::vector<std::string>& list, const std::string& value) {
   for (std::size_t begin = 0; begin <= value.size();) {
-    const std::size_t end = std::min(value.find(',', begin), value.size());
+    const std::size_t end = find_outside(value, ',', begin);
     list.push_back(value.substr(begin, end - begin));
     begin = end + 1;
   }
@@ -177,7 +177,7 @@ const std::vector<OptionRow>& option_table() {
       {'a', "attribute", "NAME[,NAME]", false, "", in_select, Group::show,
        "Print values of each match, with tabs between them; may be repeated",
        "A _NAME_ is an attribute or one of *:text* *:html* *:inner* *:tag* *:line* *:column* *:start* *:end* *:file* and *:path*, a "
-       "selector that finds just this element. A match that has none of the attributes gives no line, unless one of "
+       "selector that finds just this element. *SEL@NAME* is that of the first match of a selector below: *h3@:text,a@href*. A match that has none of the attributes gives no line, unless one of "
        "the others is asked for. In a cell, a tab is printed as *\\\\t*, a line break as *\\\\n*, a backslash as *\\\\\\\\*. "
        "An attribute that no match has is told on standard error.",
        [](Options& o, const Values& v) { show(o, Show::columns); append_list(o.columns, v[0]); }},
@@ -365,7 +365,7 @@ const std::vector<OptionRow>& option_table() {
       {'\0', "host", "", false, "", with_host_selector | in_decode, Group::pages, "Read as a host process does, with the library",
        "Selectors and values are the library's then, and *decode* replaces what it replaces.",
        [](Options& o, const Values&) { o.host = true; }},
-      {'\0', "strict", "", false, "", with_host_selector, Group::pages, "With --host: refuse selectors that a hint would be given on", "",
+      {'\0', "strict", "", false, "", with_host_selector, Group::pages, "With --host: refuse selectors that do not mean what they look like", "",
        [](Options& o, const Values&) { o.strict = true; }},
       {'\0', "drop-comments", "", false, "", with_host_selector, Group::pages, "With --host: read pages without their comments", "",
        [](Options& o, const Values&) { o.drop_comments = true; }},
