@@ -88,7 +88,7 @@ std::string with_substitutions(std::string text) {
   return text;
 }
 
-qo::Operation make_operation(unsigned choice, unsigned value) {
+qo::Operation make_operation(unsigned choice, unsigned value, qo::Node target) {
   const auto kind = static_cast<Kind>(choice % (static_cast<unsigned>(Kind::remove) + 1));
   const char* const text = values[value % (sizeof values / sizeof values[0])];
   switch (kind) {
@@ -99,12 +99,20 @@ qo::Operation make_operation(unsigned choice, unsigned value) {
     case Kind::add_class:
     case Kind::remove_class:
       return {kind, "", (value & 8) != 0 ? "&a\"" : "a"};
+    case Kind::add_token:
+    case Kind::remove_token:
+      return {kind, (value & 8) != 0 ? "class" : "rel", "a"};
     case Kind::rename:
       return {kind, (value & 8) != 0 ? "div" : "x-y", ""};
+    case Kind::move_before:
+    case Kind::move_after:
+    case Kind::move_into:
+      return {kind, "", "", std::nullopt, target};
     case Kind::wrap:
       return {kind, "", "<div class=w><b></b></div>"};
     case Kind::substitute_value:
     case Kind::substitute_text:
+    case Kind::substitute_html:
       return {kind, (value & 8) != 0 ? "class" : "id", "", qo::Substitution("a|b c", substituted)};
     default:
       return {kind, "", text};
@@ -256,7 +264,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const qo::Node node : nodes) check_attributes(node);
     require(qo::Edits(*page).apply().source == source, "a page without edits");
     if (!nodes.empty()) {
-      check_edit(*page, nodes[data[2] % nodes.size()], make_operation(data[0] & 0x7F, data[1]));
+      check_edit(*page, nodes[data[2] % nodes.size()],
+                 make_operation(data[0] & 0x7F, data[1], nodes[data[1] % nodes.size()]));
     }
   }
   return 0;

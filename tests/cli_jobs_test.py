@@ -93,6 +93,11 @@ class Jobs(Cli):
             (["select", "-nHt", "b"], page, "(standard input):2:two\n"),
             (["select", "-a", ":path", "*"], page,
              "#u\n#u > li:nth-of-type(1)\nb\n#u > li:nth-of-type(2)\np\n"),
+            (["select", "-a", 'h3@:text,a[rel="x,y"]@href,p:is(.a,.b)@:tag', "div"],
+             "<div><h3>A</h3><a href=1>B</a><a rel=x,y href=2>C</a></div><div><p class=b><h3>D</h3></div>",
+             "A\t2\t\nD\t\tp\n"),
+            (["select", "-a", "b@title", "p"], "<p>a</p><p><b title=c></b></p>", "c\n"),
+            (["select", "-a", "b@@click,@x", "p"], "<p @x=1><b @click=2></b></p>", "2\t1\n"),
             (["select", "-a", ":path,:text", ":comment"], "<!--c-->", "\tc\n"),
             (["select", "-j", "--fields", "path,line", "b"], page, '{"path":"b","line":2}\n'),
             (["select", "-s", "table"], "<table><tr><td> a<td>&nbsp;<br>b<tr><td>c<i>d</i></table>", "a b cd\n"),
@@ -101,6 +106,10 @@ class Jobs(Cli):
             (["select", "-L", "b", "-"], "<p>", "(standard input)\n"),
             (["select", "-L", "p", "-"], "<p>", "", 1),
         ])
+        self.complaint(["select", "-a", "a@hrfe", "p"], 'qo: no match has an attribute "a@hrfe"\n', "<p><a href=x></a></p>", 0)
+        self.complaint(["select", "-a", "text", "p"], 'qo: no match has an attribute "text"; did you mean ":text"?\n', "<p>a", 0)
+        self.complaint(["select", "-a", "b@", "p"], 'qo: select: -a: after the "@" of "b@" comes a name\n', page)
+        self.complaint(["select", "--host", "-a", "b@c", "p"], 'qo: select: -a: the library finds no "b@c"\n', page)
         self.complaint(["select", "-a", "hrfe", "li"], 'qo: no match has an attribute "hrfe"\n', page, 0)
         self.check([
             (["select", "-a", ":src", "i"], "<i :src=x>", "x\n"),
@@ -205,7 +214,7 @@ class Jobs(Cli):
                                ("--before-file", "<i>new</i>\n<p>a</p>"), ("--after-file", "<p>a</p><i>new</i>\n"),
                                ("--replace-file", "<i>new</i>\n")]:
             self.check([(["edit", "p", option, "m"], page, result)])
-        self.write("script", "# both\n\nb  --rename 'strong' --attr \"t=a \\\"b\\\" c\"\n  strong --after ' - '\n#x --remove\n")
+        self.write("script", "# both\n\nb  --rename 'strong' --attr \"t=a \\\"b\\\" c\"\n  b --after ' - '\nstrong --remove\n#x --remove\n")
         page = "<p>1\n<b>2</b>\n3\n\n\n\n\n\n\n<b>4</b><i id=x></i></p>"
         edited = "<p>1\n<strong t='a \"b\" c'>2</strong> - \n3\n\n\n\n\n\n\n<strong t='a \"b\" c'>4</strong> - </p>"
         edited = edited.replace("'a \"b\" c'", '"a &quot;b&quot; c"')
@@ -223,9 +232,16 @@ class Jobs(Cli):
             self.assertEqual(status, 2)
             self.assertRegex(complaint, "^qo: (edit: )?script:2: " + re.escape(message))
         self.write("script", "# nothing\n")
-        self.complaint(["edit", "-f", "script", "page"], "qo: edit: script: there is no edit in it\n")
+        self.check([(["edit", "-f", "script", "page"], "", page, 1)])
+        for lines, message in [("b --text x\ni --remove\nb --remove", '2:1: script:1: script:3: refused: "set the text" '
+                                'and "remove" contradict each other'),
+                               ("i --remove\np --move-into b", "1:1: script:2: refused: the place to move to has to be one "
+                                'element: "b" finds 2'),
+                               ("i --remove\nb --after '</p>'", "2:9: script:2: refused: </p> would end <p>")]:
+            self.write("script", lines)
+            self.complaint(["edit", "-f", "script", "page"], f"qo: page:{message}\n")
 
-    def test_composed_changes_make_the_diff(self):
+    def test_changes_of_a_script_make_the_diff(self):
         random.seed(3)
         operations = ["--text x", "--append 'a\nb'", "--before '<u>1</u>\n'", "--remove", "--unwrap", "--rename q",
                       "--attr k=v", "--wrap '<s></s>'", "--sub-text '[ab]' ''"]

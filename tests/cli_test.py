@@ -262,7 +262,8 @@ class Tool(Cli):
         for arguments, message in [
                 ([], "which subcommand? see qo --help"),
                 (["slect"], 'there is no subcommand "slect"; did you mean select?'),
-                (["find"], 'there is no subcommand "find"; see qo --help'),
+                (["grep"], 'there is no subcommand "grep"; did you mean select?'),
+                (["frob"], 'there is no subcommand "frob"; see qo --help'),
                 (["select"], "select: which elements? give a selector"),
                 (["select", "a", "--no"], 'select: "--no" can be --no-filename, --no-templates'),
                 (["select", "a", "--cuont"], 'select: there is no option "--cuont"; did you mean --count?'),

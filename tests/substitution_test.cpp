@@ -37,7 +37,7 @@ TEST(Substitution, ChangesOnlyWhatWasMatched) {
       {"<p t=a>", "t", "a", "", "<p t=\"\">"},
       {"<p t=\"a\">", "t", "a", "\"'<&lt", "<p t=\"&quot;'<&amp;lt\">"},
       {"<p t='&copy;a&lt;'>", "t", "a", "b", "<p t='&copy;b&lt;'>"},
-      {"<p t='a&amp;b'>", "t", "&b", "&c", "<p t='a&c'>"},
+      {"<p t='a&amp;b'>", "t", "&b", "&c", "<p t='a&amp;c'>"},
       {"<p t='a&amp;b;'>", "t", "b", "lt", "<p t='a&amp;lt;'>"},
       {"<p t='&ltx;'>", "t", "x", "y", "<p t='&lty;'>"},
       {"<p t='&am1p;'>", "t", "1", "", "0: the result would be read otherwise than as asked"},

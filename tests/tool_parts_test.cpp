@@ -1,14 +1,12 @@
-// Parts of the tool that stand on their own: words, cells, texts, suggestions, composed changes, globs and folders.
+// Parts of the tool that stand on their own: words, cells, texts, suggestions, globs and folders.
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
 #include "args/arguments.h"
 #include "args/edit_script.h"
-#include "commands/composed_changes.h"
 #include "io/cells.h"
 #include "io/failure.h"
 #include "io/text.h"
@@ -104,44 +102,16 @@ TEST(Suggestion, IsTheNearestName) {
 
 // --- Composed changes ---
 
-// Replaces some random stretches.
-std::string changed(const std::string& text, std::mt19937& random, std::vector<qo::Change>& changes) {
-  std::string out;
-  std::size_t position = 0;
-  while (position < text.size() && random() % 4 != 0) {
-    const std::size_t begin = position + random() % 6, end = begin + random() % 4;
-    if (end > text.size()) break;
-    out += text.substr(position, begin - position);
-    const std::size_t fewest = begin == end ? 1 : 0;
-    const std::string put(fewest + random() % 3, static_cast<char>('A' + random() % 26));
-    changes.push_back({begin, end, out.size(), out.size() + put.size(), qo::Node()});
-    out += put;
-    position = end + 1 > text.size() ? end : end + 1;
-    out += text.substr(end, position - end);
+TEST(Text, IsSplitOutsideOfBracketsAndQuotes) {
+  const std::string text = R"(a[b=","],c:is(d,[e="(,"]),"f,",g\,h,i])";
+  std::vector<std::string> parts;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = cli::find_outside(text, ',', begin);
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
   }
-  return out + text.substr(position);
-}
-
-TEST(ComposedChanges, LeadAllTheWay) {
-  std::mt19937 random(7);
-  for (int round = 0; round < 5000; ++round) {
-    const std::string first = "abcdefghijklmnopqrstuvwxyz";
-    std::vector<qo::Change> one, two;
-    const std::string second = changed(first, random, one), third = changed(second, random, two);
-    std::string made;
-    std::size_t old_end = 0, new_end = 0;
-    for (const qo::Change& change : cli::composed(one, two)) {
-      ASSERT_LE(old_end, change.old_begin);
-      ASSERT_LE(change.old_begin, change.old_end);
-      ASSERT_LE(change.new_begin, change.new_end);
-      ASSERT_EQ(change.old_begin - old_end, change.new_begin - new_end);
-      made += first.substr(old_end, change.old_begin - old_end);
-      made += third.substr(change.new_begin, change.new_end - change.new_begin);
-      old_end = change.old_end;
-      new_end = change.new_end;
-    }
-    ASSERT_EQ(made + first.substr(old_end), third);
-  }
+  const std::vector<std::string> expected = {R"(a[b=","])", R"(c:is(d,[e="(,"]))", "\"f,\"", "g\\,h", "i]"};
+  EXPECT_EQ(parts, expected);
 }
 
 }  // namespace

@@ -24,12 +24,15 @@ struct Operation {
     // Of elements:
     set_attribute,       // name, value. In the quotes that are there; a new one after the last one
     set_bare_attribute,  // name. Without a value
-    remove_attribute,    // name
+    remove_attribute,    // name; a "*" after its first character is any text, "*" alone any name
     add_class,           // value: one token, added unless it is there whatever way a template takes
     remove_class,        // value: one token
+    add_token,           // name, value: what add_class is for "class", as for "rel"
+    remove_token,        // name, value
     rename,              // name: of both tags
     substitute_value,    // name, substitution: in the values of the attributes of that name
     substitute_text,  // substitution: in each text of the element, but for what text() leaves out
+    substitute_html,  // substitution: the same, by markup; groups go in as they are written
     unwrap,           // takes the tags away and leaves the content
     // Of elements that have content; the first two of comments, sections and texts as well:
     set_text,  // value
@@ -41,6 +44,10 @@ struct Operation {
     insert_after,   // value: markup, right after the node
     wrap,           // value: markup, whose innermost first element the node goes into
     replace,        // value: markup
+    move_before,    // target: a node outside, right in front of which it goes as it is written
+    move_after,     // target
+    move_into,      // target: an element that has content, at whose end it goes
+    remove_line,    // with the blanks and the line break of its lines, if nothing else is on them
     remove
   };
 
@@ -48,6 +55,7 @@ struct Operation {
   std::string name;                                         // of an attribute or element
   std::string value;                                        // plain text or markup
   std::optional<Substitution> substitution = std::nullopt;  // what is substituted by what
+  Node target = Node();                                     // where a node goes
 };
 
 // --- Each operation, with just what it uses ---
@@ -57,9 +65,12 @@ QO_PAGE_API Operation set_bare_attribute(std::string name);
 QO_PAGE_API Operation remove_attribute(std::string name);
 QO_PAGE_API Operation add_class(std::string token);
 QO_PAGE_API Operation remove_class(std::string token);
+QO_PAGE_API Operation add_token(std::string name, std::string token);
+QO_PAGE_API Operation remove_token(std::string name, std::string token);
 QO_PAGE_API Operation rename(std::string name);
 QO_PAGE_API Operation substitute_value(std::string name, Substitution substitution);
 QO_PAGE_API Operation substitute_text(Substitution substitution);
+QO_PAGE_API Operation substitute_html(Substitution substitution);
 QO_PAGE_API Operation unwrap();
 QO_PAGE_API Operation set_text(std::string text);
 QO_PAGE_API Operation set_html(std::string markup);
@@ -69,6 +80,10 @@ QO_PAGE_API Operation insert_before(std::string markup);
 QO_PAGE_API Operation insert_after(std::string markup);
 QO_PAGE_API Operation wrap(std::string markup);
 QO_PAGE_API Operation replace(std::string markup);
+QO_PAGE_API Operation move_before(Node target);
+QO_PAGE_API Operation move_after(Node target);
+QO_PAGE_API Operation move_into(Node target);
+QO_PAGE_API Operation remove_line();
 QO_PAGE_API Operation remove();
 
 // Throws Error when one operation wipes out what another one does, when a name or class is not one,
@@ -100,7 +115,7 @@ struct Change {
   std::size_t old_end;    // after it
   std::size_t new_begin;  // in the new source
   std::size_t new_end;    // after it
-  Node node;              // of the page, whose operations made the change
+  Node node;              // whose operations made the change; none where moves came after
 };
 
 // What Edits make of a page.
@@ -116,8 +131,9 @@ struct EditedPage {
 };
 
 // Collects operations on the nodes of one page, and makes the new source of them. Operations on
-// nodes within what another operation replaces or takes away have no effect. The page must outlive
-// the object, and may be moved.
+// nodes within what another operation replaces or takes away have no effect. Nodes move once all
+// else is done, those with one target in their order. The page must outlive the object, and may be
+// moved.
 class QO_PAGE_API Edits {
  public:
   // No operations yet.
@@ -140,9 +156,10 @@ class QO_PAGE_API Edits {
   // The new source. It was read again: tags, attributes and nesting of all that was not named are
   // as before, and what was named is as asked. Throws EditError where that cannot be: for a text
   // that ends its script, markup that opens what it does not close, operations from several calls
-  // that contradict each other, a node that holds a part of a block of template code, or an
-  // attribute to be set that is there only in one branch of such a block. Takes the time and memory
-  // of reading the new source. The page and this object stay as they are.
+  // that contradict each other, a node that holds a part of a block of template code, a node that
+  // goes into itself or into what moves as well, or an attribute to be set that is there only in
+  // one branch of such a block. Takes the time and memory of reading the new source. The page and
+  // this object stay as they are.
   EditedSource apply() const;
 
   // The same, as the page that was read to check it.

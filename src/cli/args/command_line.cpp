@@ -22,7 +22,17 @@ namespace cli {
 
 namespace {
 
+// What people call a subcommand as well.
+constexpr const char* other_names[][2] = {
+    {"grep", "select"},  {"find", "select"},    {"query", "select"}, {"sed", "edit"},
+    {"set", "edit"},     {"replace", "edit"},   {"remove", "edit"},  {"lint", "check"},
+    {"verify", "check"}, {"validate", "check"}, {"outline", "tree"}, {"unescape", "decode"}};
+
 const CommandRow& find_command(const std::string& name) {
+  for (const auto& [other, meant] : other_names) {
+    if (name != other) continue;
+    throw Failure("there is no subcommand " + quoted(name, 40) + "; did you mean " + meant + "?");
+  }
   std::vector<std::string> names;
   for (const CommandRow& row : command_table()) {
     if (name == row.name) return row;
@@ -114,7 +124,8 @@ void check_edit(Options& options) {
     options.edits = read_edit_script(options.script);
   } else {
     require(!options.operations.empty(), "nothing to do: give an operation, such as --text");
-    options.edits = {{options.selector, std::move(options.operations), std::string()}};
+    options.edits = {{options.selector, std::move(options.operations), std::move(options.targets),
+                      std::string()}};
   }
   for (const Edit& edit : options.edits) check_operations(edit);
   const bool reads_input = options.has_read_input || options.script == "-";

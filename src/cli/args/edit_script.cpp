@@ -26,7 +26,8 @@ Edit read_edit(std::string_view line) {
       read_arguments(split_words(line), options, is_operation).positional;
   if (words.size() != 1) throw Failure("a line is one selector with its operations");
   if (options.operations.empty()) throw Failure("nothing to do: give an operation, such as --text");
-  return {std::move(words[0]), std::move(options.operations), std::string()};
+  return {std::move(words[0]), std::move(options.operations), std::move(options.targets),
+          std::string()};
 }
 
 }  // namespace
@@ -78,7 +79,6 @@ std::vector<Edit> read_edit_script(const std::string& path) {
       throw Failure(origin + failure.what());
     }
   }
-  if (edits.empty()) throw Failure(script.name + ": there is no edit in it");
   return edits;
 }
 

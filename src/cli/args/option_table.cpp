@@ -55,7 +55,7 @@ void set_shape(Options& options, FormShape shape) {
 
 void append_list(std::vector<std::string>& list, const std::string& value) {
   for (std::size_t begin = 0; begin <= value.size();) {
-    const std::size_t end = std::min(value.find(',', begin), value.size());
+    const std::size_t end = find_outside(value, ',', begin);
     list.push_back(value.substr(begin, end - begin));
     begin = end + 1;
   }
@@ -112,6 +112,11 @@ void valued(Options& options, const Values& values) {
 }
 
 template <Kind kind>
+void named_and_valued(Options& options, const Values& values) {
+  options.operations.push_back({kind, values[0], values[1]});
+}
+
+template <Kind kind>
 void from_file(Options& options, const Values& values) {
   std::string text = read_input(values[0]).text;
   drop_byte_order_mark(text);
@@ -121,6 +126,12 @@ void from_file(Options& options, const Values& values) {
 
 template <Kind kind>
 void bare(Options& options, const Values&) {
+  options.operations.push_back({kind, std::string(), std::string()});
+}
+
+template <Kind kind>
+void moving(Options& options, const Values& values) {
+  options.targets.push_back({options.operations.size(), values[0]});
   options.operations.push_back({kind, std::string(), std::string()});
 }
 
@@ -141,6 +152,11 @@ void substitute_value(Options& options, const Values& values) {
 void substitute_text(Options& options, const Values& values) {
   options.operations.push_back({Kind::substitute_text, std::string(), std::string(),
                                 substitution("--sub-text", values[0], values[1])});
+}
+
+void substitute_html(Options& options, const Values& values) {
+  options.operations.push_back({Kind::substitute_html, std::string(), std::string(),
+                                substitution("--sub-html", values[0], values[1])});
 }
 
 void set_in_place(Options& options, const Values& values) {
@@ -174,7 +190,7 @@ const std::vector<OptionRow>& option_table() {
       {'a', "attribute", "NAME[,NAME]", false, "", in_select, Group::show,
        "Print values of each match, with tabs between them; may be repeated",
        "A _NAME_ is an attribute or one of *:text* *:html* *:inner* *:tag* *:line* *:column* *:start* *:end* *:file* and *:path*, a "
-       "selector that finds just this element. A match that has none of the attributes gives no line, unless one of "
+       "selector that finds just this element. *SEL@NAME* is that of the first match of a selector below: *h3@:text,a@href*. A match that has none of the attributes gives no line, unless one of "
        "the others is asked for. In a cell, a tab is printed as *\\\\t*, a line break as *\\\\n*, a backslash as *\\\\\\\\*. "
        "An attribute that no match has is told on standard error.",
        [](Options& o, const Values& v) { show(o, Show::columns); append_list(o.columns, v[0]); }},
@@ -249,7 +265,8 @@ const std::vector<OptionRow>& option_table() {
        "Quotes stay; a new attribute goes after the last one.", set_attribute},
       {'\0', "bare-attr", "NAME", false, "", in_edit, Group::operations, "Set an attribute without a value", "",
        named<Kind::set_bare_attribute>},
-      {'\0', "del-attr", "NAME", false, "", in_edit, Group::operations, "Remove an attribute", "",
+      {'\0', "del-attr", "NAME", false, "", in_edit, Group::operations, "Remove an attribute",
+       "In the _NAME_, a *\\** that is not at its start stands for any characters: *on\\**. A *\\** alone is every attribute.",
        named<Kind::remove_attribute>},
       {'\0', "sub-attr", "NAME REGEX REPLACEMENT", false, "", in_edit, Group::operations,
        "Substitute in an attribute's value",
@@ -259,6 +276,10 @@ const std::vector<OptionRow>& option_table() {
        substitute_value},
       {'\0', "add-class", "CLASS", false, "", in_edit, Group::operations, "Add a class", "", valued<Kind::add_class>},
       {'\0', "del-class", "CLASS", false, "", in_edit, Group::operations, "Remove a class", "", valued<Kind::remove_class>},
+      {'\0', "add-token", "NAME TOKEN", false, "", in_edit, Group::operations,
+       "Add a word to an attribute's list, as to rel", "As *--add-class* does to _class_.", named_and_valued<Kind::add_token>},
+      {'\0', "del-token", "NAME TOKEN", false, "", in_edit, Group::operations, "Remove a word from an attribute's list", "",
+       named_and_valued<Kind::remove_token>},
       {'\0', "rename", "NAME", false, "", in_edit, Group::operations, "Change the element's name", "In both tags.",
        named<Kind::rename>},
       {'\0', "text", "TEXT", false, "", in_edit, Group::operations, "Replace the content by text", "",
@@ -274,6 +295,10 @@ const std::vector<OptionRow>& option_table() {
        "In each of them alone: a match does not go over a tag. Scripts, styles and comments are left alone, unless they "
        "are the match.",
        substitute_text},
+      {'\0', "sub-html", "REGEX MARKUP", false, "", in_edit, Group::operations,
+       "Substitute in each text by markup, as a word by a tag",
+       "As *--sub-text* does; *$1* is the group as it is written.",
+       substitute_html},
       {'\0', "prepend", "MARKUP", false, "", in_edit, Group::operations, "Insert markup at the start of the content", "",
        valued<Kind::prepend>},
       {'\0', "prepend-file", "FILE", false, "", in_edit, Group::operations, "The same, from a file", "",
@@ -298,11 +323,20 @@ const std::vector<OptionRow>& option_table() {
        valued<Kind::replace>},
       {'\0', "replace-file", "FILE", false, "", in_edit, Group::operations, "The same, from a file", "",
        from_file<Kind::replace>},
+      {'\0', "move-before", "SEL", false, "", in_edit, Group::operations, "Move the element right in front of another one",
+       "_SEL_ has to find one element in the page. The element goes there as it is written; other operations are done to it first.",
+       moving<Kind::move_before>},
+      {'\0', "move-after", "SEL", false, "", in_edit, Group::operations, "Move it right after another one", "",
+       moving<Kind::move_after>},
+      {'\0', "move-into", "SEL", false, "", in_edit, Group::operations, "Move it to the end of another one's content", "",
+       moving<Kind::move_into>},
       {'\0', "remove", "", false, "", in_edit, Group::operations, "Remove the element", "", bare<Kind::remove>},
+      {'\0', "remove-line", "", false, "", in_edit, Group::operations,
+       "Remove the element, with its line where nothing else is on it", "", bare<Kind::remove_line>},
 
       {'f', "file", "FILE", false, "", in_edit, Group::own, "Take selectors and operations from a file",
-       "Each line is a _SEL_ with its operations, quoted as in a shell; each works on what the one before it gives. Empty lines, and "
-       "those that begin with \"# \", are skipped.",
+       "Each line is a _SEL_ with its operations, quoted as in a shell. All of them look at the page as it was; operations that contradict each other "
+       "are refused. Empty lines, and those that begin with \"# \", are skipped.",
        [](Options& o, const Values& v) { o.script = v[0]; }},
       {'i', "in-place", "SUFFIX", true, "", in_edit, Group::own, "Write the pages back",
        "A page that the edit does not change is not touched; links are followed and the mode stays. At every moment "
@@ -312,6 +346,8 @@ const std::vector<OptionRow>& option_table() {
        "_SUFFIX_, the old page stays under its name with _SUFFIX_ after it. A file with several names (hard links) has the new page "
        "under this one alone. Of several files, a last line on standard error tells how many were changed.",
        set_in_place},
+      {'1', "first", "", false, "", in_edit, Group::own, "Edit only the first match of each page", "",
+       [](Options& o, const Values&) { o.first_only = true; }},
       {'n', "diff", "", false, "", in_edit, Group::own, "Write nothing; show the changes as a diff", "",
        [](Options& o, const Values&) { o.show_diff = true; }},
 
@@ -345,7 +381,7 @@ const std::vector<OptionRow>& option_table() {
       {'\0', "host", "", false, "", with_host_selector | in_decode, Group::pages, "Read as a host process does, with the library",
        "Selectors and values are the library's then, and *decode* replaces what it replaces.",
        [](Options& o, const Values&) { o.host = true; }},
-      {'\0', "strict", "", false, "", with_host_selector, Group::pages, "With --host: refuse selectors that a hint would be given on", "",
+      {'\0', "strict", "", false, "", with_host_selector, Group::pages, "With --host: refuse selectors that do not mean what they look like", "",
        [](Options& o, const Values&) { o.strict = true; }},
       {'\0', "drop-comments", "", false, "", with_host_selector, Group::pages, "With --host: read pages without their comments", "",
        [](Options& o, const Values&) { o.drop_comments = true; }},

@@ -21,11 +21,18 @@ enum class Show { html, inner, text, columns, json, count, names, names_without,
 
 enum class FormShape { nested, pairs, urlencoded };
 
+// Where an operation moves a node to: what this selector finds in its page.
+struct MoveTarget {
+  std::size_t operation;  // its index
+  std::string selector;
+};
+
 // Some operations on what a selector finds.
 struct Edit {
   std::string selector;
   std::vector<qo::Operation> operations;  // in the order in which they were given
-  std::string origin;                     // for messages: "FILE:LINE: " where it comes from a file
+  std::vector<MoveTarget> targets;
+  std::string origin;  // for messages: "FILE:LINE: " where it comes from a file
 };
 
 // The members that belong to other commands keep their values.
@@ -65,9 +72,10 @@ struct Options : FileChoice {
 
   // --- What is changed ---
   std::vector<qo::Operation> operations;
-  bool has_read_input = false;  // standard input was something else than a page
-  std::string script;           // the file that the edits are in
-  std::vector<Edit> edits;      // of the script, or the one of the command line
+  std::vector<MoveTarget> targets;  // of these
+  bool has_read_input = false;      // standard input was something else than a page
+  std::string script;               // the file that the edits are in
+  std::vector<Edit> edits;          // of the script, or the one of the command line
   bool in_place = false;
   std::string backup_suffix;
   bool show_diff = false;

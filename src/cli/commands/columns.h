@@ -6,8 +6,11 @@
 #include <atomic>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include <qo_page/selector.h>
 
 #include "args/options.h"
 #include "commands/fields.h"
@@ -30,6 +33,8 @@ class Columns {
 
  private:
   struct Column {
+    std::string shown;                     // as it was given
+    std::optional<qo::Selector> selector;  // of the element below the match; none: the match itself
     std::string name;
     bool is_attribute;
   };

@@ -10,7 +10,6 @@
 #include <qo_page/selector.h>
 
 #include "commands/commands.h"
-#include "commands/composed_changes.h"
 #include "commands/unified_diff.h"
 #include "io/failure.h"
 #include "io/text.h"
@@ -21,21 +20,28 @@ namespace cli {
 
 namespace {
 
-// An edit whose selector was read.
+// An edit whose selectors were read.
 struct CompiledEdit {
+  const Edit& edit;
   qo::Selector selector;
-  const std::vector<qo::Operation>& operations;
-  const std::string& origin;
+  std::vector<qo::Selector> targets;  // of its moves
 };
+
+qo::Selector compile(const std::string& selector, const std::string& origin) {
+  try {
+    return qo::Selector(selector);
+  } catch (const qo::SelectorError& error) {
+    if (origin.empty()) throw;
+    throw Failure(origin + "selector: " + error.what());
+  }
+}
 
 std::vector<CompiledEdit> compile(const std::vector<Edit>& edits) {
   std::vector<CompiledEdit> compiled;
   for (const Edit& edit : edits) {
-    try {
-      compiled.push_back({qo::Selector(edit.selector), edit.operations, edit.origin});
-    } catch (const qo::SelectorError& error) {
-      if (edit.origin.empty()) throw;
-      throw Failure(edit.origin + "selector: " + error.what());
+    compiled.push_back({edit, compile(edit.selector, edit.origin), {}});
+    for (const MoveTarget& target : edit.targets) {
+      compiled.back().targets.push_back(compile(target.selector, edit.origin));
     }
   }
   return compiled;
@@ -77,34 +83,66 @@ class Editing {
     return edited.changes.empty() ? Found::nothing : Found::something;
   }
 
-  // Each edit works on what the one before it gives.
+  // All edits look at the page as it was.
   qo::EditedSource edited(const std::string& name, const qo::Page& page) const {
-    qo::EditedSource all = edited_once(name, page, edits_.front(), true);
-    for (std::size_t i = 1; i < edits_.size(); ++i) {
-      const qo::Page next(all.source, page.options());
-      qo::EditedSource step = edited_once(name, next, edits_[i], false);
-      if (step.changes.empty()) continue;
-      all = {std::move(step.source), composed(all.changes, step.changes)};
+    std::vector<std::vector<qo::Node>> matches;
+    qo::Edits edits(page);
+    bool found = false;
+    for (const CompiledEdit& edit : edits_) {
+      matches.push_back(page.select(edit.selector));
+      std::vector<qo::Node>& nodes = matches.back();
+      if (options_.first_only && nodes.size() > 1) nodes.resize(1);
+      if (nodes.empty()) continue;
+      found = true;
+      try {
+        edits.add(nodes, operations(page, edit));
+      } catch (const qo::Error& error) {
+        // What no node can be given is told of the first.
+        const bool has_place = error.place() == qo::Error::Place::source;
+        const std::size_t offset = has_place ? error.offset() : nodes.front().extent().begin;
+        refuse(name, page, offset, edit.edit.origin, error.what());
+      }
     }
-    return all;
+    if (!found) return {page.source(), {}};
+    try {
+      return edits.apply();
+    } catch (const qo::EditError& error) {
+      refuse(name, page, error.offset(), origins_of(error.node(), matches), error.what());
+    }
   }
 
-  static qo::EditedSource edited_once(const std::string& name, const qo::Page& page,
-                                      const CompiledEdit& edit, bool is_first) {
-    const std::vector<qo::Node> matches = page.select(edit.selector);
-    if (matches.empty()) return {page.source(), {}};
-    try {
-      qo::Edits edits(page);
-      edits.add(matches, edit.operations);
-      return edits.apply();
-    } catch (const qo::Error& error) {
-      // An operation that fits no node is reported at the first match. The text between two edits
-      // of a script has no place that the user could see.
-      const bool has_place = error.place() == qo::Error::Place::source;
-      const std::size_t offset = has_place ? error.offset() : matches.front().extent().begin;
-      const std::string place = is_first ? ":" + place_of(page.source(), offset) : "";
-      throw Failure(name + place + ": " + edit.origin + "refused: " + error.what());
+  // Those of an edit, with the places to move to.
+  static std::vector<qo::Operation> operations(const qo::Page& page, const CompiledEdit& edit) {
+    std::vector<qo::Operation> operations = edit.edit.operations;
+    for (std::size_t i = 0; i < edit.targets.size(); ++i) {
+      const MoveTarget& target = edit.edit.targets[i];
+      const std::vector<qo::Node> found = page.select(edit.targets[i]);
+      if (found.size() != 1) {
+        throw qo::Error("the place to move to has to be one element: " +
+                            quoted(target.selector, 40) + " finds " + std::to_string(found.size()),
+                        0, qo::Error::Place::operations);
+      }
+      operations[target.operation].target = found.front();
     }
+    return operations;
+  }
+
+  // The lines of a script that name a node, or else the innermost one around it that some name.
+  std::string origins_of(qo::Node node, const std::vector<std::vector<qo::Node>>& matches) const {
+    std::string origins;
+    for (; node && origins.empty(); node = node.parent()) {
+      for (std::size_t i = 0; i < edits_.size(); ++i) {
+        const bool is_named =
+            std::find(matches[i].begin(), matches[i].end(), node) != matches[i].end();
+        if (is_named) origins += edits_[i].edit.origin;
+      }
+    }
+    return origins;
+  }
+
+  [[noreturn]] static void refuse(const std::string& name, const qo::Page& page, std::size_t offset,
+                                  const std::string& origin, const std::string& why) {
+    throw Failure(name + ":" + place_of(page.source(), offset) + ": " + origin + "refused: " + why);
   }
 
   void write_back(const Input& input, const std::string& old_text, const std::string& text) {

@@ -37,6 +37,11 @@ class FieldWriter {
     return matches_.attribute(match, name, buffer_);
   }
 
+  // As of Matches.
+  std::optional<std::size_t> below(std::size_t match, const qo::Selector& selector) {
+    return matches_.below(match, selector);
+  }
+
  private:
   friend struct FieldValues;
 

@@ -41,7 +41,9 @@ class Selecting {
   int run() {
     const int status = session_.run([this](Input& input, Output& out) { return page(input, out); });
     for (const std::string& name : columns_.missing()) {
-      complain("no match has an attribute " + quoted(name, 60));
+      const bool is_near = is_field(name);
+      complain("no match has an attribute " + quoted(name, 60) +
+               (is_near ? "; did you mean " + quoted(":" + name, 60) + "?" : ""));
     }
     return status;
   }

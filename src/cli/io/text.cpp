@@ -109,4 +109,26 @@ bool is_blank(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return is_blank(c); });
 }
 
+std::size_t find_outside(std::string_view text, char wanted, std::size_t begin) {
+  std::string closers;
+  for (std::size_t i = begin; i < text.size(); ++i) {
+    const char c = text[i];
+    const bool in_quotes = !closers.empty() && (closers.back() == '"' || closers.back() == '\'');
+    if (c == '\\') {
+      ++i;
+    } else if (!closers.empty() && c == closers.back()) {
+      closers.pop_back();
+    } else if (in_quotes) {
+      continue;
+    } else if (c == wanted && closers.empty()) {
+      return i;
+    } else if (c == '"' || c == '\'') {
+      closers += c;
+    } else if (c == '[' || c == '(') {
+      closers += c == '[' ? ']' : ')';
+    }
+  }
+  return text.size();
+}
+
 }  // namespace cli

@@ -38,6 +38,10 @@ std::string lower(std::string_view text);
 bool is_blank(char c);
 bool is_blank(std::string_view text);
 
+// The offset of a character that is in no brackets, quotes or escape, from `begin` on; the length
+// of the text where there is none.
+std::size_t find_outside(std::string_view text, char wanted, std::size_t begin);
+
 }  // namespace cli
 
 #endif

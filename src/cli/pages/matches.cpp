@@ -21,5 +21,8 @@ qo::Position Matches::position(std::size_t /*match*/) {
 std::string Matches::path(std::size_t /*match*/) {
   fail();
 }
+std::optional<std::size_t> Matches::below(std::size_t /*match*/, const qo::Selector& /*selector*/) {
+  throw Failure("the library's selectors find no columns");
+}
 
 }  // namespace cli

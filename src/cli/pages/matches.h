@@ -11,6 +11,7 @@
 
 #include <qo_page/line_index.h>
 #include <qo_page/range.h>
+#include <qo_page/selector.h>
 
 #include "io/json_text.h"
 
@@ -44,6 +45,10 @@ class Matches {
   virtual qo::Range range(std::size_t match) const;
   virtual qo::Position position(std::size_t match);
   virtual std::string path(std::size_t match);
+
+  // The first match of a selector below a match, which can be asked like one until the next call;
+  // nothing when there is none.
+  virtual std::optional<std::size_t> below(std::size_t match, const qo::Selector& selector);
 };
 
 // Makes an object of attributes.

@@ -8,7 +8,10 @@ namespace cli {
 
 OwnMatches::OwnMatches(qo::Page page, const qo::Selector& selector, std::size_t most,
                        qo::TextForm form)
-    : page_(std::move(page)), nodes_(page_.select(selector, most)), form_(form) {}
+    : page_(std::move(page)),
+      nodes_(page_.select(selector, most)),
+      size_(nodes_.size()),
+      form_(form) {}
 
 std::string_view OwnMatches::name(std::size_t match, std::string& /*buffer*/) const {
   const qo::Node node = nodes_[match];
@@ -65,6 +68,14 @@ std::string OwnMatches::path(std::size_t match) {
   if (!nodes_[match].is_element()) return std::string();
   if (!paths_) paths_.emplace(page_);
   return paths_->path(nodes_[match]);
+}
+
+std::optional<std::size_t> OwnMatches::below(std::size_t match, const qo::Selector& selector) {
+  const std::vector<qo::Node> found = selector.select(nodes_[match], 1);
+  if (found.empty()) return std::nullopt;
+  nodes_.resize(size_);
+  nodes_.push_back(found.front());
+  return size_;
 }
 
 }  // namespace cli

@@ -18,7 +18,7 @@ class OwnMatches final : public Matches {
   // The first `most`. Texts and values are given in `form`.
   OwnMatches(qo::Page page, const qo::Selector& selector, std::size_t most, qo::TextForm form);
 
-  std::size_t size() const override { return nodes_.size(); }
+  std::size_t size() const override { return size_; }
   std::string_view name(std::size_t match, std::string& buffer) const override;
   std::string_view html(std::size_t match, std::string& buffer) const override;
   std::string_view inner_html(std::size_t match, std::string& buffer) const override;
@@ -29,10 +29,12 @@ class OwnMatches final : public Matches {
   qo::Range range(std::size_t match) const override;
   qo::Position position(std::size_t match) override;
   std::string path(std::size_t match) override;
+  std::optional<std::size_t> below(std::size_t match, const qo::Selector& selector) override;
 
  private:
   qo::Page page_;
-  std::vector<qo::Node> nodes_;
+  std::vector<qo::Node> nodes_;  // after the matches, one that was found below one of them
+  std::size_t size_;
   qo::TextForm form_;
 
   // Made when they are first asked.

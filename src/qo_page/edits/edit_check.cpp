@@ -8,6 +8,7 @@
 #include <qo_page/edits/new_places.h>
 #include <qo_page/tokenizer/tokenizer.h>
 #include <qo_page/tree/content_model.h>
+#include <qo_page/tree/node_access.h>
 #include <qo_page/tree/tree_walk.h>
 
 namespace qo {
@@ -178,9 +179,11 @@ class EditCheck {
     const bool is_open = before.content_end == before.end && node.has_content;
     if (node.begin != wanted.begin) return;
     if (node.end > wanted.end && is_open) {
-      const bool is_beside = std::any_of(
-          written_.insertions.begin(), written_.insertions.end(),
-          [&wanted](const Insertion& insertion) { return insertion.begin == wanted.end; });
+      const Node itself = NodeAccess::node(old_, old_node);
+      const bool is_beside =
+          std::any_of(written_.changes.begin(), written_.changes.end(), [&](const Change& change) {
+            return change.new_begin == wanted.end && change.node == itself;
+          });
       throw Error(named(old_, old_node) +
                       " has no end tag: what comes after it would become a part of it" +
                       (is_beside ? "; append does that" : ""),

@@ -42,14 +42,15 @@ bool is_only_in_front(const NodeEdits& edits) {
 }
 
 bool keeps_tags(const NodeEdits& edits) {
-  return are_all(edits, {Kind::insert_before, Kind::insert_after, Kind::prepend, Kind::append,
-                         Kind::set_text, Kind::set_html, Kind::wrap, Kind::replace, Kind::remove});
+  return are_all(
+      edits, {Kind::insert_before, Kind::insert_after, Kind::prepend, Kind::append, Kind::set_text,
+              Kind::set_html, Kind::wrap, Kind::replace, Kind::remove, Kind::remove_line});
 }
 
 bool is_only_on_attributes(const NodeEdits& edits) {
-  return are_all(
-      edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
-              Kind::remove_attribute, Kind::add_class, Kind::remove_class, Kind::substitute_value});
+  return are_all(edits, {Kind::insert_before, Kind::set_attribute, Kind::set_bare_attribute,
+                         Kind::remove_attribute, Kind::add_class, Kind::remove_class,
+                         Kind::add_token, Kind::remove_token, Kind::substitute_value});
 }
 
 // An element with "/>" and an end tag of its own ends at that tag for author and browser.
@@ -148,8 +149,8 @@ void EditGuard::check_blocks(const NodeEdits& edits) {
   const NodeRecord& node = tree_[edits.node];
   const Extent extent = tree_.extent(edits.node);
   const bool is_open = node.has_content && extent.content_end == extent.end;
-  const bool on_whole = edits.find({Kind::remove, Kind::replace, Kind::rename, Kind::unwrap,
-                                    Kind::wrap}) != nullptr ||
+  const bool on_whole = edits.find({Kind::remove, Kind::remove_line, Kind::replace, Kind::rename,
+                                    Kind::unwrap, Kind::wrap}) != nullptr ||
                         (is_open && edits.find({Kind::append, Kind::insert_after}) != nullptr);
   const bool on_content = edits.find({Kind::set_text, Kind::set_html}) != nullptr;
   if (!on_whole && !on_content) return;

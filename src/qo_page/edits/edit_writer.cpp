@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <qo_page/edits/edit_error.h>
+#include <qo_page/edits/own_line.h>
 #include <qo_page/edits/substituter.h>
 #include <qo_page/edits/tag_edit.h>
 #include <qo_page/text/escape.h>
@@ -15,7 +17,7 @@ namespace {
 using Kind = Operation::Kind;
 
 bool is_replaced(const NodeEdits& edits) {
-  return edits.find({Kind::replace, Kind::remove}) != nullptr;
+  return edits.find({Kind::replace, Kind::remove, Kind::remove_line}) != nullptr;
 }
 
 // Markup that is put in front of what is there already comes first.
@@ -104,10 +106,11 @@ const NodeEdits* EditWriter::edits_of(NodeIndex node) {
 }
 
 void EditWriter::enter(NodeIndex node, const NodeEdits& edits) {
-  copy_until(tree_[node].begin);
+  const Range taken = taken_range(node, edits);
+  copy_until(taken.begin);
   const std::size_t first_half = write_before(edits);
   if (is_replaced(edits)) {
-    write_replaced(node, edits);
+    write_replaced(node, edits, taken.end);
     return write_after(edits, first_half);
   }
   const std::size_t begin = written_.source.size();
@@ -124,7 +127,7 @@ void EditWriter::enter_text(NodeIndex node, const NodeEdits& edits) {
   copy_until(tree_[node].begin);
   const std::size_t first_half = write_before(edits);
   if (is_replaced(edits)) {
-    write_replaced(node, edits);
+    write_replaced(node, edits, tree_[node].end);
   } else {
     if (!write_content(node, edits)) write_substituted(node, edits);
     copy_until(tree_[node].end);
@@ -134,6 +137,7 @@ void EditWriter::enter_text(NodeIndex node, const NodeEdits& edits) {
 
 // Of several substitutions, each works on what the one before it gives.
 void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
+  if (edits.find({Kind::substitute_html}) != nullptr) return write_marked(node, edits);
   const auto kind = is_literal(tree_, node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
   const std::string_view old_text = written_text(tree_, node);
   const auto begin = static_cast<std::size_t>(old_text.data() - source_.data());
@@ -147,18 +151,50 @@ void EditWriter::write_substituted(NodeIndex node, const NodeEdits& edits) {
     splices = substituter.splices({text, kind, 0, *tree_.dialect});
     text = spliced(text, splices);
   }
-  constexpr char substituted[] = "what is substituted";
   if (count > 1) {
     const Common common = in_common(old_text, text);
     const Range range{begin + common.begin, begin + old_text.size() - common.end};
-    guard_.check_uncut(range, substituted, range.begin);
+    guard_.check_uncut(range, "what is substituted", range.begin);
     return insert_until(begin + old_text.size(), text, true);
   }
+  write_splices(begin, splices, true);
+}
+
+// All of them work on the text as it was: what one puts in is no text for the others.
+void EditWriter::write_marked(NodeIndex node, const NodeEdits& edits) {
+  const bool is_markup = tree_[node].kind == NodeKind::text &&
+                         content_model(tree_[tree_[node].parent]) == ContentModel::data;
+  const std::string_view text = written_text(tree_, node);
+  const auto kind = is_literal(tree_, node) ? WrittenText::Kind::literal : WrittenText::Kind::text;
+  std::vector<Splice> splices;
+  for (const Operation* operation : edits.operations) {
+    if (operation->kind != Kind::substitute_html) continue;
+    const Substituter substituter(*operation->substitution, budget_, tree_[node].begin);
+    for (Splice& splice : substituter.markup_splices({text, kind, 0, *tree_.dialect})) {
+      splices.push_back(std::move(splice));
+    }
+  }
+  if (splices.empty()) return;
+  if (!is_markup) {
+    const NodeIndex holder = tree_[node].kind == NodeKind::text ? tree_[node].parent : node;
+    throw Error("in " + named(tree_, holder) + ", markup is text", tree_[node].begin);
+  }
+  std::stable_sort(splices.begin(), splices.end(),
+                   [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
+  for (std::size_t i = 1; i < splices.size(); ++i) {
+    if (splices[i - 1].end <= splices[i].begin) continue;
+    throw Error("two expressions match the same text", tree_[node].begin);
+  }
+  write_splices(static_cast<std::size_t>(text.data() - source_.data()), splices, false);
+}
+
+void EditWriter::write_splices(std::size_t begin, const std::vector<Splice>& splices,
+                               bool is_text) {
   for (const Splice& splice : splices) {
     const Range range{begin + splice.begin, begin + splice.end};
-    guard_.check_uncut(range, substituted, range.begin);
+    guard_.check_uncut(range, "what is substituted", range.begin);
     copy_until(range.begin);
-    insert_until(range.end, splice.text, true);
+    insert_until(range.end, splice.text, is_text);
   }
 }
 
@@ -196,8 +232,23 @@ void EditWriter::leave_edited(NodeIndex node) {
   write_after(*open.edits, open.first_half);
 }
 
-void EditWriter::write_replaced(NodeIndex node, const NodeEdits& edits) {
-  insert_until(tree_[node].end, edits.find({Kind::replace, Kind::remove})->value);
+// A line is not the node's own when something else is put there or done to its blanks.
+Range EditWriter::taken_range(NodeIndex node, const NodeEdits& edits) const {
+  const Range own{tree_[node].begin, tree_[node].end};
+  const bool is_alone = edits.find({Kind::insert_before, Kind::insert_after}) == nullptr;
+  if (!is_alone || edits.find({Kind::remove_line}) == nullptr) return own;
+  const Range lines = own_lines(tree_, node);
+  const NodeIndex next = tree_.next_sibling(node);
+  const bool is_next_edited =
+      next != no_node && tree_[next].begin < lines.end &&
+      std::binary_search(edits_.begin(), edits_.end(), NodeEdits{next, {}},
+                         [](const NodeEdits& a, const NodeEdits& b) { return a.node < b.node; });
+  return is_next_edited || lines.begin < position_ ? own : lines;
+}
+
+void EditWriter::write_replaced(NodeIndex node, const NodeEdits& edits, std::size_t end) {
+  const Operation& operation = *edits.find({Kind::replace, Kind::remove, Kind::remove_line});
+  insert_until(end, operation.value);
   written_.gone.push_back({node, tree_[node].subtree_end});
   walk_.skip_children();
 }

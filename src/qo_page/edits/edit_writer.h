@@ -14,6 +14,7 @@
 #include <qo_page/edits/edit_guard.h>
 #include <qo_page/edits/node_edits.h>
 #include <qo_page/edits/seam_check.h>
+#include <qo_page/edits/substituter.h>
 #include <qo_page/template/template_code.h>
 #include <qo_page/tree/tree_walk.h>
 
@@ -88,10 +89,13 @@ class EditWriter {
   void enter(NodeIndex node, const NodeEdits& edits);
   void enter_text(NodeIndex node, const NodeEdits& edits);
   void write_substituted(NodeIndex node, const NodeEdits& edits);
+  void write_marked(NodeIndex node, const NodeEdits& edits);
+  void write_splices(std::size_t begin, const std::vector<Splice>& splices, bool is_text);
   void leave(NodeIndex node);
   void leave_edited(NodeIndex node);
   void keep_open_end(NodeIndex node);
-  void write_replaced(NodeIndex node, const NodeEdits& edits);
+  Range taken_range(NodeIndex node, const NodeEdits& edits) const;
+  void write_replaced(NodeIndex node, const NodeEdits& edits, std::size_t end);
   void write_start_tag(NodeIndex node, const NodeEdits& edits);
   bool write_content(NodeIndex node, const NodeEdits& edits);
   void write_end_tag(NodeIndex node, const NodeEdits& edits);

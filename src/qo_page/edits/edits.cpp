@@ -7,9 +7,11 @@
 #include <utility>
 
 #include <qo_page/edits/balance.h>
+#include <qo_page/edits/composed_changes.h>
 #include <qo_page/edits/edit_check.h>
 #include <qo_page/edits/edit_writer.h>
 #include <qo_page/edits/encoding.h>
+#include <qo_page/edits/moves.h>
 #include <qo_page/edits/operations.h>
 #include <qo_page/text/node_text.h>
 #include <qo_page/tree/node_access.h>
@@ -71,7 +73,67 @@ std::vector<NodeIndex> texts_of(const Tree& tree, std::vector<NodeIndex> nodes) 
 }
 
 bool is_for_texts(const Operation& operation) {
-  return operation.kind == Operation::Kind::substitute_text;
+  return operation.kind == Operation::Kind::substitute_text ||
+         operation.kind == Operation::Kind::substitute_html;
+}
+
+// The innermost edited node that a place of the source is in, or the one before it.
+Node node_at(const Tree& tree, const std::vector<NodeEdits>& edits, std::size_t offset) {
+  const auto after = std::upper_bound(edits.begin(), edits.end(), offset,
+                                      [&tree](std::size_t wanted, const NodeEdits& there) {
+                                        return wanted < tree[there.node].begin;
+                                      });
+  const auto found = after == edits.begin() ? after : std::prev(after);
+  return found == edits.end() ? Node() : NodeAccess::node(tree, found->node);
+}
+
+// Calls `make`, whose errors get the node that they are about.
+template <class Make>
+std::unique_ptr<Tree> with_node(const Tree& tree, const std::vector<NodeEdits>& edits, Make make) {
+  try {
+    return make();
+  } catch (const EditError&) {
+    throw;
+  } catch (const Error& error) {
+    throw EditError(error.what(), error.offset(), node_at(tree, edits, error.offset()));
+  }
+}
+
+// Reads what was written; the index is left out where nothing changed, unless it is needed.
+std::unique_ptr<Tree> checked(WrittenEdit& written, const Tree& tree, bool needs_index) {
+  const bool is_changed = !written.changes.empty();
+  auto new_tree = std::make_unique<Tree>();
+  new_tree->source = std::move(written.source);
+  new_tree->options = tree.options;
+  new_tree->dialect = tree.dialect;
+  if (is_changed || needs_index) TreeBuilder(*new_tree).build();
+  if (is_changed) {
+    check_edit(written, tree, *new_tree);
+    check_balance(written, tree, *new_tree);
+  }
+  return new_tree;
+}
+
+std::unique_ptr<Tree> edited(const Tree& tree, const std::vector<NodeEdits>& edits,
+                             bool needs_index, WrittenEdit& written) {
+  return with_node(tree, edits, [&] {
+    written = EditWriter(tree, edits).write();
+    check_encoding(written, tree);
+    return checked(written, tree, needs_index);
+  });
+}
+
+// What moves is in the encoding of its page.
+std::unique_ptr<Tree> moved(const Tree& tree, const std::vector<Move>& moves,
+                            std::vector<Change>& changes) {
+  const MoveEdits edits(tree, moves);
+  return with_node(tree, edits.edits(), [&] {
+    WrittenEdit written = EditWriter(tree, edits.edits()).write();
+    std::unique_ptr<Tree> new_tree = checked(written, tree, true);
+    edits.check(written, *new_tree);
+    if (new_tree->source != tree.source) changes = std::move(written.changes);
+    return new_tree;
+  });
 }
 
 }  // namespace
@@ -89,41 +151,33 @@ struct Edits::State {
     for (const NodeIndex node : nodes) uses.push_back({node, batch});
   }
 
-  // The innermost edited node that a place of the source is in, or the one before it.
-  Node node_at(const std::vector<NodeEdits>& edits, std::size_t offset) const {
-    const auto after = std::upper_bound(edits.begin(), edits.end(), offset,
-                                        [this](std::size_t wanted, const NodeEdits& there) {
-                                          return wanted < tree[there.node].begin;
-                                        });
-    const auto found = after == edits.begin() ? after : std::prev(after);
-    return found == edits.end() ? Node() : NodeAccess::node(tree, found->node);
-  }
-
   // The new page and what makes it differ from the old one. Without changes, the index is left out
   // unless it is needed.
   std::unique_ptr<Tree> make(std::vector<Change>& changes, bool needs_index) const {
-    const std::vector<NodeEdits> edits = by_node(uses, batches, tree);
-    EditWriter writer(tree, edits);
+    std::vector<NodeEdits> edits = by_node(uses, batches, tree);
+    const std::vector<Move> moves = take_moves(edits, tree);
+    if (moves.empty()) return made(edits, needs_index, changes);
+    if (edits.empty()) return moved(tree, moves, changes);
+    WrittenEdit written;
+    const std::unique_ptr<Tree> between = edited(tree, edits, true, written);
     try {
-      WrittenEdit written = writer.write();
-      check_encoding(written, tree);
-      const bool is_changed = !written.changes.empty();
-      auto new_tree = std::make_unique<Tree>();
-      new_tree->source = std::move(written.source);
-      new_tree->options = tree.options;
-      new_tree->dialect = tree.dialect;
-      if (is_changed || needs_index) TreeBuilder(*new_tree).build();
-      if (is_changed) {
-        check_edit(written, tree, *new_tree);
-        check_balance(written, tree, *new_tree);
-      }
-      changes = std::move(written.changes);
-      return new_tree;
-    } catch (const EditError&) {
-      throw;
+      const std::vector<Move> next = moves_in(*between, moves, written, tree);
+      std::unique_ptr<Tree> last = moved(*between, next, changes);
+      changes = composed(written.changes, changes);
+      return last;
     } catch (const Error& error) {
-      throw EditError(error.what(), error.offset(), node_at(edits, error.offset()));
+      // A place of the page between is none that anybody knows.
+      const NodeIndex node = moves.front().node;
+      throw EditError(error.what(), tree[node].begin, NodeAccess::node(tree, node));
     }
+  }
+
+  std::unique_ptr<Tree> made(const std::vector<NodeEdits>& edits, bool needs_index,
+                             std::vector<Change>& changes) const {
+    WrittenEdit written;
+    std::unique_ptr<Tree> new_tree = edited(tree, edits, needs_index, written);
+    changes = std::move(written.changes);
+    return new_tree;
   }
 };
 

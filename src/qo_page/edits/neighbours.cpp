@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <qo_page/base/words.h>
+#include <qo_page/edits/attribute_names.h>
 #include <qo_page/edits/edit_error.h>
 
 namespace qo {
@@ -65,8 +66,8 @@ std::string_view operator_in_front(const Tree& tree, NodeIndex element) {
 
 // {a && <b>c</b>} needs an element, and just one.
 void check_operand(const Tree& tree, const NodeEdits& edits) {
-  if (edits.find({Kind::remove, Kind::unwrap, Kind::insert_before, Kind::insert_after}) ==
-      nullptr) {
+  if (edits.find({Kind::remove, Kind::remove_line, Kind::unwrap, Kind::insert_before,
+                  Kind::insert_after}) == nullptr) {
     return;
   }
   const std::string_view operator_before = operator_in_front(tree, edits.node);
@@ -129,13 +130,13 @@ bool decides_on_next(const Tree& tree, NodeIndex element) {
 bool takes_condition(const Operation* operation) {
   return (operation->kind == Kind::remove_attribute ||
           operation->kind == Kind::set_bare_attribute) &&
-         (operation->name == "v-if" || operation->name == "v-else-if");
+         (is_named("v-if", operation->name) || is_named("v-else-if", operation->name));
 }
 
 void check_branches(const Tree& tree, const NodeEdits& edits) {
   const NodeIndex node = edits.node;
-  const bool is_taken = edits.find({Kind::remove, Kind::unwrap, Kind::wrap, Kind::replace,
-                                    Kind::insert_after}) != nullptr;
+  const bool is_taken = edits.find({Kind::remove, Kind::remove_line, Kind::unwrap, Kind::wrap,
+                                    Kind::replace, Kind::insert_after}) != nullptr;
   const bool is_parted = edits.find({Kind::insert_before, Kind::wrap, Kind::unwrap}) != nullptr;
   const bool is_unconditioned =
       std::any_of(edits.operations.begin(), edits.operations.end(), takes_condition);

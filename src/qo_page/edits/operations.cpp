@@ -24,6 +24,8 @@ enum Part : unsigned {
   around = 1u << 4,   // adds to what is around the node
   whole = 1u << 5,    // takes the node away
   texts = 1u << 6,    // changes texts within it
+  marked = 1u << 7,   // puts markup into these
+  place = 1u << 8,    // takes the node elsewhere
 };
 
 // The fields that an operation uses.
@@ -32,7 +34,8 @@ enum Field : unsigned {
   name_field = 1u << 0,
   value_field = 1u << 1,
   substitution_field = 1u << 2,
-  text_field = 1u << 3 | value_field  // plain text
+  text_field = 1u << 3 | value_field,  // plain text
+  target_field = 1u << 4
 };
 
 struct KindRow {
@@ -48,9 +51,12 @@ constexpr KindRow kind_rows[] = {
     {"remove an attribute", tags, name_field},
     {"add a class", tags, text_field},
     {"remove a class", tags, value_field},
+    {"add a token", tags, name_field | text_field},
+    {"remove a token", tags, name_field | value_field},
     {"rename", tags, name_field},
     {"substitute in a value", tags, name_field | substitution_field},
     {"substitute in texts", texts, substitution_field},
+    {"substitute by markup", marked, substitution_field},
     {"unwrap", bare, no_field},
     {"set the text", content, text_field},
     {"set the markup", content, value_field},
@@ -60,6 +66,10 @@ constexpr KindRow kind_rows[] = {
     {"insert after", Part(), value_field},
     {"wrap", around, value_field},
     {"replace", whole, value_field},
+    {"move", place, target_field},
+    {"move", place, target_field},
+    {"move", place, target_field},
+    {"remove", whole, no_field},
     {"remove", whole, no_field},
 };
 
@@ -68,9 +78,15 @@ const KindRow& row_of(Kind kind) {
 }
 
 // Parts that cannot both be worked on, whatever the order.
-constexpr unsigned excluded[][2] = {
-    {tags, bare | whole}, {bare, whole},  {content, content | whole}, {inside, whole},
-    {around, whole},      {whole, whole}, {texts, content | whole}};
+constexpr unsigned excluded[][2] = {{tags, bare | whole},
+                                    {bare, whole},
+                                    {content, content | whole},
+                                    {inside, whole},
+                                    {around, whole},
+                                    {whole, whole},
+                                    {texts | marked, content | whole},
+                                    {texts, marked},
+                                    {place, bare | whole | around | place}};
 
 bool contradict(const Operation& first, const Operation& second) {
   const unsigned a = row_of(first.kind).part;
@@ -109,19 +125,27 @@ void check_fields(const Operation& operation, std::size_t index) {
   if (!is_used(substitution_field) && operation.substitution) fail(" takes no substitution");
   if (!is_used(name_field) && !operation.name.empty()) fail(" takes no name");
   if (!is_used(value_field) && !operation.value.empty()) fail(" takes no value");
+  if (!is_used(target_field) && operation.target) fail(" takes no target");
 }
 
 void check_names(const Operation& operation, std::size_t index) {
   const auto fail = [index](const std::string& message) {
     throw Error(message, index, Error::Place::operations);
   };
+  const auto check_attribute = [&] {
+    if (!is_attribute_name(operation.name)) fail(quoted(operation.name) + " is no attribute name");
+  };
   switch (operation.kind) {
     case Kind::set_attribute:
     case Kind::set_bare_attribute:
     case Kind::remove_attribute:
     case Kind::substitute_value:
-      if (is_attribute_name(operation.name)) return;
-      return fail(quoted(operation.name) + " is no attribute name");
+      return check_attribute();
+    case Kind::add_token:
+    case Kind::remove_token:
+      check_attribute();
+      if (is_class(operation.value)) return;
+      return fail(quoted(operation.value) + " is not one token");
     case Kind::add_class:
     case Kind::remove_class:
       if (is_class(operation.value)) return;
@@ -131,6 +155,26 @@ void check_names(const Operation& operation, std::size_t index) {
       return fail(quoted(operation.name) + " is no name of an element");
     default:
       return;
+  }
+}
+
+// A node goes outside of itself, and texts are no nodes that could be told from those beside them.
+void check_target(const Operation& operation, const Tree& tree, NodeIndex index) {
+  const auto fail = [&](const std::string& message) {
+    throw EditError(message, tree[index].begin, NodeAccess::node(tree, index));
+  };
+  const NodeIndex target = NodeAccess::index_in(tree, operation.target);
+  const NodeRecord& there = tree[target];
+  const bool goes_in = operation.kind == Kind::move_into;
+  if (tree[index].kind == NodeKind::text) fail("a text cannot be moved alone");
+  if (there.kind == NodeKind::text) fail("a text is no place to move to");
+  if (target == document_index) fail("the document is no place to move to");
+  if (index <= target && target < tree[index].subtree_end) {
+    fail(named(tree, index) + " cannot be moved " +
+         (index == target && !goes_in ? "beside" : "into") + " itself");
+  }
+  if (goes_in && !(there.kind == NodeKind::element && there.has_content)) {
+    fail(named(tree, target) + " has no content to move to");
   }
 }
 
@@ -160,7 +204,8 @@ void check_has_no_code(const std::vector<Operation>& operations, const PageOptio
   for (std::size_t i = 0; i < operations.size(); ++i) {
     const Operation& operation = operations[i];
     const bool is_text = (row_of(operation.kind).fields & text_field) == text_field;
-    if (!is_text && !operation.substitution) continue;
+    const bool is_markup = operation.kind == Kind::substitute_html;
+    if (!is_text && (!operation.substitution || is_markup)) continue;
     const std::string_view value =
         operation.substitution ? operation.substitution->replacement() : operation.value;
     for (const std::string_view mark : code_openers) {
@@ -183,7 +228,8 @@ void check_fits(const Operation& operation, const Tree& tree, NodeIndex index) {
   if ((part & (tags | bare)) != 0 && node.kind != NodeKind::element) {
     fail("only elements have tags to edit");
   }
-  if ((part & texts) != 0 || (part & (bare | content | inside)) == 0 ||
+  if (part == place) return check_target(operation, tree, index);
+  if ((part & (texts | marked)) != 0 || (part & (bare | content | inside)) == 0 ||
       ((part & content) != 0 && is_section)) {
     return;
   }
@@ -208,6 +254,12 @@ Operation add_class(std::string token) {
 Operation remove_class(std::string token) {
   return {Kind::remove_class, {}, std::move(token), std::nullopt};
 }
+Operation add_token(std::string name, std::string token) {
+  return {Kind::add_token, std::move(name), std::move(token), std::nullopt};
+}
+Operation remove_token(std::string name, std::string token) {
+  return {Kind::remove_token, std::move(name), std::move(token), std::nullopt};
+}
 Operation rename(std::string name) {
   return {Kind::rename, std::move(name), {}, std::nullopt};
 }
@@ -216,6 +268,9 @@ Operation substitute_value(std::string name, Substitution substitution) {
 }
 Operation substitute_text(Substitution substitution) {
   return {Kind::substitute_text, {}, {}, std::move(substitution)};
+}
+Operation substitute_html(Substitution substitution) {
+  return {Kind::substitute_html, {}, {}, std::move(substitution)};
 }
 Operation unwrap() {
   return {Kind::unwrap, {}, {}, std::nullopt};
@@ -243,6 +298,18 @@ Operation wrap(std::string markup) {
 }
 Operation replace(std::string markup) {
   return {Kind::replace, {}, std::move(markup), std::nullopt};
+}
+Operation move_before(Node target) {
+  return {Kind::move_before, {}, {}, std::nullopt, target};
+}
+Operation move_after(Node target) {
+  return {Kind::move_after, {}, {}, std::nullopt, target};
+}
+Operation move_into(Node target) {
+  return {Kind::move_into, {}, {}, std::nullopt, target};
+}
+Operation remove_line() {
+  return {Kind::remove_line, {}, {}, std::nullopt};
 }
 Operation remove() {
   return {Kind::remove, {}, {}, std::nullopt};

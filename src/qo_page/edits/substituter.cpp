@@ -30,6 +30,24 @@ bool holds_code(const std::string& text, const Dialect& dialect, const std::stri
   return next == end;
 }
 
+// What a change leaves as it is at its ends is not a part of it, and keeps its spelling.
+void trim(Splice& change, const DecodedText& decoded) {
+  const std::string& text = decoded.text();
+  const std::size_t shorter = std::min(change.end - change.begin, change.text.size());
+  std::size_t start = 0;
+  while (start < shorter && text[change.begin + start] == change.text[start]) ++start;
+  while (start > 0 && !decoded.is_uncut(change.begin + start)) --start;
+  std::size_t tail = 0;
+  while (start + tail < shorter &&
+         text[change.end - 1 - tail] == change.text[change.text.size() - 1 - tail]) {
+    ++tail;
+  }
+  while (tail > 0 && !decoded.is_uncut(change.end - tail)) --tail;
+  change.text = change.text.substr(start, change.text.size() - start - tail);
+  change.begin += start;
+  change.end -= tail;
+}
+
 enum class Ampersands { where_needed, all };
 
 std::string with_all_ampersands(std::string_view text) {
@@ -72,8 +90,9 @@ std::vector<PatternMatch> Substituter::find_matches(const std::string& text) con
   }
 }
 
-std::vector<Splice> Substituter::find_changes(const DecodedText& decoded,
-                                              const Dialect& dialect) const {
+template <class Replacement>
+std::vector<Splice> Substituter::find_changes(const DecodedText& decoded, const Dialect& dialect,
+                                              Replacement replacement) const {
   const std::string& text = decoded.text();
   std::vector<Splice> changes;
   auto code = decoded.code().begin();
@@ -83,26 +102,54 @@ std::vector<Splice> Substituter::find_changes(const DecodedText& decoded,
     auto last = code;
     while (last != decoded.code().end() && last->begin < here.end) ++last;
     if (code != last && is_within(here, *code)) continue;
-    std::string replacement = program_.replacement_of(match, text);
-    if (in(text, here) == replacement) continue;
+    std::string wanted = replacement(match);
+    if (in(text, here) == wanted) continue;
     const bool keeps_code =
         std::all_of(code, last, [&here](const Stretch& piece) { return is_within(piece, here); }) &&
-        holds_code(replacement, dialect, text, code, last);
+        holds_code(wanted, dialect, text, code, last);
     if (!keeps_code) throw Error("the expression would change template code", place_);
-    changes.push_back({here.begin, here.end, std::move(replacement)});
+    changes.push_back({here.begin, here.end, std::move(wanted)});
   }
   return changes;
 }
 
+std::size_t Substituter::written_offset(const DecodedText& decoded, std::size_t offset) const {
+  const std::optional<std::size_t> found = decoded.written_offset(offset);
+  if (!found) throw Error("the expression matches a part of a reference", place_);
+  return *found;
+}
+
+std::vector<Splice> Substituter::markup_splices(const WrittenText& written) const {
+  const DecodedText decoded(written);
+  const auto markup = [&](PatternMatch match) {
+    for (auto& [begin, end] : match) {
+      if (begin == std::string::npos) continue;
+      begin = written_offset(decoded, begin);
+      end = written_offset(decoded, end);
+    }
+    return program_.replacement_of(match, written.text);
+  };
+  std::vector<Splice> splices = find_changes(decoded, written.dialect, markup);
+  for (Splice& splice : splices) {
+    splice.begin = written_offset(decoded, splice.begin);
+    splice.end = written_offset(decoded, splice.end);
+  }
+  return splices;
+}
+
 std::vector<Splice> Substituter::splices(const WrittenText& written) const {
-  DecodedText decoded(written);
-  const std::vector<Splice> changes = find_changes(decoded, written.dialect);
+  const DecodedText decoded(written);
+  const auto text_of = [&](const PatternMatch& match) {
+    return program_.replacement_of(match, decoded.text());
+  };
+  std::vector<Splice> changes = find_changes(decoded, written.dialect, text_of);
   std::vector<Splice> wanted;
-  for (const Splice& change : changes) {
-    const std::optional<std::size_t> begin = decoded.written_offset(change.begin);
-    const std::optional<std::size_t> end = decoded.written_offset(change.end);
-    if (!begin || !end) throw Error("the expression matches a part of a reference", place_);
-    wanted.push_back({*begin, *end, change.text});
+  for (Splice& change : changes) {
+    written_offset(decoded, change.begin);
+    written_offset(decoded, change.end);
+    trim(change, decoded);
+    wanted.push_back(
+        {written_offset(decoded, change.begin), written_offset(decoded, change.end), change.text});
   }
   if (wanted.empty()) return wanted;
   const std::string result = spliced(decoded.text(), changes);

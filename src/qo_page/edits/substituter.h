@@ -30,7 +30,7 @@ struct SubstitutionProgram {
   SubstitutionProgram(const std::string& expression, const std::string& text);
 
   // What takes the place of a match in the text.
-  std::string replacement_of(const PatternMatch& match, const std::string& text) const;
+  std::string replacement_of(const PatternMatch& match, std::string_view text) const;
 };
 
 // A stretch of a text, and what takes its place.
@@ -51,11 +51,18 @@ class Substituter {
   // too many steps.
   std::vector<Splice> splices(const WrittenText& written) const;
 
+  // The same by markup, with the groups as they are written.
+  std::vector<Splice> markup_splices(const WrittenText& written) const;
+
  private:
   std::vector<PatternMatch> find_matches(const std::string& text) const;
 
-  // The matches in the decoded text, and what is to be there.
-  std::vector<Splice> find_changes(const DecodedText& decoded, const Dialect& dialect) const;
+  // The matches in the decoded text, and what is to be there: what `replacement` gives for each.
+  template <class Replacement>
+  std::vector<Splice> find_changes(const DecodedText& decoded, const Dialect& dialect,
+                                   Replacement replacement) const;
+
+  std::size_t written_offset(const DecodedText& decoded, std::size_t offset) const;
 
   const SubstitutionProgram& program_;
   PatternBudget& budget_;

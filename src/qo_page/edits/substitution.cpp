@@ -86,13 +86,13 @@ SubstitutionProgram::SubstitutionProgram(const std::string& expression, const st
       replacement(ReplacementReader(text, pattern).read()) {}
 
 std::string SubstitutionProgram::replacement_of(const PatternMatch& match,
-                                                const std::string& text) const {
+                                                std::string_view text) const {
   std::string out;
   for (const ReplacementPart& part : replacement) {
     out += part.literal;
     if (part.group == no_group || match[part.group].first == std::string::npos) continue;
     const auto& [begin, end] = match[part.group];
-    out.append(text, begin, end - begin);
+    out += text.substr(begin, end - begin);
   }
   return out;
 }

@@ -5,63 +5,16 @@
 #include <qo_page/base/ascii.h>
 #include <qo_page/base/words.h>
 #include <qo_page/decode.h>
+#include <qo_page/edits/attribute_names.h>
 #include <qo_page/edits/edit_error.h>
 #include <qo_page/edits/substituter.h>
+#include <qo_page/edits/value_code.h>
+#include <qo_page/edits/value_spelling.h>
 #include <qo_page/text/escape.h>
 #include <qo_page/tokenizer/odd_attributes.h>
 #include <qo_page/tokenizer/tag_reader.h>
 
 namespace qo {
-
-namespace {
-
-constexpr std::size_t npos = std::string_view::npos;
-
-// Whether a list of properties is between two braces: {a: 1}, {"a": 1}, {...a}.
-bool is_object(std::string_view braces) {
-  const std::string_view inner = without_leading(braces.substr(1), blanks);
-  if (begins_with(inner, "...")) return true;
-  const bool is_quoted = !inner.empty() && (inner[0] == '"' || inner[0] == '\'');
-  const std::size_t name_end = is_quoted ? inner.find(inner[0], 1) + 1 : first_word(inner).size();
-  const std::string_view rest =
-      without_leading(inner.substr(std::min(name_end, inner.size())), blanks);
-  return name_end != 0 && begins_with(rest, ":");
-}
-
-// A value without quotes that is an expression of a component: {x}, `x`, {{ a: 1 }}; {{ x }} is
-// template code.
-bool is_expression(std::string_view value) {
-  if (begins_with(value, "`")) return true;
-  if (!begins_with(value, "{") || value.back() != '}' || begins_with(value, "{%")) return false;
-  return !begins_with(value, "{{") || is_object(value.substr(1));
-}
-
-// What meets at an end of a splice must not become code.
-void check_joins_no_code(std::string_view value, const std::vector<Splice>& splices,
-                         const Dialect& dialect, std::size_t place) {
-  std::vector<std::size_t> seams;
-  std::size_t new_size = 0, old_end = 0;
-  for (const Splice& splice : splices) {
-    new_size += splice.begin - old_end;
-    seams.push_back(new_size);
-    new_size += splice.text.size();
-    seams.push_back(new_size);
-    old_end = splice.end;
-  }
-  CodeScanner code(value, dialect);
-  auto seam = seams.begin();
-  for (std::size_t at = code.next_start(0); at < value.size();) {
-    const std::size_t end = code.end_of(at, CodeScanner::Place::quoted);
-    while (seam != seams.end() && *seam <= at) ++seam;
-    if (seam != seams.end() && *seam < end) {
-      throw Error("what is on both sides of the edit would together be read as template code",
-                  place);
-    }
-    at = code.next_start(end == 0 ? at + 1 : end);
-  }
-}
-
-}  // namespace
 
 TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, EditGuard& guard,
                  PatternBudget& budget)
@@ -70,7 +23,7 @@ TagEdit::TagEdit(std::string_view source, std::size_t begin, CodeScanner& code, 
   TagReader(source, code, token_).read(begin + 1);
   name_ = token_.name.in(source);
   const std::string_view tag = token_.extent.in(source);
-  may_have_code_ = dialect_.has_code() && tag.find_first_of("{<[@#", 1) != npos;
+  may_have_code_ = dialect_.has_code() && tag.find_first_of("{<[@#", 1) != std::string_view::npos;
   if (dialect_.has_code() && (may_have_code_ || token_.may_be_odd)) {
     attribute_code_.emplace(source, token_, CodeBlocks(tag), code.ahead());
   }
@@ -98,9 +51,13 @@ void TagEdit::apply(const Operation& operation) {
     case Operation::Kind::remove_attribute:
       return remove(operation.name);
     case Operation::Kind::add_class:
-      return add_class(operation.value);
+      return add_token("class", operation.value);
     case Operation::Kind::remove_class:
-      return remove_class(operation.value);
+      return remove_token("class", operation.value);
+    case Operation::Kind::add_token:
+      return add_token(operation.name, operation.value);
+    case Operation::Kind::remove_token:
+      return remove_token(operation.name, operation.value);
     case Operation::Kind::rename:
       name_ = operation.name;
       return;
@@ -159,19 +116,19 @@ void TagEdit::check_is_no_code(const Slot& slot) const {
               token_.extent.begin);
 }
 
+// What stays the same at both ends of the value keeps its spelling.
 void TagEdit::set(Slot& slot, const std::string& value) {
   const bool is_new = slot.written == nullptr && !slot.has_value;
   if (!is_new && decode(slot.value, DecodeMode::attribute) == value) return;
   const bool had_no_quotes =
       slot.has_value && slot.quote == 0 && !(dialect_.has_code() && is_expression(slot.value));
+  const SpelledValue old{slot.value, slot.quote};
   slot.has_value = true;
   slot.is_changed = true;
-  if (had_no_quotes && fits_without_quotes(value)) {
-    slot.value = escaped_value(value, 0, dialect_);
-    return;
+  if (!had_no_quotes || !fits_without_quotes(value)) {
+    slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, dialect_);
   }
-  slot.quote = quote_for(value, slot.quote == 0 ? tag_quote_ : slot.quote, dialect_);
-  slot.value = escaped_value(value, slot.quote, dialect_);
+  slot.value = respelled_value(old, value, slot.quote, dialect_);
 }
 
 void TagEdit::set_bare(Slot& slot) {
@@ -181,9 +138,9 @@ void TagEdit::set_bare(Slot& slot) {
   slot.quote = 0;
 }
 
-void TagEdit::remove(std::string_view name) {
+void TagEdit::remove(std::string_view pattern) {
   for (Slot& slot : slots_) {
-    if (equals_without_case(slot.name, name)) slot.is_removed = true;
+    if (is_named(slot.name, pattern)) slot.is_removed = true;
   }
 }
 
@@ -200,10 +157,10 @@ void TagEdit::use_quotes(Slot& slot) {
   if (slot.value.find(slot.quote) != std::string::npos) slot.quote = slot.quote == '"' ? '\'' : '"';
 }
 
-void TagEdit::add_class(const std::string& token) {
-  Slot& slot = find_or_add("class");
+void TagEdit::add_token(const std::string& name, const std::string& token) {
+  Slot& slot = find_or_add(name);
   for (const ClassToken& there : tokens_of(slot)) {
-    if (there.is_whole && there.is_always && is_class(slot, there, token)) return;
+    if (there.is_whole && there.is_always && is_token(slot, there, token)) return;
   }
   check_is_no_code(slot);
   use_quotes(slot);
@@ -212,25 +169,26 @@ void TagEdit::add_class(const std::string& token) {
   slot.value.insert(end, (end == 0 ? "" : " ") + escaped_value(token, slot.quote, dialect_));
 }
 
-bool TagEdit::is_class(const Slot& slot, const ClassToken& there, const std::string& token) {
+bool TagEdit::is_token(const Slot& slot, const ClassToken& there, const std::string& token) {
   return decode(there.range.in(slot.value), DecodeMode::attribute) == token;
 }
 
 // Under conditions, there may be several attributes of one name.
-void TagEdit::remove_class(const std::string& token) {
+void TagEdit::remove_token(const std::string& name, const std::string& token) {
   for (Slot& slot : slots_) {
-    if (!slot.is_removed && equals_without_case(slot.name, "class")) remove_class(slot, token);
+    if (!slot.is_removed && equals_without_case(slot.name, name)) remove_token(slot, token);
   }
 }
 
 // Takes each such token away with the blanks in front of it, or, where there are none, after it.
-void TagEdit::remove_class(Slot& slot, const std::string& token) {
+void TagEdit::remove_token(Slot& slot, const std::string& token) {
   const std::vector<ClassToken> tokens = tokens_of(slot);
   for (auto there = tokens.rbegin(); there != tokens.rend(); ++there) {
-    if (!is_class(slot, *there, token)) continue;
+    if (!is_token(slot, *there, token)) continue;
     check_is_no_code(slot);
     if (!there->is_whole) {
-      throw Error("template code joins \"" + token + "\" to other characters: it is no class",
+      throw Error("template code joins \"" + token + "\" to other characters: it is no " +
+                      (equals_without_case(slot.name, "class") ? "class" : "token of its own"),
                   token_.extent.begin);
     }
     std::size_t begin = there->range.begin;

@@ -51,13 +51,13 @@ class TagEdit {
   void check_blocks() const;
   void set(Slot& slot, const std::string& value);
   void set_bare(Slot& slot);
-  void remove(std::string_view name);
-  void add_class(const std::string& token);
-  void remove_class(const std::string& token);
+  void remove(std::string_view pattern);
+  void add_token(const std::string& name, const std::string& token);
+  void remove_token(const std::string& name, const std::string& token);
   void substitute(const std::string& name, const Substitution& substitution);
   void use_quotes(Slot& slot);
-  static bool is_class(const Slot& slot, const ClassToken& there, const std::string& token);
-  void remove_class(Slot& slot, const std::string& token);
+  static bool is_token(const Slot& slot, const ClassToken& there, const std::string& token);
+  void remove_token(Slot& slot, const std::string& token);
   void substitute(Slot& slot, const Substitution& substitution);
   std::vector<ClassToken> tokens_of(const Slot& slot) const;
 

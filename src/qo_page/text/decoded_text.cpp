@@ -1,5 +1,8 @@
 #include <qo_page/text/decoded_text.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include <qo_page/decode.h>
 #include <qo_page/template/template_code.h>
 
@@ -47,13 +50,21 @@ DecodedText::DecodedText(const WrittenText& written) {
   }
 }
 
-std::optional<std::size_t> DecodedText::written_offset(std::size_t offset) {
-  while (next_ < references_.size() && references_[next_].decoded.end <= offset) {
-    past_ = references_[next_++];
-  }
-  const bool is_within = next_ < references_.size() && references_[next_].decoded.begin < offset;
-  if (is_within) return std::nullopt;
-  return past_.written.end + (offset - past_.decoded.end);
+std::optional<std::size_t> DecodedText::written_offset(std::size_t offset) const {
+  const auto next = std::upper_bound(
+      references_.begin(), references_.end(), offset,
+      [](std::size_t wanted, const Reference& there) { return wanted < there.decoded.end; });
+  if (next != references_.end() && next->decoded.begin < offset) return std::nullopt;
+  if (next == references_.begin()) return offset;
+  const Reference& past = *std::prev(next);
+  return past.written.end + (offset - past.decoded.end);
+}
+
+bool DecodedText::is_uncut(std::size_t offset) const {
+  const auto code =
+      std::upper_bound(code_.begin(), code_.end(), offset,
+                       [](std::size_t wanted, const Stretch& there) { return wanted < there.end; });
+  return (code == code_.end() || code->begin >= offset) && written_offset(offset).has_value();
 }
 
 }  // namespace qo

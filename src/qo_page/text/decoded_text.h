@@ -36,9 +36,11 @@ class DecodedText {
   // Where template code is in it, which is as it was written.
   const std::vector<Stretch>& code() const { return code_; }
 
-  // Where an offset of the decoded text is in the written one; nothing within a reference. Offsets
-  // come in order.
-  std::optional<std::size_t> written_offset(std::size_t offset);
+  // Where an offset of the decoded text is in the written one; nothing within a reference.
+  std::optional<std::size_t> written_offset(std::size_t offset) const;
+
+  // Whether an offset of the decoded text is within no reference and no code.
+  bool is_uncut(std::size_t offset) const;
 
  private:
   struct Reference {
@@ -48,8 +50,6 @@ class DecodedText {
   std::string text_;
   std::vector<Stretch> code_;
   std::vector<Reference> references_;
-  std::size_t next_ = 0;
-  Reference past_{{0, 0}, {0, 0}};  // the last one in front of the offset
 };
 
 }  // namespace qo

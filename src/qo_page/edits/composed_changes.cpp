@@ -1,9 +1,9 @@
-#include "commands/composed_changes.h"
+#include <qo_page/edits/composed_changes.h>
 
 #include <algorithm>
 #include <cstddef>
 
-namespace cli {
+namespace qo {
 
 namespace {
 
@@ -11,11 +11,11 @@ namespace {
 // was after the last one.
 class Cursor {
  public:
-  explicit Cursor(const std::vector<qo::Change>& changes)
+  explicit Cursor(const std::vector<Change>& changes)
       : next_(changes.begin()), end_(changes.end()) {}
 
   bool has_next() const { return next_ != end_; }
-  const qo::Change& next() const { return *next_; }
+  const Change& next() const { return *next_; }
   void advance() { past_ = &*next_++; }
 
   std::size_t old_offset(std::size_t offset) const {
@@ -26,22 +26,21 @@ class Cursor {
   }
 
  private:
-  std::vector<qo::Change>::const_iterator next_, end_;
-  const qo::Change* past_ = nullptr;
+  std::vector<Change>::const_iterator next_, end_;
+  const Change* past_ = nullptr;
 };
 
 }  // namespace
 
-std::vector<qo::Change> composed(const std::vector<qo::Change>& first,
-                                 const std::vector<qo::Change>& second) {
-  std::vector<qo::Change> out;
+std::vector<Change> composed(const std::vector<Change>& first, const std::vector<Change>& second) {
+  std::vector<Change> out;
   Cursor a(first), b(second);
   while (a.has_next() || b.has_next()) {
     // A stretch of the source between the two that the changes of neither side lead out of.
     const bool begins_in_first =
         !b.has_next() || (a.has_next() && a.next().new_begin <= b.next().old_begin);
     const std::size_t begin = begins_in_first ? a.next().new_begin : b.next().old_begin;
-    qo::Change change{a.old_offset(begin), 0, b.new_offset(begin), 0, qo::Node()};
+    Change change{a.old_offset(begin), 0, b.new_offset(begin), 0, Node()};
     std::size_t end = begin;
     for (bool grows = true; grows;) {
       grows = false;
@@ -59,4 +58,4 @@ std::vector<qo::Change> composed(const std::vector<qo::Change>& first,
   return out;
 }
 
-}  // namespace cli
+}  // namespace qo
