@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check fuzz bench pages templates compare docs package format clean
+.PHONY: demo test python check fuzz bench pages templates compare docs package format clean
 
 # How long each fuzz target runs.
 FUZZ_SECONDS ?= 60
@@ -15,6 +15,10 @@ demo: build/release/configured
 test: build/dev/configured
 	cmake --build build/dev -j $(JOBS)
 	ctest --preset dev
+
+# The Python module: PYTHONPATH=build/python python3
+python: build/python/configured
+	cmake --build build/python -j $(JOBS) --target qo_python
 
 # What the tests alone do not see: sanitizers, the second compiler, later standards of
 # C++, other projects that use the libraries, a short fuzz run, the API reference, the format.
