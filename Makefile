@@ -21,7 +21,7 @@ python: build/python/configured
 	cmake --build build/python -j $(JOBS) --target qo_python
 
 # What the tests alone do not see: sanitizers, the second compiler, later standards of
-# C++, other projects that use the libraries, a short fuzz run, the API reference, the format.
+# C++, other projects that use the libraries, a short fuzz run, the API reference, types, the format.
 check:
 	scripts/install_packages.sh check
 	$(MAKE) build/asan/configured build/tsan/configured build/clang/configured
@@ -34,6 +34,7 @@ check:
 	JOBS=$(JOBS) tests/consumers/check_consumers.sh "$(CURDIR)" build/consumers
 	$(MAKE) fuzz FUZZ_SECONDS=10
 	$(MAKE) docs
+	cd src/python && /usr/bin/python3 -m mypy --strict --cache-dir ../../build/mypy qo/__init__.pyi ../../examples/python
 	scripts/format.sh --check
 
 fuzz:
@@ -78,7 +79,7 @@ docs:
 	mkdir -p build/docs
 	doxygen docs/Doxyfile
 
-# Debian packages of library, development files and tool, in build/package.
+# Debian packages of libraries, development files, tool and Python module, in build/package.
 package: build/package/configured
 	scripts/install_packages.sh package
 	cmake --build build/package -j $(JOBS)
