@@ -54,7 +54,7 @@ void add_pages(py::module_& module) {
                                      py::custom_type_setup(refuse_new))
       .def_buffer(buffer_of)
       .def_property_readonly("data", data_of)
-      .def_property_readonly("path_of_file", path_of)
+      .def_property_readonly("_path", path_of)
       .def_property_readonly(
           "dialect", [](const PageHandle& own) { return to_str(own.document->origin().dialect); })
       .def_property_readonly(

@@ -20,9 +20,9 @@ ROWS = re.findall(r"^\| `.*\| `(.*)` \|$", read("docs/python.md"), re.M)
 
 
 @pytest.mark.parametrize("path, least", [("docs/python.md", 20), ("README.md", 3)])
-def test_sessions_print_what_the_pages_show(path, least):
-    session = "\n".join(re.findall(r"^```pycon\n(.*?)^```", read(path), re.S | re.M))
-    test = doctest.DocTestParser().get_doctest(session, {}, path, path, 0)
+def test_what_the_pages_show_is_printed(path, least):
+    shown = "\n".join(re.findall(r"^```pycon\n(.*?)^```", read(path), re.S | re.M))
+    test = doctest.DocTestParser().get_doctest(shown, {}, path, path, 0)
     runner = doctest.DocTestRunner()
     runner.run(test)
     assert runner.summarize().failed == 0 and len(test.examples) >= least

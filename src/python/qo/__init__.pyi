@@ -275,7 +275,7 @@ class Result:
         """What apply("skip") left out."""
     def __bool__(self) -> bool: ...
     def diff(self) -> str:
-        """A unified diff."""
+        """A unified diff, for people: on large pages, it takes far longer than the edit."""
     def write(self, path: Optional[_Path] = None) -> None:
         """Writes the page to its file, or to another one, as a whole or not at all. Throws ValueError when the file
         has changed since it was read."""

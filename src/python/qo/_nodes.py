@@ -105,7 +105,7 @@ Node.__reduce__ = lambda node: (node_of, (node.page, node.index))
 Node.__copy__ = lambda node: node
 Node.__deepcopy__ = lambda node, memo: node
 
-Page.path = Page.path_of_file
+Page.path = Page._path
 Page.source = property(_in_own_encoding)
 Page.edit = lambda page, code="refuse": Edit(page, code)
 Page.__repr__ = _page_repr
