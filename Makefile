@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 MAKEFLAGS += --no-print-directory
 
-.PHONY: demo test check fuzz bench pages templates compare docs package format clean
+.PHONY: demo test python check fuzz bench pages templates compare docs package format clean
 
 # How long each fuzz target runs.
 FUZZ_SECONDS ?= 60
@@ -16,8 +16,12 @@ test: build/dev/configured
 	cmake --build build/dev -j $(JOBS)
 	ctest --preset dev
 
+# The Python module: PYTHONPATH=build/python python3
+python: build/python/configured
+	cmake --build build/python -j $(JOBS) --target qo_python
+
 # What the tests alone do not see: sanitizers, the second compiler, later standards of
-# C++, other projects that use the libraries, a short fuzz run, the API reference, the format.
+# C++, other projects that use the libraries, a short fuzz run, the API reference, types, the format.
 check:
 	scripts/install_packages.sh check
 	$(MAKE) build/asan/configured build/tsan/configured build/clang/configured
@@ -30,6 +34,7 @@ check:
 	JOBS=$(JOBS) tests/consumers/check_consumers.sh "$(CURDIR)" build/consumers
 	$(MAKE) fuzz FUZZ_SECONDS=10
 	$(MAKE) docs
+	cd src/python && /usr/bin/python3 -m mypy --strict --cache-dir ../../build/mypy qo/__init__.pyi ../../examples/python
 	scripts/format.sh --check
 
 fuzz:
@@ -74,7 +79,7 @@ docs:
 	mkdir -p build/docs
 	doxygen docs/Doxyfile
 
-# Debian packages of library, development files and tool, in build/package.
+# Debian packages of libraries, development files, tool and Python module, in build/package.
 package: build/package/configured
 	scripts/install_packages.sh package
 	cmake --build build/package -j $(JOBS)

@@ -1,4 +1,5 @@
-# Puts libraries, headers, default host, CMake packages, pkg-config files and tool in place, in five components.
+# Puts libraries, headers, default host, CMake packages, pkg-config files and tool in place, in five components and,
+# with the Python module, a sixth.
 include(CMakePackageConfigHelpers)
 
 # Folders may be given as relative to the prefix or as absolute ones, which stay where they are.
@@ -79,4 +80,12 @@ if(QO_HTML_BUILD_CLI)
     install(FILES "${PROJECT_BINARY_DIR}/src/cli/qo.1"
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
   endif()
+endif()
+
+if(QO_HTML_BUILD_PYTHON)
+  set(QO_PYTHON_INSTALL_DIR lib/python3/dist-packages CACHE STRING "Where the Python module goes, as Python finds it")
+  install(TARGETS qo_python LIBRARY DESTINATION "${QO_PYTHON_INSTALL_DIR}/qo" COMPONENT python)
+  install(DIRECTORY src/python/qo/ DESTINATION "${QO_PYTHON_INSTALL_DIR}/qo" COMPONENT python
+    FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed"
+    PATTERN "__pycache__" EXCLUDE)
 endif()

@@ -42,8 +42,20 @@ set(CPACK_COMPONENT_TOOL_DEPENDS library page_library)
 set(CPACK_DEBIAN_TOOL_DESCRIPTION "search, edit and check HTML pages
  What an edit does not touch stays byte for byte as its author wrote it.")
 
+if(QO_HTML_BUILD_PYTHON)
+  list(APPEND CPACK_COMPONENTS_ALL python)
+  math(EXPR next_python "${Python3_VERSION_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-qo)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_python})")
+  set(CPACK_DEBIAN_PYTHON_DESCRIPTION "HTML pages as their authors wrote them - Python module
+ Reads any page or template, finds elements, and changes only what is named.")
+endif()
+
 # Debian wants to know the terms in each package.
-foreach(component IN ITEMS LIBRARY DEVELOPMENT PAGE_LIBRARY PAGE_DEVELOPMENT TOOL)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER ${component} component)
   string(TOLOWER ${component} name)
   install(FILES cmake/copyright COMPONENT ${name} EXCLUDE_FROM_ALL
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})

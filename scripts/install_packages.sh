@@ -3,8 +3,8 @@
 # usage: install_packages.sh [build|check|bench|compare|docs|package]...   (default: build)
 set -eu
 
-build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev libmimalloc-dev libpcre2-dev make binutils patch pkgconf python3-minimal scdoc libpython3-stdlib"
-check="chromium clang clang-format git libclang-rt-dev"
+build="ca-certificates cmake g++ libgtest-dev libjsoncpp-dev libmimalloc-dev libpcre2-dev make binutils patch pkgconf python3-minimal scdoc libpython3-stdlib pybind11-dev python3-dev python3-hypothesis python3-pytest"
+check="chromium clang clang-format git libclang-rt-dev mypy"
 compare="chromium python3"
 command -v npm > /dev/null || compare="$compare nodejs npm"  # Node.js may have come from elsewhere
 docs="doxygen"

@@ -18,6 +18,7 @@ PARTS = {
     "qo_page": {"qo_page"},
     "default_host": {"qo_html", "json"},
     "cli": {"qo_html", "qo_page", "json"},
+    "python": {"qo_page"},
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+[<"]([^>"]+)[>"]', re.MULTILINE)
@@ -93,6 +94,8 @@ def check_the_check():
             ("qo_page", "api/page.cpp", "qo_page/forms/form_fill.h", False),
             ("qo_html", "parser.cpp", "qo_page/page.h", True),
             ("default_host", "a.cpp", "qo_page/page.h", True),
+            ("python", "nodes.cpp", "qo_page/tree/tree.h", True),
+            ("python", "nodes.cpp", "qo_page/page.h", False),
             ("cli", "io/files.cpp", "args/options.h", True),
             ("cli", "viewer/tree_page.cpp", "host/reading.h", True),
             ("cli", "host/selectors.cpp", "session.h", True),

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include <qo_page/template/dialect.h>
+
 namespace qo {
 
 struct SpelledValue {
