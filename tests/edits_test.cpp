@@ -478,93 +478,96 @@ TEST(Edits, OfDataBringNoCode) {
     qo::Edits markup(page, qo::CodeInText::refuse);
     markup.add(page.first("p"), {qo::set_html(mark), qo::insert_before("b"), qo::remove_class("{{")});
     EXPECT_EQ(markup.apply().source, "b<p title='a'>" + mark + "</p>");
-    TEST(Edits, MoveNodesToOnePlaceInTheirOrder) {
-      const std::string source = "<ul><li>a</li><li id=t>t</li></ul><ol></ol><p>x<!--c--><b>y</b></p>";
-      using Move = qo::Operation (*)(qo::Node);
-      const auto moved = [&source](const char* node, Move move, const char* target) {
-        return result(source, [&](qo::Edits& edits, const qo::Page& page) {
-          edits.add(find(page, "<b"), {move(find(page, target))});
-          edits.add(find(page, node), {move(find(page, target))});
-        });
-      };
-      struct {
-        const char* node;
-        Move move;
-        const char* target;
-        const char* result;
-      } const cases[] = {
-          {"<!--", qo::move_before, "<li id", "<ul><li>a</li><!--c--><b>y</b><li id=t>t</li></ul><ol></ol><p>x</p>"},
-          {"<li>", qo::move_into, "<ol", "<ul><li id=t>t</li></ul><ol><li>a</li><b>y</b></ol><p>x<!--c--></p>"},
-          {"<li>", qo::move_after, "<ol", "<ul><li id=t>t</li></ul><ol></ol><li>a</li><b>y</b><p>x<!--c--></p>"},
-          {"<ul", qo::move_into, "<li id", "0: <ul> cannot be moved into itself"},
-          {"<li>", qo::move_before, "<li>", "4: <li> cannot be moved beside itself"},
-          {"<p", qo::move_before, "<ol", "55: <b> is in an element that is moved as well"},
-          {"<li>", qo::move_before, "x", "55: a text is no place to move to"},
-          {"x", qo::move_before, "<ol", "46: a text cannot be moved alone"},
-          {"<ol", qo::move_into, "<!--", "55: the comment has no content to move to"},
-      };
-      for (const auto& test : cases) {
-        EXPECT_EQ(moved(test.node, test.move, test.target), test.result) << test.node;
-      }
-    }
+  }
+}
 
-    TEST(Edits, MoveNodesOnceAllElseIsDone) {
-      const auto moved = [](const char* node, const qo::Operation& operation) {
-        return result("<ul><li>a</li></ul><p>b</p><i></i>", [&](qo::Edits& edits, const qo::Page& page) {
-          edits.add(find(page, "<li"), {qo::move_after(find(page, "<p")), qo::add_class("k")});
-          edits.add(find(page, node), {operation});
-        });
-      };
-      EXPECT_EQ(moved("<li", qo::set_text("c")), "<ul></ul><p>b</p><li class=\"k\">c</li><i></i>");
-      EXPECT_EQ(moved("<p", qo::insert_after("d")), "<ul></ul><p>b</p><li class=\"k\">a</li>d<i></i>");
-      EXPECT_EQ(moved("<ul", qo::remove()), "<p>b</p><i></i>");
-      EXPECT_EQ(moved("<p", qo::remove()), "4: the place to move to is taken away");
-      EXPECT_EQ(moved("<p", qo::unwrap()), "4: the place to move to is taken away");
-      EXPECT_EQ(moved("<li", qo::wrap("<b></b>")), "4: \"move\" and \"wrap\" contradict each other");
-      const qo::Page page("<i></i><b></b>");
-      qo::Edits edits(page);
-      edits.add(find(page, "<i"), {qo::move_before(find(page, "<b"))});
-      EXPECT_TRUE(edits.apply().changes.empty());
-    }
+TEST(Edits, MoveNodesToOnePlaceInTheirOrder) {
+  const std::string source = "<ul><li>a</li><li id=t>t</li></ul><ol></ol><p>x<!--c--><b>y</b></p>";
+  using Move = qo::Operation (*)(qo::Node);
+  const auto moved = [&source](const char* node, Move move, const char* target) {
+    return result(source, [&](qo::Edits& edits, const qo::Page& page) {
+      edits.add(find(page, "<b"), {move(find(page, target))});
+      edits.add(find(page, node), {move(find(page, target))});
+    });
+  };
+  struct {
+    const char* node;
+    Move move;
+    const char* target;
+    const char* result;
+  } const cases[] = {
+      {"<!--", qo::move_before, "<li id", "<ul><li>a</li><!--c--><b>y</b><li id=t>t</li></ul><ol></ol><p>x</p>"},
+      {"<li>", qo::move_into, "<ol", "<ul><li id=t>t</li></ul><ol><li>a</li><b>y</b></ol><p>x<!--c--></p>"},
+      {"<li>", qo::move_after, "<ol", "<ul><li id=t>t</li></ul><ol></ol><li>a</li><b>y</b><p>x<!--c--></p>"},
+      {"<ul", qo::move_into, "<li id", "0: <ul> cannot be moved into itself"},
+      {"<li>", qo::move_before, "<li>", "4: <li> cannot be moved beside itself"},
+      {"<p", qo::move_before, "<ol", "55: <b> is in an element that is moved as well"},
+      {"<li>", qo::move_before, "x", "55: a text is no place to move to"},
+      {"x", qo::move_before, "<ol", "46: a text cannot be moved alone"},
+      {"<ol", qo::move_into, "<!--", "55: the comment has no content to move to"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(moved(test.node, test.move, test.target), test.result) << test.node;
+  }
+}
 
-    // Replaces some random stretches.
-    std::string changed(const std::string& text, std::mt19937& random, std::vector<qo::Change>& changes) {
-      std::string out;
-      std::size_t position = 0;
-      while (position < text.size() && random() % 4 != 0) {
-        const std::size_t begin = position + random() % 6, end = begin + random() % 4;
-        if (end > text.size()) break;
-        out += text.substr(position, begin - position);
-        const std::size_t fewest = begin == end ? 1 : 0;
-        const std::string put(fewest + random() % 3, static_cast<char>('A' + random() % 26));
-        changes.push_back({begin, end, out.size(), out.size() + put.size(), qo::Node()});
-        out += put;
-        position = end + 1 > text.size() ? end : end + 1;
-        out += text.substr(end, position - end);
-      }
-      return out + text.substr(position);
-    }
+TEST(Edits, MoveNodesOnceAllElseIsDone) {
+  const auto moved = [](const char* node, const qo::Operation& operation) {
+    return result("<ul><li>a</li></ul><p>b</p><i></i>", [&](qo::Edits& edits, const qo::Page& page) {
+      edits.add(find(page, "<li"), {qo::move_after(find(page, "<p")), qo::add_class("k")});
+      edits.add(find(page, node), {operation});
+    });
+  };
+  EXPECT_EQ(moved("<li", qo::set_text("c")), "<ul></ul><p>b</p><li class=\"k\">c</li><i></i>");
+  EXPECT_EQ(moved("<p", qo::insert_after("d")), "<ul></ul><p>b</p><li class=\"k\">a</li>d<i></i>");
+  EXPECT_EQ(moved("<ul", qo::remove()), "<p>b</p><i></i>");
+  EXPECT_EQ(moved("<p", qo::remove()), "4: the place to move to is taken away");
+  EXPECT_EQ(moved("<p", qo::unwrap()), "4: the place to move to is taken away");
+  EXPECT_EQ(moved("<li", qo::wrap("<b></b>")), "4: \"move\" and \"wrap\" contradict each other");
+  const qo::Page page("<i></i><b></b>");
+  qo::Edits edits(page);
+  edits.add(find(page, "<i"), {qo::move_before(find(page, "<b"))});
+  EXPECT_TRUE(edits.apply().changes.empty());
+}
 
-    TEST(ComposedChanges, LeadAllTheWay) {
-      std::mt19937 random(7);
-      for (int round = 0; round < 5000; ++round) {
-        const std::string first = "abcdefghijklmnopqrstuvwxyz";
-        std::vector<qo::Change> one, two;
-        const std::string second = changed(first, random, one), third = changed(second, random, two);
-        std::string made;
-        std::size_t old_end = 0, new_end = 0;
-        for (const qo::Change& change : qo::composed(one, two)) {
-          ASSERT_LE(old_end, change.old_begin);
-          ASSERT_LE(change.old_begin, change.old_end);
-          ASSERT_LE(change.new_begin, change.new_end);
-          ASSERT_EQ(change.old_begin - old_end, change.new_begin - new_end);
-          made += first.substr(old_end, change.old_begin - old_end);
-          made += third.substr(change.new_begin, change.new_end - change.new_begin);
-          old_end = change.old_end;
-          new_end = change.new_end;
-        }
-        ASSERT_EQ(made + first.substr(old_end), third);
-      }
-    }
+// Replaces some random stretches.
+std::string changed(const std::string& text, std::mt19937& random, std::vector<qo::Change>& changes) {
+  std::string out;
+  std::size_t position = 0;
+  while (position < text.size() && random() % 4 != 0) {
+    const std::size_t begin = position + random() % 6, end = begin + random() % 4;
+    if (end > text.size()) break;
+    out += text.substr(position, begin - position);
+    const std::size_t fewest = begin == end ? 1 : 0;
+    const std::string put(fewest + random() % 3, static_cast<char>('A' + random() % 26));
+    changes.push_back({begin, end, out.size(), out.size() + put.size(), qo::Node()});
+    out += put;
+    position = end + 1 > text.size() ? end : end + 1;
+    out += text.substr(end, position - end);
+  }
+  return out + text.substr(position);
+}
 
-  }  // namespace
+TEST(ComposedChanges, LeadAllTheWay) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 5000; ++round) {
+    const std::string first = "abcdefghijklmnopqrstuvwxyz";
+    std::vector<qo::Change> one, two;
+    const std::string second = changed(first, random, one), third = changed(second, random, two);
+    std::string made;
+    std::size_t old_end = 0, new_end = 0;
+    for (const qo::Change& change : qo::composed(one, two)) {
+      ASSERT_LE(old_end, change.old_begin);
+      ASSERT_LE(change.old_begin, change.old_end);
+      ASSERT_LE(change.new_begin, change.new_end);
+      ASSERT_EQ(change.old_begin - old_end, change.new_begin - new_end);
+      made += first.substr(old_end, change.old_begin - old_end);
+      made += third.substr(change.new_begin, change.new_end - change.new_begin);
+      old_end = change.old_end;
+      new_end = change.new_end;
+    }
+    ASSERT_EQ(made + first.substr(old_end), third);
+  }
+}
+
+}  // namespace

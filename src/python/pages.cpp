@@ -1,6 +1,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <pybind11/stl.h>
 
