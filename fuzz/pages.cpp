@@ -225,7 +225,7 @@ bool has_odd_code(const qo::Page& page) {
 // No edit leaves a half of a block, unless it brings pieces of code in itself.
 void check_blocks(const qo::Page& page, const qo::Operation& operation, const std::string& after) {
   const bool brings_code = operation.value.find_first_of("{<&") != std::string::npos;
-  if (page.options().dialect == "plain" || brings_code || operation.substitution) return;
+  if (page.options().dialect != "html" || brings_code || operation.substitution) return;
   if (has_odd_code(page)) return;
   require(
       qo::CodeBlocks(after).unmatched_count() <= qo::CodeBlocks(page.source()).unmatched_count(),

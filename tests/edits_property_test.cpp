@@ -69,6 +69,9 @@ qo::Operation random_operation(Random& random) {
     case Kind::add_class:
     case Kind::remove_class:
       return {kind, "", random() % 2 == 0 ? "c" : "d"};
+    case Kind::add_token:
+    case Kind::remove_token:
+      return {kind, "t", random() % 2 == 0 ? "c" : "1"};
     case Kind::rename:
       return {kind, pick(random, {"div", "em", "x-y"}), ""};
     case Kind::substitute_value:
@@ -80,6 +83,12 @@ qo::Operation random_operation(Random& random) {
     case Kind::unwrap:
     case Kind::remove:
       return {kind, "", ""};
+    case Kind::substitute_html:  // what these give depends on the order
+    case Kind::move_before:
+    case Kind::move_after:
+    case Kind::move_into:
+    case Kind::remove_line:
+      return random_operation(random);
     default:
       return {kind, "", value};
   }

@@ -293,7 +293,7 @@ TEST(Edits, OfSeveralNodesDoNotMix) {
       {"<ul><li>a<li><i>b</i></ul>", {{"<i", {qo::remove()}}, {"<li>a", {qo::set_text("")}}}, "<ul><li><li></ul>"},
       {"<p>a<b>c",
        {{"<b", {qo::append("1")}}, {"<p", {qo::append("2")}}},
-       "4: <b> has no end tag: what comes after it would become a part of it; append does that"},
+       "4: <b> has no end tag: what comes after it would become a part of it"},
       // Two of something.
       {"<i></i>", {{"<i", {qo::wrap("<u></u>"), qo::wrap("<s></s>")}}}, "<u><s><i></i></s></u>"},
       {"<i></i><b></b>",
