@@ -25,16 +25,11 @@ constexpr CodeSyntax no_syntax{};
 
 constexpr CodeSyntax javascript{"\"'", true, true, true, true, "//", "/*", "*/"};
 
-// Strings with escapes, and brackets that nest: Twig, Jinja, Nunjucks, FreeMarker, Mako.
+// Strings with escapes, and brackets that nest.
 constexpr CodeSyntax expressions{"\"'", true, false, false, true, "", "", ""};
 
-// Strings alone, without and with escapes.
-constexpr CodeSyntax strings{"\"'", false, false, false, false, "", "", ""};
+// Strings alone.
 constexpr CodeSyntax escaped_strings{"\"'", true, false, false, false, "", "", ""};
-
-constexpr CodeSyntax go_strings{"\"`", true, false, false, false, "", "/*", "*/"};
-constexpr CodeSyntax php_syntax{"\"'", true, false, false, true, "//", "/*", "*/"};
-constexpr CodeSyntax csharp{"\"", true, false, false, true, "//", "/*", "*/"};
 
 // Where the code ends that goes on at `begin`: after its closer. An empty closer is that of the
 // bracket in front of `begin`, which `syntax` must know. npos when the source ends first, or

@@ -69,7 +69,7 @@ struct CodeMark {
 struct CodeWords {
   char sigil;  // in front of a name
   unsigned places;
-  std::string_view names;  // the only ones, separated by blanks; empty: any
+  std::string_view names;  // all of them, separated by blanks
   CodeSyntax syntax = no_syntax;
 };
 
@@ -85,7 +85,7 @@ struct Dialect {
 
   std::string_view name;
   std::string_view endings;  // of files, without the first dot, separated by blanks
-  std::string_view starts;   // what the first bytes may be, separated by line breaks
+  std::string_view starts;   // what the first bytes may be; empty: nothing tells
 
   // How elements nest.
   SelfClosing self_closing = SelfClosing::never;

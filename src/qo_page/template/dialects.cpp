@@ -97,6 +97,21 @@ constexpr Dialect with_only(std::string_view name, std::string_view endings, Cod
   return row;
 }
 
+// Its files are often written for other engines, too.
+constexpr Dialect smarty = [] {
+  Dialect row{"smarty", "tpl", ""};
+  row.has_known_marks = false;
+  const CodeMark marks[] = {{"{*", "*}", anywhere, CodeUse::silent},
+                            {"{#", "#}", not_raw, CodeUse::silent},
+                            {"{%", "%}", not_raw},
+                            {"{{", "}}", not_raw},
+                            {"<?php", "?>", anywhere},
+                            {"<?=", "?>", anywhere, CodeUse::output},
+                            {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f"}};
+  for (std::size_t i = 0; i < std::size(marks); ++i) row.marks[i] = marks[i];
+  return row;
+}();
+
 constexpr Dialect listed[] = {
     {"html", "html htm shtml dtl", ""},
     plain,
@@ -130,9 +145,7 @@ constexpr Dialect listed[] = {
     {"mason", "mas mhtml", ""},
     {"mojo", "ep", ""},
     with_mark("tt", "tt tt2", {"[%", "%]", anywhere, CodeUse::words}),
-    with_only("smarty", "tpl", {"{*", "*}", anywhere, CodeUse::silent},
-              {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f"},
-              {"<?php", "?>", anywhere, CodeUse::words}),
+    smarty,
     with_only("latte", "latte", {"{*", "*}", anywhere, CodeUse::silent},
               {"{", "}", anywhere, CodeUse::words, expressions, " \t\r\n\f\"'"}),
 };
