@@ -74,7 +74,7 @@ TEST(Table, HasTheNodesOfItsCells) {
     EXPECT_THROW(table.cell(row, column), qo::Error);
     EXPECT_THROW(table.text(row, column), qo::Error);
   }
-  EXPECT_THROW(qo::Table(qo::Node()), qo::Error);
+  EXPECT_THROW(qo::Table{qo::Node()}, qo::Error);
 }
 
 // Each place of random grids is filled by the cell that says so, unless another one has it first.

@@ -53,7 +53,8 @@ std::string encoding_of(const Tree& tree, NodeIndex meta) {
   constexpr std::string_view key = "charset";
   const std::size_t begin = value.find(key);
   if (begin == std::string::npos) return {};
-  const std::string_view rest = without_leading(value.substr(begin + key.size()), blanks);
+  const std::string_view rest =
+      without_leading(std::string_view(value).substr(begin + key.size()), blanks);
   if (!begins_with(rest, "=")) return {};
   return std::string(without_quotes(rest.substr(1, rest.find(';') - 1)));
 }
