@@ -58,8 +58,7 @@ struct Operation {
   Node target = Node();                                     // where a node goes
 };
 
-// --- Each operation, with just what it uses ---
-
+// The operation of that kind, with just what it uses.
 QO_PAGE_API Operation set_attribute(std::string name, std::string value);
 QO_PAGE_API Operation set_bare_attribute(std::string name);
 QO_PAGE_API Operation remove_attribute(std::string name);
@@ -94,6 +93,7 @@ QO_PAGE_API void check_operations(const std::vector<Operation>& operations);
 // Thrown when an edit is refused, since its result would not be just what was asked.
 class QO_PAGE_API EditError : public Error {
  public:
+  // `offset` is in the source of the page of `node`.
   EditError(const std::string& message, std::size_t offset, Node node)
       : Error(message, offset), node_(node) {}
 
@@ -126,7 +126,7 @@ struct EditedSource {
 
 // The same, read.
 struct EditedPage {
-  Page page;
+  Page page;                    // the new one
   std::vector<Change> changes;  // in order
 };
 

@@ -52,10 +52,12 @@ QO_PAGE_API std::string_view dialect_of(std::string_view path, std::string_view 
 
 // What is told of a dialect.
 struct DialectInfo {
-  std::string_view name;
+  std::string_view name;     // for PageOptions
   std::string_view endings;  // of its files, without the first dot, separated by blanks
   bool has_case;             // names of elements count as they are written
 };
+
+// All of them.
 QO_PAGE_API std::vector<DialectInfo> dialects();
 
 // A page, read once. It does not change.
